@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Foundation/Formatters.h"
+#include "SpaceScan/FileCategory.h"
+#include "SpaceScan/ScanStore.h"
+
+#include <QtCore/QObject>
+#include <QtQml/QQmlEngine>
+
+/// What the screens see of the engine, which itself knows nothing of them.
+
+struct ScanStoreType {
+    Q_GADGET
+    QML_FOREIGN(ScanStore)
+    QML_NAMED_ELEMENT(ScanStore)
+    QML_UNCREATABLE("The window has one, made at launch")
+};
+
+/// The modes of `ScanStore` under names that QML can reach.
+namespace ModeNames {
+Q_NAMESPACE
+QML_NAMED_ELEMENT(Mode)
+enum Value {
+    Home = static_cast<int>(ScanStore::Mode::home),
+    Space = static_cast<int>(ScanStore::Mode::space),
+    Junk = static_cast<int>(ScanStore::Mode::junk),
+};
+Q_ENUM_NS(Value)
+}  // namespace ModeNames
+
+/// `Formatters` as a QML singleton.
+class QmlFormatters : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Formatters)
+    QML_SINGLETON
+
+public:
+    Q_INVOKABLE static QString size(qint64 bytes) { return Formatters::size(bytes); }
+    Q_INVOKABLE static QString grouped(qint64 number) { return Formatters::grouped(number); }
+};
+
+/// The file categories as rows for a list of buttons.
+class QmlFileCategories : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(FileCategories)
+    QML_SINGLETON
+
+public:
+    Q_PROPERTY(int count READ count CONSTANT)
+    [[nodiscard]] static int count() { return static_cast<int>(FileCategories::allCases.size()); }
+    Q_INVOKABLE static QString title(int category) { return FileCategories::rawValue(at(category)); }
+    Q_INVOKABLE static QString icon(int category) { return FileCategories::icon(at(category)); }
+
+private:
+    static FileCategory at(int category) { return FileCategories::allCases.at(static_cast<size_t>(category)); }
+};

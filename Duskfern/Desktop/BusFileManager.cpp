@@ -1,0 +1,62 @@
+#include "Desktop/BusFileManager.h"
+
+#include "Desktop/GioSupport.h"
+
+#include <set>
+#include <string>
+
+namespace {
+
+/// Percent-encoded from the bytes of the path, which need not be UTF-8.
+std::string uri(const FileURL& url) {
+    const GPtr<char> text(g_filename_to_uri(url.path().c_str(), nullptr, nullptr));
+    return text ? text.get() : "";
+}
+
+void openFolders(const std::set<std::string>& folders) {
+    for (const std::string& folder : folders) {
+        g_app_info_launch_default_for_uri_async(folder.c_str(), nullptr, nullptr, nullptr, nullptr);
+    }
+}
+
+/// The arguments of ShowItems; the second one is an empty startup id.
+GVariant* itemsToShow(const std::vector<std::string>& uris) {
+    GVariantBuilder items;
+    g_variant_builder_init(&items, G_VARIANT_TYPE("as"));
+    for (const std::string& item : uris) {
+        g_variant_builder_add(&items, "s", item.c_str());
+    }
+    return g_variant_new("(ass)", &items, "");
+}
+
+}  // namespace
+
+void BusFileManager::reveal(const std::vector<FileURL>& urls) {
+    if (urls.empty()) {
+        return;
+    }
+    std::vector<std::string> uris;
+    std::set<std::string> folders;
+    for (const FileURL& url : urls) {
+        uris.push_back(uri(url));
+        folders.insert(uri(url.deletingLastPathComponent()));
+    }
+    const auto onAnswer = [folders](GObject* bus, GAsyncResult* result) {
+        if (!GPtr<GVariant>(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr))) {
+            openFolders(folders);
+        }
+    };
+    const auto onBus = [uris, folders, onAnswer](GObject*, GAsyncResult* result) {
+        const GObjectPtr<GDBusConnection> bus(g_bus_get_finish(result, nullptr));
+        if (!bus) {
+            openFolders(folders);
+            return;
+        }
+        // The default would end the program together with the session bus.
+        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+        g_dbus_connection_call(bus.get(), "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+                               "org.freedesktop.FileManager1", "ShowItems", itemsToShow(uris), nullptr,
+                               G_DBUS_CALL_FLAGS_NONE, -1, nullptr, runAsyncHandler, onceDone(onAnswer));
+    };
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, runAsyncHandler, onceDone(onBus));
+}

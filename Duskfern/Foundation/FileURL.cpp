@@ -1,0 +1,41 @@
+#include "Foundation/FileURL.h"
+
+#include <utility>
+
+FileURL::FileURL(std::string path) : m_path(std::move(path)) {
+    while (m_path.size() > 1 && m_path.back() == '/') {
+        m_path.pop_back();
+    }
+}
+
+std::string_view FileURL::lastPathComponent() const {
+    if (m_path.size() == 1) {
+        return m_path;
+    }
+    return std::string_view(m_path).substr(m_path.rfind('/') + 1);
+}
+
+FileURL FileURL::deletingLastPathComponent() const {
+    return FileURL(m_path.substr(0, std::max<size_t>(1, m_path.rfind('/'))));
+}
+
+FileURL FileURL::appendingPathComponent(std::string_view name) const {
+    std::string path = m_path;
+    if (path.back() != '/') {
+        path += '/';
+    }
+    return FileURL(path.append(name));
+}
+
+QString displayText(std::string_view bytes) {
+    QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    for (QChar& character : text) {
+        const char16_t unit = character.unicode();
+        const bool control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+        const bool turnsDirection = (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+        if (control || turnsDirection) {
+            character = QChar::ReplacementCharacter;
+        }
+    }
+    return text;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <compare>
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// The absolute location of a file or folder, kept as the bytes the kernel uses: a name on Linux need not be valid
+/// UTF-8, and only the bytes find the file again.
+class FileURL {
+public:
+    FileURL() = default;
+
+    /// `path` is absolute. Trailing slashes are dropped, except that of "/" itself; nothing else is normalised.
+    explicit FileURL(std::string path);
+
+    /// The path as the bytes to hand to a system call.
+    [[nodiscard]] const std::string& path() const { return m_path; }
+
+    /// The name behind the last slash; "/" for the root.
+    [[nodiscard]] std::string_view lastPathComponent() const;
+
+    /// The location without its last component; "/" for what lies in the root and for the root itself.
+    [[nodiscard]] FileURL deletingLastPathComponent() const;
+
+    [[nodiscard]] FileURL appendingPathComponent(std::string_view name) const;
+
+    auto operator<=>(const FileURL&) const = default;
+
+private:
+    std::string m_path = "/";
+};
+
+/// What the screens show of bytes that name a file: UTF-8, with U+FFFD in place of what is not UTF-8, of control
+/// characters (a line break in a name must not break a row) and of the marks that turn the direction of the text
+/// around (they would let a name pretend to be another one).
+[[nodiscard]] QString displayText(std::string_view bytes);
+
+template <>
+struct std::hash<FileURL> {
+    size_t operator()(const FileURL& url) const noexcept { return std::hash<std::string>{}(url.path()); }
+};

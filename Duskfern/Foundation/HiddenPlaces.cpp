@@ -1,0 +1,102 @@
+#include "Foundation/HiddenPlaces.h"
+
+#include <fcntl.h>
+#include <mntent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+/// Folders that hold the running system or other disks.
+constexpr std::array<std::string_view, 7> systemFolders{
+    "/dev",         // devices
+    "/proc",        // processes
+    "/sys",         // the kernel's own view of the machine
+    "/run",         // the state of running services, on memory
+    "/media",       // other disks, measured on their own
+    "/mnt",         // likewise
+    "/lost+found",  // what a file system check found
+};
+
+/// File systems without files of their own: what they show takes no space on any disk.
+constexpr std::array<std::string_view, 22> pseudoFileSystems{
+    "proc",    "sysfs",    "cgroup",    "cgroup2", "devpts",      "devtmpfs",   "debugfs",
+    "tracefs", "bpf",      "pstore",    "mqueue",  "hugetlbfs",   "securityfs", "configfs",
+    "fusectl", "efivarfs", "selinuxfs", "nsfs",    "binfmt_misc", "rpc_pipefs", "binder",
+    "autofs",  // a trigger: entering it would mount something
+};
+
+struct CloseMountTable {
+    void operator()(FILE* table) const { endmntent(table); }
+};
+
+std::string resolved(const FileURL& url) {
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(url.path().c_str(), nullptr), &std::free);
+    return path ? path.get() : url.path();
+}
+
+}  // namespace
+
+NameSet hiddenNames(int directory) {
+    NameSet names;
+    const int descriptor = openat(directory, hiddenListName.data(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) {
+        return names;
+    }
+    struct stat status {};
+    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+        constexpr size_t limit = 1 << 20;
+        std::string text(std::min<size_t>(limit, static_cast<size_t>(status.st_size)), '\0');
+        const ssize_t size = read(descriptor, text.data(), text.size());
+        text.resize(static_cast<size_t>(std::max<ssize_t>(0, size)));
+        for (size_t begin = 0; begin < text.size();) {
+            const size_t end = std::min(text.find('\n', begin), text.size());
+            if (end > begin) {
+                names.insert(std::string_view(text).substr(begin, end - begin));
+            }
+            begin = end + 1;
+        }
+    }
+    close(descriptor);
+    return names;
+}
+
+HiddenPlaces::HiddenPlaces(const FileURL& root) {
+    std::string prefix = resolved(root);
+    if (prefix.back() != '/') {
+        prefix += '/';
+    }
+    const auto hide = [&](std::string_view path) {
+        if (path.size() <= prefix.size() || !path.starts_with(prefix)) {
+            return;
+        }
+        path.remove_prefix(prefix.size());
+        const size_t slash = path.rfind('/');
+        const std::string_view folder = slash == std::string_view::npos ? "" : path.substr(0, slash);
+        m_byFolder[std::string(folder)].insert(path.substr(folder.empty() ? 0 : slash + 1));
+    };
+    std::for_each(systemFolders.begin(), systemFolders.end(), hide);
+    const std::unique_ptr<FILE, CloseMountTable> table(setmntent("/proc/self/mounts", "re"));
+    if (!table) {
+        return;
+    }
+    mntent entry{};
+    std::string buffer(16 * 1024, '\0');
+    while (getmntent_r(table.get(), &entry, buffer.data(), static_cast<int>(buffer.size())) != nullptr) {
+        if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), entry.mnt_type) != pseudoFileSystems.end()) {
+            hide(entry.mnt_dir);
+        }
+    }
+}
+
+const NameSet* HiddenPlaces::namesIn(const std::string& folder) const {
+    if (m_byFolder.empty()) {
+        return nullptr;
+    }
+    const auto found = m_byFolder.find(folder);
+    return found == m_byFolder.end() ? nullptr : &found->second;
+}

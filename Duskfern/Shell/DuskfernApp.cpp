@@ -1,0 +1,81 @@
+#include "Shell/DuskfernApp.h"
+
+#include "Theme/SymbolProvider.h"
+
+#include <QtCore/QEvent>
+#include <QtCore/QLibraryInfo>
+#include <QtCore/QLocale>
+#include <QtCore/QTranslator>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QIcon>
+#include <QtGui/QPalette>
+#include <QtGui/QStyleHints>
+#include <QtQml/QQmlExtensionPlugin>
+
+Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_ShellPlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_SpaceMapPlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_ThemePlugin)
+
+void DuskfernApp::prepareProcess() {
+    QGuiApplication::setApplicationName(QStringLiteral("Duskfern"));
+    QGuiApplication::setApplicationVersion(QStringLiteral("2.1"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.duskfern.Duskfern"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/assets/AppIcon21.svg")));
+    if (QLocale().language() == QLocale::C) {
+        QLocale::setDefault(QLocale(QStringLiteral("es_ES")));
+    }
+    auto* const translator = new QTranslator(qGuiApp);
+    if (translator->load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(translator);
+    }
+}
+
+DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
+    : QObject(parent),
+      m_colorScheme(services.colorScheme),
+      m_dialogs(services.folderChooser),
+      m_store(m_dialogs, services.trash, services.fileManager) {
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    m_engine.addImageProvider(QLatin1String(SymbolProvider::name), new SymbolProvider);
+    m_engine.setInitialProperties({
+        {QStringLiteral("store"), QVariant::fromValue(&m_store)},
+        {QStringLiteral("dialogs"), QVariant::fromValue(&m_dialogs)},
+    });
+    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Duskfern/Shell/MainWindow.qml")));
+    m_window = m_engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
+    if (m_window == nullptr) {
+        qFatal("the window could not be made");
+    }
+    m_dialogs.setWindow(m_window);
+    connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::followColorScheme);
+    qGuiApp->installEventFilter(this);
+    followColorScheme();
+}
+
+DuskfernApp::~DuskfernApp() = default;
+
+void DuskfernApp::show() {
+    m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+bool DuskfernApp::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange) {
+        followColorScheme();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// Where the desktop states no preference its palette tells: dark means text lighter than what is behind it.
+void DuskfernApp::followColorScheme() {
+    const QPalette palette = QGuiApplication::palette();
+    const bool darkPalette =
+        palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+    const ColorScheme::Preference preference = m_colorScheme.preference();
+    const bool dark =
+        preference == ColorScheme::Preference::none ? darkPalette : preference == ColorScheme::Preference::dark;
+    m_window->setProperty("dark", dark);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Desktop/ColorScheme.h"
+#include "Desktop/WindowDialogs.h"
+#include "SpaceScan/ScanStore.h"
+
+#include <QtCore/QObject>
+#include <QtQml/QQmlApplicationEngine>
+#include <QtQuick/QQuickWindow>
+
+class FileManager;
+class FolderChooser;
+class Trash;
+
+/// The application: its one store, its one window, and what connects them to the desktop.
+class DuskfernApp : public QObject {
+    Q_OBJECT
+
+public:
+    /// The desktop as this program uses it. Everything outlives the application object.
+    struct Services {
+        Trash& trash;
+        FileManager& fileManager;
+        FolderChooser& folderChooser;
+        ColorScheme& colorScheme;
+    };
+
+    /// Sets up what concerns the whole process: names, the language of Qt's own texts, numbers in Spanish where the
+    /// session names no locale. To be called before the first window, and before anything formats a number.
+    static void prepareProcess();
+
+    explicit DuskfernApp(const Services& services, QObject* parent = nullptr);
+    ~DuskfernApp() override;
+    Q_DISABLE_COPY_MOVE(DuskfernApp)
+
+    /// Shows the window and brings it to the front.
+    void show();
+
+    [[nodiscard]] ScanStore& store() { return m_store; }
+    [[nodiscard]] QQuickWindow& window() { return *m_window; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void followColorScheme();
+
+    ColorScheme& m_colorScheme;
+    WindowDialogs m_dialogs;
+    ScanStore m_store;
+    QQmlApplicationEngine m_engine;
+    QQuickWindow* m_window = nullptr;
+};

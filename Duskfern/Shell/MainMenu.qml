@@ -1,0 +1,116 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// The slim menu bar with its one menu.
+Rectangle {
+    id: root
+
+    required property ScanStore store
+
+    signal quitRequested
+
+    color: Theme.sidebar
+    implicitHeight: title.implicitHeight + 4
+
+    Divider {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+
+    T.AbstractButton {
+        id: title
+
+        Accessible.name: text
+        Accessible.role: Accessible.MenuItem
+        anchors.verticalCenter: parent.verticalCenter
+        focusPolicy: Qt.TabFocus
+        hoverEnabled: true
+        implicitHeight: Math.ceil(contentItem.implicitHeight) + 8
+        implicitWidth: contentItem.implicitWidth + 20
+        text: "Archivo"
+        x: 6
+
+        Accessible.onPressAction: title.clicked()
+        Keys.onDownPressed: title.clicked()
+        Keys.onEnterPressed: title.clicked()
+        Keys.onReturnPressed: title.clicked()
+        onClicked: menu.visible ? menu.close() : menu.popup(title, 0, title.height)
+
+        background: Rectangle {
+            color: Theme.tint(Theme.primary, menu.visible || title.down ? 0.12 : title.hovered ? 0.07 : 0)
+            radius: 5
+
+            FocusRing {
+                cornerRadius: 6
+                inset: -1
+                shown: title.visualFocus
+            }
+        }
+        contentItem: Label {
+            Accessible.ignored: true
+            font.pixelSize: Theme.callout
+            horizontalAlignment: Text.AlignHCenter
+            text: title.text
+            verticalAlignment: Text.AlignVCenter
+        }
+    }
+
+    Shortcut {
+        enabled: root.enabled
+        sequences: ["Alt+A", "F10"]
+
+        onActivated: title.clicked()
+    }
+
+    T.Menu {
+        id: menu
+
+        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+        delegate: MainMenuItem {}
+        implicitHeight: contentItem.implicitHeight + 2 * padding
+        implicitWidth: 250
+        margins: 4
+        modal: false
+        padding: 5
+
+        background: Rectangle {
+            border.color: Theme.tint(Theme.primary, 0.14)
+            color: Theme.raised
+            radius: 9
+        }
+        contentItem: ListView {
+            currentIndex: menu.currentIndex
+            implicitHeight: contentHeight
+            interactive: false
+            model: menu.contentModel
+        }
+
+        MainMenuItem {
+            enabled: root.enabled
+            keys: "Ctrl+O"
+            text: "Elegir carpeta…"
+
+            onTriggered: root.store.chooseFolder()
+        }
+
+        MainMenuItem {
+            enabled: root.enabled && root.store.hasRoot && !root.store.isScanning
+            keys: "Ctrl+R"
+            text: "Analizar"
+
+            onTriggered: root.store.startScan()
+        }
+
+        MainMenuItem {
+            enabled: root.enabled
+            keys: "Ctrl+Q"
+            text: "Salir"
+
+            onTriggered: root.quitRequested()
+        }
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Templates as T
+import Duskfern.Theme
+
+/// One command of a menu, with the keys that do the same.
+T.MenuItem {
+    id: root
+
+    property string keys: ""
+
+    Accessible.name: root.text
+    Accessible.role: Accessible.MenuItem
+    font.family: Theme.family
+    font.pixelSize: Theme.body
+    horizontalPadding: 10
+    hoverEnabled: true
+    implicitHeight: Math.ceil(title.implicitHeight) + 12
+    implicitWidth: title.implicitWidth + keysLabel.implicitWidth + 60
+    verticalPadding: 0
+
+    Accessible.onPressAction: {
+        if (root.enabled) {
+            root.triggered();
+        }
+    }
+
+    background: Rectangle {
+        color: root.highlighted && root.enabled ? Theme.selection : "transparent"
+        radius: 6
+    }
+    contentItem: Item {
+        opacity: root.enabled ? 1 : 0.45
+
+        Label {
+            id: title
+
+            Accessible.ignored: true
+            anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.text
+        }
+
+        Label {
+            id: keysLabel
+
+            Accessible.ignored: true
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.secondary
+            font.pixelSize: Theme.callout
+            text: root.keys
+        }
+    }
+}

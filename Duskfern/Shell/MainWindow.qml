@@ -1,0 +1,128 @@
+import QtQuick
+import Duskfern.Desktop
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// The one window: a menu over the sidebar and the screen.
+Window {
+    id: root
+
+    required property ScanStore store
+    required property WindowDialogs dialogs
+
+    /// Whether the desktop asks for dark colours; set from outside.
+    property bool dark: false
+
+    readonly property bool blocked: root.dialogs.isOpen || failure.visible
+
+    color: Theme.window
+    height: 760
+    minimumHeight: 650
+    minimumWidth: 980
+    title: "Duskfern"
+    width: 1180
+
+    Binding {
+        property: "dark"
+        target: Theme
+        value: root.dark
+    }
+
+    FocusScope {
+        id: everything
+
+        anchors.fill: parent
+        enabled: !root.blocked
+        focus: true
+
+        Keys.onDeletePressed: content.moveSelectedToTrash()
+        Keys.onEscapePressed: root.store.search = ""
+
+        MainMenu {
+            id: menu
+
+            store: root.store
+            width: parent.width
+
+            onQuitRequested: root.close()
+        }
+
+        ContentView {
+            id: content
+
+            anchors.bottom: parent.bottom
+            anchors.top: menu.bottom
+            store: root.store
+            width: parent.width
+        }
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+O"
+
+        onActivated: root.store.chooseFolder()
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+R"
+
+        onActivated: root.store.startScan()
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+Q"
+
+        onActivated: root.close()
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+F"
+
+        onActivated: content.focusSearch()
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+1"
+
+        onActivated: root.store.mode = Mode.Home
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+2"
+
+        onActivated: root.store.mode = Mode.Space
+    }
+
+    Shortcut {
+        enabled: !root.blocked
+        sequence: "Ctrl+3"
+
+        onActivated: root.store.mode = Mode.Junk
+    }
+
+    AlertDialog {
+        buttons: root.dialogs.buttons
+        informativeText: root.dialogs.informativeText
+        message: root.dialogs.message
+        visible: root.dialogs.isConfirming
+
+        onAnswered: button => root.dialogs.answer(button === 0)
+    }
+
+    AlertDialog {
+        id: failure
+
+        buttons: ["Aceptar"]
+        informativeText: root.store.errorMessage
+        message: "No se pudo completar la acción"
+        visible: root.store.errorMessage !== "" && !root.dialogs.isOpen
+
+        onAnswered: root.store.clearErrorMessage()
+    }
+}

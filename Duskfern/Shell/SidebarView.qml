@@ -1,0 +1,210 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// The left column: the brand, the screens, the filter by category, and the promise at the bottom.
+Rectangle {
+    id: root
+
+    required property ScanStore store
+
+    component SectionLabel: Label {
+        color: Theme.secondary
+        font.letterSpacing: 2
+        font.pixelSize: Theme.fixed9
+        font.weight: Font.DemiBold
+        leftPadding: 16
+        rightPadding: 16
+        topPadding: 8
+    }
+
+    component ModeRow: SidebarRow {
+        required property int mode
+
+        current: root.store.mode === mode
+        highlight: Theme.tint(Theme.red, 0.2)
+        width: parent.width
+
+        onClicked: root.store.mode = mode
+    }
+
+    color: Theme.sidebar
+
+    Item {
+        id: brand
+
+        height: 38 + 32
+        width: parent.width
+
+        AppIcon {
+            id: icon
+
+            Accessible.ignored: true
+            anchors.verticalCenter: parent.verticalCenter
+            height: 38
+            radius: 9
+            width: 38
+            x: 16
+        }
+
+        Column {
+            anchors.left: icon.right
+            anchors.leftMargin: 10
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 1
+
+            Label {
+                font.pixelSize: Theme.headline
+                font.weight: Font.DemiBold
+                text: "Duskfern 2.1"
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.secondary
+                font.letterSpacing: 2
+                font.pixelSize: Theme.fixed8
+                font.weight: Font.DemiBold
+                text: "DISK & CLEAN"
+                width: parent.width
+            }
+        }
+    }
+
+    Column {
+        id: screens
+
+        anchors.top: brand.bottom
+        width: parent.width
+
+        SectionLabel {
+            text: "HERRAMIENTAS"
+        }
+
+        Column {
+            padding: 8
+            spacing: 4
+            width: parent.width
+
+            Column {
+                spacing: 4
+                width: parent.width - 16
+
+                ModeRow {
+                    mode: Mode.Home
+                    symbol: "house.fill"
+                    text: "Inicio"
+                }
+
+                ModeRow {
+                    mode: Mode.Space
+                    symbol: "circle.grid.2x2.fill"
+                    text: "Mapa de espacio"
+                }
+
+                ModeRow {
+                    mode: Mode.Junk
+                    symbol: "sparkles"
+                    text: "Limpiar basura"
+                }
+            }
+        }
+
+        SectionLabel {
+            text: "EXPLORAR"
+        }
+    }
+
+    ListView {
+        id: categories
+
+        anchors.bottom: footer.top
+        anchors.left: parent.left
+        anchors.leftMargin: 8
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.top: screens.bottom
+        bottomMargin: 8
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        currentIndex: -1
+        interactive: contentHeight + topMargin + bottomMargin > height
+        keyNavigationEnabled: false
+        model: FileCategories.count
+        spacing: 4
+        topMargin: 8
+
+        delegate: SidebarRow {
+            required property int index
+
+            current: root.store.category === index
+            highlight: Theme.tint(Theme.purple, 0.18)
+            symbol: FileCategories.icon(index)
+            text: FileCategories.title(index)
+            width: ListView.view.width
+
+            onActiveFocusChanged: {
+                if (activeFocus) {
+                    categories.positionViewAtIndex(index, ListView.Contain);
+                }
+            }
+            onClicked: root.store.category = index
+        }
+
+        ScrollThumb {
+            view: categories
+        }
+    }
+
+    Rectangle {
+        id: footer
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.margins: 12
+        anchors.right: parent.right
+        color: Theme.tint(Theme.primary, 0.06)
+        height: promise.height + 24
+        radius: 12
+
+        Symbol {
+            id: shield
+
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.mint
+            name: "lock.shield.fill"
+            size: Theme.title3
+            x: 12
+        }
+
+        Column {
+            id: promise
+
+            anchors.left: shield.right
+            anchors.leftMargin: 8
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 4
+
+            Label {
+                font.bold: true
+                font.pixelSize: Theme.callout
+                text: "100% local"
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+                text: "Tus archivos nunca salen de este Mac."
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+        }
+    }
+}

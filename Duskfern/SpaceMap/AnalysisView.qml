@@ -1,0 +1,115 @@
+import QtQuick
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// What is known of the chosen folder: how the analysis stands, its three numbers, its files as a list and as a map.
+Item {
+    id: root
+
+    required property ScanStore store
+
+    readonly property string statusText: root.store.isScanning ? "Analizando… " + Formatters.grouped(root.store.scannedCount) + " archivos" : "Análisis completado · " + root.store.skippedCount + " elementos no accesibles"
+
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    Item {
+        id: titleRow
+
+        height: overview.height + 4
+        width: parent.width
+
+        Column {
+            id: overview
+
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            anchors.right: search.left
+            anchors.rightMargin: 16
+            spacing: 3
+
+            Label {
+                font.bold: true
+                font.pixelSize: Theme.title
+                text: "Tu almacenamiento, de un vistazo"
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+                text: root.statusText
+                width: parent.width
+            }
+        }
+
+        SearchField {
+            id: search
+
+            anchors.right: parent.right
+            anchors.verticalCenter: overview.verticalCenter
+            placeholderText: "Buscar archivos"
+            value: root.store.search
+            width: 230
+
+            onEdited: text => root.store.search = text
+        }
+    }
+
+    Row {
+        id: metrics
+
+        readonly property real cardWidth: (width - 2 * spacing) / 3
+
+        anchors.top: titleRow.bottom
+        anchors.topMargin: 14
+        spacing: 10
+        width: parent.width
+
+        MetricCard {
+            accent: Theme.red
+            icon: "externaldrive.fill"
+            label: "ESPACIO ANALIZADO"
+            value: Formatters.size(root.store.totalSize)
+            width: metrics.cardWidth
+        }
+
+        MetricCard {
+            accent: Theme.mint
+            icon: "doc.on.doc.fill"
+            label: "ARCHIVOS"
+            value: Formatters.grouped(root.store.fileCount)
+            width: metrics.cardWidth
+        }
+
+        MetricCard {
+            accent: Theme.pink
+            icon: "arrow.up.right.circle.fill"
+            label: "ARCHIVO MAYOR"
+            value: root.store.fileCount > 0 ? Formatters.size(root.store.largestSize) : "—"
+            width: metrics.cardWidth
+        }
+    }
+
+    SplitPane {
+        anchors.bottom: parent.bottom
+        anchors.top: metrics.bottom
+        anchors.topMargin: 14
+        gap: 12
+        idealFirst: Math.max(430, 0.42 * room)
+        minimumFirst: 360
+        minimumSecond: 430
+        width: parent.width
+
+        first: FileListView {
+            anchors.fill: parent
+            store: root.store
+        }
+        second: BubbleMapView {
+            anchors.fill: parent
+            store: root.store
+        }
+    }
+}

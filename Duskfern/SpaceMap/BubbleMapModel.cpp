@@ -1,0 +1,80 @@
+#include "SpaceMap/BubbleMapModel.h"
+
+#include "Foundation/Formatters.h"
+
+#include <algorithm>
+
+void BubbleMapModel::setStore(ScanStore* store) {
+    m_store = store;
+    connect(store, &ScanStore::filteredFilesChanged, this, &BubbleMapModel::follow);
+    follow();
+    Q_EMIT storeChanged();
+}
+
+void BubbleMapModel::setArea(const QSizeF& area) {
+    if (m_area == area) {
+        return;
+    }
+    m_area = area;
+    lay();
+    if (!m_items.empty()) {
+        Q_EMIT dataChanged(index(0), index(count() - 1), {CenterXRole, CenterYRole, DiameterRole});
+    }
+    Q_EMIT areaChanged();
+}
+
+void BubbleMapModel::follow() {
+    const FilteredFiles& files = m_store->filteredFiles();
+    std::vector<FileItem> items;
+    for (std::size_t i = 0; i < std::min(files.size(), maximumBubbles); ++i) {
+        items.push_back(files[i]);
+    }
+    if (items == m_items) {
+        return;
+    }
+    beginResetModel();
+    m_items = std::move(items);
+    lay();
+    endResetModel();
+    Q_EMIT countChanged();
+}
+
+void BubbleMapModel::lay() {
+    std::vector<std::int64_t> sizes;
+    std::transform(m_items.begin(), m_items.end(), std::back_inserter(sizes),
+                   [](const FileItem& item) { return item.size; });
+    m_bubbles = bubbleLayout(sizes, m_area.width(), m_area.height());
+}
+
+int BubbleMapModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant BubbleMapModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const auto row = static_cast<std::size_t>(index.row());
+    const FileItem& item = m_items[row];
+    switch (role) {
+        case CenterXRole:
+            return m_bubbles[row].x;
+        case CenterYRole:
+            return m_bubbles[row].y;
+        case DiameterRole:
+            return m_bubbles[row].diameter;
+        case NameRole:
+            return item.name();
+        case SizeTextRole:
+            return Formatters::size(item.size);
+        case PathRole:
+            return displayText(item.url.path());
+        default:
+            return {};
+    }
+}
+
+QHash<int, QByteArray> BubbleMapModel::roleNames() const {
+    return {{CenterXRole, "centerX"}, {CenterYRole, "centerY"},   {DiameterRole, "diameter"},
+            {NameRole, "name"},       {SizeTextRole, "sizeText"}, {PathRole, "path"}};
+}

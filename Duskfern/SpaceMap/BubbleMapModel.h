@@ -1,0 +1,51 @@
+#pragma once
+
+#include "SpaceMap/BubbleLayout.h"
+#include "SpaceScan/ScanStore.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QtCore/QAbstractListModel>
+#include <QtCore/QSizeF>
+
+#include <vector>
+
+/// The bubbles of the map: the first files that pass the store's filter, each with its circle in the map's area.
+/// Painting, clicks and tooltips all use these circles.
+class BubbleMapModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    enum Role { CenterXRole = Qt::UserRole, CenterYRole, DiameterRole, NameRole, SizeTextRole, PathRole };
+
+    Q_PROPERTY(ScanStore* store READ store WRITE setStore NOTIFY storeChanged)
+    [[nodiscard]] ScanStore* store() const { return m_store; }
+    void setStore(ScanStore* store);
+    Q_SIGNAL void storeChanged();
+
+    /// The size of the drawing area.
+    Q_PROPERTY(QSizeF area READ area WRITE setArea NOTIFY areaChanged)
+    [[nodiscard]] QSizeF area() const { return m_area; }
+    void setArea(const QSizeF& area);
+    Q_SIGNAL void areaChanged();
+
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    [[nodiscard]] int count() const { return static_cast<int>(m_items.size()); }
+    Q_SIGNAL void countChanged();
+
+    [[nodiscard]] const std::vector<FileItem>& items() const { return m_items; }
+    [[nodiscard]] const std::vector<Bubble>& bubbles() const { return m_bubbles; }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    void follow();
+    void lay();
+
+    ScanStore* m_store = nullptr;
+    QSizeF m_area;
+    std::vector<FileItem> m_items;
+    std::vector<Bubble> m_bubbles;
+};

@@ -1,0 +1,111 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Duskfern.Engine
+import Duskfern.SpaceMap
+import Duskfern.Theme
+
+/// The largest files that pass the filter, as circles whose areas follow their sizes.
+Card {
+    id: root
+
+    required property ScanStore store
+
+    fillOpacity: 0.035
+    radius: 14
+
+    BubbleMapModel {
+        id: bubbles
+
+        area: Qt.size(area.width, area.height)
+        store: root.store
+    }
+
+    Column {
+        id: caption
+
+        leftPadding: 14
+        rightPadding: 14
+        spacing: 2
+        topPadding: 14
+        bottomPadding: 14
+        width: parent.width
+
+        Label {
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+            text: "Vista visual"
+            width: parent.width - 28
+        }
+
+        Label {
+            color: Theme.secondary
+            font.pixelSize: Theme.caption
+            text: "Cuanto mayor la burbuja, más espacio ocupa"
+            width: parent.width - 28
+        }
+    }
+
+    Divider {
+        id: divider
+
+        anchors.top: caption.bottom
+        width: parent.width
+    }
+
+    Item {
+        id: area
+
+        anchors.bottom: parent.bottom
+        anchors.top: divider.bottom
+        clip: true
+        width: parent.width
+
+        BubbleMapCanvas {
+            id: canvas
+
+            Accessible.ignored: true
+            anchors.fill: parent
+            background: Theme.tint(Theme.purple, 0.025)
+            bodyFont.family: Theme.family
+            bodyFont.pixelSize: Theme.body
+            cornerRadius: 14
+            from: Theme.tint(Theme.teal, 0.95)
+            model: bubbles
+            sizeFont.bold: true
+            sizeFont.family: Theme.family
+            sizeFont.pixelSize: Theme.caption2
+            to: Theme.tint(Theme.purple, 0.82)
+        }
+
+        Column {
+            anchors.centerIn: parent
+            spacing: 8
+            visible: bubbles.count === 0
+
+            Symbol {
+                anchors.horizontalCenter: parent.horizontalCenter
+                color: Theme.secondary
+                name: "circle.grid.cross"
+                size: Theme.largeTitle
+            }
+
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                color: Theme.secondary
+                text: root.store.isScanning ? "Calculando el mapa…" : "No hay archivos que mostrar"
+            }
+        }
+
+        Repeater {
+            model: bubbles
+
+            delegate: BubbleButton {
+                onClicked: root.store.selectRow(index)
+                onHoveredChanged: canvas.hovered = hovered ? index : canvas.hovered === index ? -1 : canvas.hovered
+                onPressedChanged: canvas.pressed = pressed
+                onRevealed: root.store.revealSelected()
+            }
+        }
+    }
+}

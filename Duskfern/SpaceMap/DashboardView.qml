@@ -1,0 +1,108 @@
+import QtQuick
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// The screen of the space map: a folder is chosen, analysed, and its largest files shown.
+Item {
+    id: root
+
+    required property ScanStore store
+
+    function focusSearch() {
+        const analysis = body.item as AnalysisView;
+        analysis?.focusSearch();
+    }
+
+    Item {
+        id: header
+
+        height: Math.max(titles.height, buttons.height) + 32
+        width: parent.width
+
+        Column {
+            id: titles
+
+            anchors.left: parent.left
+            anchors.leftMargin: 16
+            anchors.right: buttons.left
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 3
+
+            Label {
+                font.bold: true
+                font.pixelSize: Theme.title2
+                text: "Mapa de espacio"
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.secondary
+                elide: Text.ElideMiddle
+                font.pixelSize: Theme.caption
+                maximumLineCount: 1
+                text: root.store.hasRoot ? root.store.rootPath : "Elige una carpeta para empezar"
+                width: parent.width
+            }
+        }
+
+        Row {
+            id: buttons
+
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 8
+
+            PushButton {
+                symbol: "folder"
+                text: "Elegir carpeta"
+
+                onClicked: root.store.chooseFolder()
+            }
+
+            PushButton {
+                available: root.store.hasRoot && !root.store.isScanning
+                kind: PushButton.Prominent
+                symbol: "magnifyingglass"
+                text: "Analizar"
+
+                onClicked: root.store.startScan()
+            }
+        }
+    }
+
+    Divider {
+        id: divider
+
+        anchors.top: header.bottom
+        width: parent.width
+    }
+
+    Component {
+        id: welcome
+
+        WelcomeView {
+            store: root.store
+        }
+    }
+
+    Component {
+        id: analysis
+
+        AnalysisView {
+            store: root.store
+        }
+    }
+
+    Loader {
+        id: body
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.margins: root.store.hasRoot ? 18 : 0
+        anchors.right: parent.right
+        anchors.top: divider.bottom
+        sourceComponent: root.store.hasRoot ? analysis : welcome
+    }
+}

@@ -1,0 +1,62 @@
+import QtQuick
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// The selected file, and what can be done with it.
+Item {
+    id: root
+
+    required property ScanStore store
+
+    implicitHeight: Math.max(actions.implicitHeight, placeholder.implicitHeight) + 24
+
+    Label {
+        id: placeholder
+
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.secondary
+        font.pixelSize: Theme.caption
+        text: "Selecciona un archivo"
+        visible: !root.store.hasSelection
+    }
+
+    Label {
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.right: actions.left
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        elide: Text.ElideMiddle
+        font.pixelSize: Theme.caption
+        maximumLineCount: 1
+        text: root.store.selectedName
+        visible: root.store.hasSelection
+    }
+
+    Row {
+        id: actions
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+        visible: root.store.hasSelection
+
+        PushButton {
+            font.pixelSize: Theme.caption
+            text: "Mostrar"
+
+            onClicked: root.store.revealSelected()
+        }
+
+        PushButton {
+            font.pixelSize: Theme.caption
+            text: "A la papelera"
+            titleColor: Theme.red
+
+            onClicked: root.store.moveSelectedToTrash()
+        }
+    }
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "SpaceScan/ScanStore.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QtCore/QAbstractListModel>
+
+/// The rows of the file list: the first files that pass the store's filter.
+class FileListModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    /// The list never shows more rows, however many files there are.
+    static constexpr std::size_t maximumRows = 1000;
+
+    enum Role { NumberRole = Qt::UserRole, NameRole, FolderRole, SizeTextRole, IconRole };
+
+    Q_PROPERTY(ScanStore* store READ store WRITE setStore NOTIFY storeChanged)
+    [[nodiscard]] ScanStore* store() const { return m_store; }
+    void setStore(ScanStore* store);
+    Q_SIGNAL void storeChanged();
+
+    /// The row of the store's selected file; -1 if it is not among the rows.
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
+    [[nodiscard]] int selectedRow() const { return m_selectedRow; }
+    Q_SIGNAL void selectedRowChanged();
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    void follow();
+    void findSelection();
+
+    ScanStore* m_store = nullptr;
+    FilteredFiles m_files;
+    int m_shownRows = 0;
+    int m_selectedRow = -1;
+};

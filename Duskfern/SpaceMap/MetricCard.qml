@@ -1,0 +1,56 @@
+import QtQuick
+import Duskfern.Theme
+
+/// One number of the analysis, with its name and a symbol.
+Card {
+    id: root
+
+    required property string icon
+    required property color accent
+    required property string label
+    required property string value
+
+    fillOpacity: 0.055
+    implicitHeight: Math.max(tile.height, texts.height) + 26
+    radius: 12
+
+    IconTile {
+        id: tile
+
+        anchors.left: parent.left
+        anchors.leftMargin: 13
+        anchors.verticalCenter: parent.verticalCenter
+        radius: 10
+        side: 42
+        symbol: root.icon
+        symbolSize: Theme.title2 * 1.15
+        tint: root.accent
+    }
+
+    Column {
+        id: texts
+
+        anchors.left: tile.right
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        anchors.rightMargin: 13
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 3
+
+        Label {
+            color: Theme.secondary
+            font.bold: true
+            font.letterSpacing: 0.3
+            font.pixelSize: Theme.fixed9
+            text: root.label
+            width: parent.width
+        }
+
+        Label {
+            font.bold: true
+            font.pixelSize: Theme.title3
+            text: root.value
+            width: parent.width
+        }
+    }
+}

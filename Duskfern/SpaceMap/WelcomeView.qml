@@ -1,0 +1,58 @@
+import QtQuick
+import Duskfern.Engine
+import Duskfern.Theme
+
+/// What the space map shows before a folder was chosen.
+Item {
+    id: root
+
+    required property ScanStore store
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 18
+        width: Math.min(parent.width - 32, 620)
+
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            height: 120
+            width: 120
+
+            AppIcon {
+                Accessible.ignored: true
+                anchors.centerIn: parent
+                height: 120 + 2 * shadow
+                radius: 26
+                shadow: 18
+                width: 120 + 2 * shadow
+            }
+        }
+
+        Label {
+            font.bold: true
+            font.pixelSize: Theme.largeTitle
+            horizontalAlignment: Text.AlignHCenter
+            text: "Descubre qué ocupa tu Mac"
+            width: parent.width
+        }
+
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Theme.secondary
+            horizontalAlignment: Text.AlignHCenter
+            lineHeight: 1.15
+            text: "Elige una carpeta o disco. Duskfern lo analizará localmente y mostrará los archivos más grandes en un mapa visual."
+            width: Math.min(parent.width, 520)
+            wrapMode: Text.Wrap
+        }
+
+        PushButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            kind: PushButton.Prominent
+            large: true
+            text: "Elegir carpeta…"
+
+            onClicked: root.store.chooseFolder()
+        }
+    }
+}

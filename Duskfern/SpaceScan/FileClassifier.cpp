@@ -1,0 +1,43 @@
+#include "SpaceScan/FileClassifier.h"
+
+#include "Foundation/FileExtension.h"
+
+#include <algorithm>
+#include <array>
+
+namespace FileClassifier {
+
+namespace {
+
+struct Row {
+    std::string_view extension;
+    FileCategory category;
+};
+
+/// Narrow on purpose: what is not listed is `other`, also where it is close kin (tif, mpg, mp3, tgz).
+constexpr std::array<Row, 36> extensions{{
+    {"mp4", FileCategory::videos},    {"mov", FileCategory::videos},     {"mkv", FileCategory::videos},
+    {"avi", FileCategory::videos},    {"m4v", FileCategory::videos},     {"webm", FileCategory::videos},
+    {"jpg", FileCategory::images},    {"jpeg", FileCategory::images},    {"png", FileCategory::images},
+    {"gif", FileCategory::images},    {"heic", FileCategory::images},    {"tiff", FileCategory::images},
+    {"webp", FileCategory::images},   {"svg", FileCategory::images},     {"raw", FileCategory::images},
+    {"pdf", FileCategory::documents}, {"doc", FileCategory::documents},  {"docx", FileCategory::documents},
+    {"txt", FileCategory::documents}, {"rtf", FileCategory::documents},  {"pages", FileCategory::documents},
+    {"xls", FileCategory::documents}, {"xlsx", FileCategory::documents}, {"csv", FileCategory::documents},
+    {"ppt", FileCategory::documents}, {"pptx", FileCategory::documents}, {"key", FileCategory::documents},
+    {"zip", FileCategory::archives},  {"rar", FileCategory::archives},   {"7z", FileCategory::archives},
+    {"tar", FileCategory::archives},  {"gz", FileCategory::archives},    {"bz2", FileCategory::archives},
+    {"xz", FileCategory::archives},   {"dmg", FileCategory::archives},   {"pkg", FileCategory::archives},
+}};
+constexpr std::size_t longestExtension = 5;
+
+}  // namespace
+
+FileCategory categoryForName(std::string_view name) {
+    const std::string extension = lowerCaseExtension(name, longestExtension);
+    const auto* const found =
+        std::find_if(extensions.begin(), extensions.end(), [&](const Row& row) { return row.extension == extension; });
+    return found == extensions.end() ? FileCategory::other : found->category;
+}
+
+}  // namespace FileClassifier

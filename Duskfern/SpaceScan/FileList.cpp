@@ -1,0 +1,95 @@
+#include "SpaceScan/FileList.h"
+
+#include "Foundation/CheckedSum.h"
+#include "Foundation/Dispatch.h"
+
+#include <algorithm>
+
+namespace {
+
+const std::shared_ptr<const FileList::Storage>& emptyStorage() {
+    static const auto storage = std::make_shared<const FileList::Storage>();
+    return storage;
+}
+
+}  // namespace
+
+FileList::FileList() : m_storage(emptyStorage()) {}
+
+FileList::FileList(Storage storage)
+    : m_storage(std::make_shared<const Storage>(std::move(storage))), m_totalSize(m_storage->totalSize) {}
+
+std::uint32_t FileList::keyAt(std::size_t index) const {
+    auto key = static_cast<std::uint32_t>(index);
+    for (const std::uint32_t removed : m_removed) {
+        if (removed > key) {
+            break;
+        }
+        ++key;
+    }
+    return key;
+}
+
+FileItem FileList::operator[](std::size_t index) const {
+    return {urlAt(index), sizeAt(index), categoryAt(index)};
+}
+
+std::int64_t FileList::sizeAt(std::size_t index) const {
+    return static_cast<std::int64_t>(record(index).size);
+}
+
+FileCategory FileList::categoryAt(std::size_t index) const {
+    return static_cast<FileCategory>(record(index).category);
+}
+
+std::string_view FileList::nameAt(std::size_t index) const {
+    const FileRecord& file = record(index);
+    return m_storage->names.view(file.name, file.nameLength);
+}
+
+FileURL FileList::folderURL(std::uint32_t folder) const {
+    std::vector<std::string_view> names;
+    for (; folder != 0; folder = m_storage->folders[folder].parent) {
+        const FolderRecord& at = m_storage->folders[folder];
+        names.push_back(m_storage->names.view(at.name, at.nameLength));
+    }
+    std::string path = m_storage->root.path() == "/" ? std::string() : m_storage->root.path();
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        path.append("/").append(*name);
+    }
+    return FileURL(path.empty() ? "/" : std::move(path));
+}
+
+FileURL FileList::urlAt(std::size_t index) const {
+    return folderURL(record(index).folder).appendingPathComponent(nameAt(index));
+}
+
+bool FileList::isAt(std::size_t index, const FileURL& url) const {
+    return nameAt(index) == url.lastPathComponent() && urlAt(index) == url;
+}
+
+std::optional<std::size_t> FileList::indexOf(const FileURL& url) const {
+    for (std::size_t index = 0; index < size(); ++index) {
+        if (isAt(index, url)) {
+            return index;
+        }
+    }
+    return std::nullopt;
+}
+
+FileList FileList::removing(const FileURL& url) const {
+    FileList rest = *this;
+    if (const auto index = indexOf(url)) {
+        const std::uint32_t key = keyAt(*index);
+        rest.m_removed.insert(std::upper_bound(rest.m_removed.begin(), rest.m_removed.end(), key), key);
+        rest.m_totalSize = checkedDifference(m_totalSize, sizeAt(*index));
+    }
+    return rest;
+}
+
+void FileList::release(FileList list) {
+    if (list.m_storage.use_count() == 1) {
+        Dispatch::background(
+            [storage = std::move(list.m_storage)](const std::stop_token&) mutable { storage.reset(); });
+    }
+}

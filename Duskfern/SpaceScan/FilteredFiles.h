@@ -1,0 +1,38 @@
+#pragma once
+
+#include "SpaceScan/FileList.h"
+
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// The files of a list that pass a filter, in the list's order. A value; shares the list.
+class FilteredFiles {
+public:
+    FilteredFiles() = default;
+
+    /// The files of that category (`all` for every one) whose name contains `search` without regard to case, by the
+    /// rules of the user's language. Blanks count.
+    FilteredFiles(FileList files, FileCategory category, const QString& search);
+
+    [[nodiscard]] std::size_t size() const { return m_indices ? m_indices->size() : m_files.size(); }
+    [[nodiscard]] bool isEmpty() const { return size() == 0; }
+    [[nodiscard]] FileItem operator[](std::size_t row) const { return m_files[indexAt(row)]; }
+
+    /// `FileList::keyAt` of the file in this row.
+    [[nodiscard]] std::uint32_t keyAt(std::size_t row) const { return m_files.keyAt(indexAt(row)); }
+
+    /// Whether the file in this row is the one at `url`.
+    [[nodiscard]] bool isAt(std::size_t row, const FileURL& url) const { return m_files.isAt(indexAt(row), url); }
+
+    /// Whether the keys of both mean the same files.
+    [[nodiscard]] bool sharesStorage(const FilteredFiles& other) const { return m_files.sharesStorage(other.m_files); }
+
+private:
+    [[nodiscard]] std::size_t indexAt(std::size_t row) const { return m_indices ? (*m_indices)[row] : row; }
+
+    FileList m_files;
+    std::optional<std::vector<std::uint32_t>> m_indices;  ///< None when every file passes.
+};

@@ -1,0 +1,102 @@
+#include "SpaceScan/ScanRecorder.h"
+
+#include "Foundation/CheckedSum.h"
+#include "Foundation/FileStatus.h"
+#include "SpaceScan/FileClassifier.h"
+
+#include <sys/stat.h>
+#include <algorithm>
+
+void ScanRecorder::beginFolder(WalkFolder& folder) {
+    Listing& listing =
+        m_listings.emplace_back(Listing{this, m_files.size(), m_files.size(), m_children.size(), m_children.size()});
+    folder.listing = &listing;
+}
+
+void ScanRecorder::file(int directory, std::string_view name) {
+    const std::optional<FileStatus> status = fileStatus(directory, name.data());
+    if (!status || !m_names.hasRoom()) {
+        m_skipped = checkedSum(m_skipped, 1);
+        return;
+    }
+    if (!S_ISREG(status->mode)) {
+        return;
+    }
+    constexpr std::uint64_t most = (std::uint64_t{1} << FileRecord::sizeBits) - 1;
+    FileRecord& record = m_files.emplace_back();
+    record.size = std::min(static_cast<std::uint64_t>(status->allocated), most) & most;
+    record.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
+    record.nameLength = name.size() & NameArena::maximumLength;
+    record.name = m_names.append(name);
+    record.folder = 0;
+    m_listings.back().endFile = m_files.size();
+    m_progress.addFile();
+}
+
+void ScanRecorder::subfolder(const WalkFolder& folder) {
+    m_children.push_back({&folder, m_files.size()});
+    m_listings.back().endChild = m_children.size();
+}
+
+FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& root,
+                                       const std::vector<ScanRecorder*>& recorders, std::int64_t& skipped) {
+    FileList::Storage all;
+    all.root = url;
+    std::size_t count = 0;
+    for (ScanRecorder* recorder : recorders) {
+        if (!all.names.fits(recorder->m_names)) {
+            skipped = checkedSum(skipped, static_cast<std::int64_t>(recorder->m_files.size()));
+            recorder->m_files.clear();
+            continue;
+        }
+        recorder->m_namesBase = all.names.absorb(std::move(recorder->m_names));
+        count += recorder->m_files.size();
+    }
+    all.records.reserve(count);
+
+    /// A folder whose files are being copied; the ones below it on the stack wait for it.
+    struct Open {
+        const Listing* listing;
+        std::uint32_t folder;
+        std::size_t nextFile;
+        std::size_t nextChild;
+    };
+    std::vector<Open> open;
+    const auto enter = [&](const WalkFolder& folder, std::uint32_t parent) {
+        const auto* const listing = static_cast<const Listing*>(folder.listing);
+        // A folder that nobody listed, because the walk was stopped, has none.
+        if (listing == nullptr || !all.names.hasRoom()) {
+            return;
+        }
+        const auto index = static_cast<std::uint32_t>(all.folders.size());
+        all.folders.push_back({parent, all.names.append({folder.name, folder.nameLength}), folder.nameLength});
+        open.push_back({listing, index, listing->firstFile, listing->firstChild});
+    };
+    enter(root, 0);
+    while (!open.empty()) {
+        Open& here = open.back();
+        const ScanRecorder& recorder = *here.listing->recorder;
+        const bool hasChild = here.nextChild < here.listing->endChild;
+        const Child* child = hasChild ? &recorder.m_children[here.nextChild] : nullptr;
+        const std::size_t end =
+            std::min(child != nullptr ? child->filesBefore : here.listing->endFile, recorder.m_files.size());
+        for (; here.nextFile < end; ++here.nextFile) {
+            FileRecord& record = all.records.emplace_back(recorder.m_files[here.nextFile]);
+            record.name += recorder.m_namesBase;
+            record.folder = here.folder;
+            all.totalSize = checkedSum(all.totalSize, static_cast<std::int64_t>(record.size));
+        }
+        if (child == nullptr) {
+            open.pop_back();
+        } else {
+            ++here.nextChild;
+            enter(*child->folder, here.folder);
+        }
+    }
+    for (ScanRecorder* recorder : recorders) {
+        recorder->m_files = {};
+        recorder->m_children = {};
+        recorder->m_listings = {};
+    }
+    return all;
+}

@@ -1,0 +1,197 @@
+#include "SpaceScan/ScanStore.h"
+
+#include "Desktop/Dialogs.h"
+#include "Desktop/FileManager.h"
+#include "Desktop/Trash.h"
+#include "Foundation/Dispatch.h"
+
+#include <QtCore/QPointer>
+
+#include <utility>
+
+ScanStore::ScanStore(Dialogs& dialogs, Trash& trash, FileManager& fileManager, QObject* parent)
+    : QObject(parent), m_dialogs(dialogs), m_trash(trash), m_fileManager(fileManager) {}
+
+ScanStore::~ScanStore() = default;
+
+void ScanStore::setMode(Mode mode) {
+    if (std::exchange(m_mode, mode) != mode) {
+        Q_EMIT modeChanged();
+    }
+}
+
+void ScanStore::setRootURL(std::optional<FileURL> url) {
+    if (m_rootURL != url) {
+        m_rootURL = std::move(url);
+        Q_EMIT rootURLChanged();
+    }
+}
+
+void ScanStore::setFiles(FileList files) {
+    // The filtered list shares the old files; both are let go together, off this thread.
+    m_filteredFiles.reset();
+    FileList::release(std::exchange(m_files, std::move(files)));
+    Q_EMIT filesChanged();
+    invalidateFilter();
+}
+
+void ScanStore::setCategory(FileCategory category) {
+    if (std::exchange(m_category, category) != category) {
+        m_filteredFiles.reset();
+        Q_EMIT categoryChanged();
+        invalidateFilter();
+    }
+}
+
+void ScanStore::setSearch(const QString& search) {
+    if (m_search != search) {
+        m_search = search;
+        m_filteredFiles.reset();
+        Q_EMIT searchChanged();
+        invalidateFilter();
+    }
+}
+
+void ScanStore::invalidateFilter() {
+    m_filteredFiles.reset();
+    Q_EMIT filteredFilesChanged();
+}
+
+const FilteredFiles& ScanStore::filteredFiles() const {
+    if (!m_filteredFiles) {
+        m_filteredFiles.emplace(m_files, m_category, m_search);
+    }
+    return *m_filteredFiles;
+}
+
+void ScanStore::setSelected(std::optional<FileItem> item) {
+    if (m_selected != item) {
+        m_selected = std::move(item);
+        Q_EMIT selectedChanged();
+    }
+}
+
+void ScanStore::setIsScanning(bool isScanning) {
+    if (std::exchange(m_isScanning, isScanning) != isScanning) {
+        Q_EMIT isScanningChanged();
+    }
+}
+
+void ScanStore::setScannedCount(qint64 count) {
+    if (std::exchange(m_scannedCount, count) != count) {
+        Q_EMIT scannedCountChanged();
+    }
+}
+
+void ScanStore::setSkippedCount(qint64 count) {
+    if (std::exchange(m_skippedCount, count) != count) {
+        Q_EMIT skippedCountChanged();
+    }
+}
+
+void ScanStore::setErrorMessage(std::optional<QString> text) {
+    if (m_errorMessage != text) {
+        m_errorMessage = std::move(text);
+        Q_EMIT errorMessageChanged();
+    }
+}
+
+void ScanStore::chooseFolder() {
+    m_dialogs.chooseFolder(QStringLiteral("Elegir"), m_rootURL,
+                           [self = QPointer(this)](const std::optional<FileURL>& url) {
+                               if (self != nullptr && url) {
+                                   self->setRootURL(url);
+                                   self->startScan();
+                               }
+                           });
+}
+
+void ScanStore::startScan() {
+    if (!m_rootURL || m_isScanning) {
+        return;
+    }
+    setIsScanning(true);
+    setFiles({});
+    setSelected(std::nullopt);
+    setScannedCount(0);
+    setSkippedCount(0);
+    setErrorMessage(std::nullopt);
+    Dispatch::background([self = QPointer(this), root = *m_rootURL](const std::stop_token& stop) {
+        const auto report = [self](std::int64_t count) {
+            Dispatch::main([self, count] {
+                if (self != nullptr) {
+                    self->setScannedCount(count);
+                }
+            });
+        };
+        ScanResult result = FileScanner::scan(root, report, stop);
+        Dispatch::main([self, result = std::move(result)]() mutable {
+            if (self != nullptr) {
+                const auto count = static_cast<qint64>(result.files.size());
+                self->setFiles(std::move(result.files));
+                self->setScannedCount(count);
+                self->setSkippedCount(result.skipped);
+                self->setIsScanning(false);
+            }
+        });
+    });
+}
+
+void ScanStore::reveal(const FileItem& item) {
+    m_fileManager.reveal({item.url});
+}
+
+void ScanStore::revealSelected() {
+    if (m_selected) {
+        reveal(*m_selected);
+    }
+}
+
+void ScanStore::selectRow(int row) {
+    if (row >= 0 && row < filteredCount()) {
+        setSelected(filteredFiles()[static_cast<std::size_t>(row)]);
+    }
+}
+
+void ScanStore::moveSelectedToTrash() {
+    if (!m_selected) {
+        return;
+    }
+    const FileItem item = *m_selected;
+    const Confirmation question{
+        QStringLiteral("¿Mover “%1” a la papelera?").arg(item.name()),
+        QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
+        QStringLiteral("Mover a la papelera"),
+        QStringLiteral("Cancelar"),
+    };
+    m_dialogs.confirm(question, [self = QPointer(this), item](bool confirmed) {
+        if (self == nullptr || !confirmed) {
+            return;
+        }
+        // A disk that is slow or does not answer must not freeze the window.
+        Dispatch::background([self, item, &trash = self->m_trash](const std::stop_token&) {
+            const std::optional<TrashError> error = trash.move(item.url);
+            std::optional<QString> failure;
+            if (error) {
+                failure = trashErrorText(*error, item.url);
+            }
+            Dispatch::main([self, item, failure] {
+                if (self != nullptr) {
+                    self->finishTrashing(item, failure);
+                }
+            });
+        });
+    });
+}
+
+void ScanStore::finishTrashing(const FileItem& item, const std::optional<QString>& failure) {
+    if (failure) {
+        setErrorMessage(failure);
+        return;
+    }
+    setFiles(m_files.removing(item.id()));
+    // Meanwhile the user may have chosen another file; that choice stands.
+    if (m_selected && m_selected->id() == item.id()) {
+        setSelected(std::nullopt);
+    }
+}

@@ -1,0 +1,145 @@
+#pragma once
+
+#include "SpaceScan/FileScanner.h"
+#include "SpaceScan/FilteredFiles.h"
+
+#include <QtCore/QObject>
+
+#include <optional>
+
+class Dialogs;
+class FileManager;
+class Trash;
+
+/// The window's shared state: which screen is shown, and all of the space map. Lives on the main thread, where every
+/// property is read and written; a scan runs in the background and comes back through the main thread's queue, whose
+/// order keeps its final values last. Each change notifies once, after the new value is in place.
+class ScanStore : public QObject {
+    Q_OBJECT
+
+public:
+    /// The three screens: the overview of the disks, the map of a folder, the junk cleaner.
+    enum class Mode { home, space, junk };
+    Q_ENUM(Mode)
+
+    /// The services outlive the store.
+    ScanStore(Dialogs& dialogs, Trash& trash, FileManager& fileManager, QObject* parent = nullptr);
+    ~ScanStore() override;
+    Q_DISABLE_COPY_MOVE(ScanStore)
+
+    /// The screen in the detail area.
+    Q_PROPERTY(ScanStore::Mode mode READ mode WRITE setMode NOTIFY modeChanged)
+    [[nodiscard]] Mode mode() const { return m_mode; }
+    void setMode(Mode mode);
+    Q_SIGNAL void modeChanged();
+
+    /// The folder chosen for the space map. For the screens: its path, and whether there is one.
+    Q_PROPERTY(QString rootPath READ rootPath NOTIFY rootURLChanged)
+    Q_PROPERTY(bool hasRoot READ hasRoot NOTIFY rootURLChanged)
+    [[nodiscard]] const std::optional<FileURL>& rootURL() const { return m_rootURL; }
+    [[nodiscard]] QString rootPath() const { return m_rootURL ? displayText(m_rootURL->path()) : QString(); }
+    [[nodiscard]] bool hasRoot() const { return m_rootURL.has_value(); }
+    void setRootURL(std::optional<FileURL> url);
+    Q_SIGNAL void rootURLChanged();
+
+    /// The result of the last scan, largest first. For the screens: the number of files, their sum and the largest
+    /// size, in bytes.
+    Q_PROPERTY(qint64 fileCount READ fileCount NOTIFY filesChanged)
+    Q_PROPERTY(qint64 totalSize READ totalSize NOTIFY filesChanged)
+    Q_PROPERTY(qint64 largestSize READ largestSize NOTIFY filesChanged)
+    [[nodiscard]] const FileList& files() const { return m_files; }
+    [[nodiscard]] qint64 fileCount() const { return static_cast<qint64>(m_files.size()); }
+    [[nodiscard]] qint64 totalSize() const { return m_files.totalSize(); }
+    [[nodiscard]] qint64 largestSize() const { return m_files.isEmpty() ? 0 : m_files.sizeAt(0); }
+    Q_SIGNAL void filesChanged();
+
+    /// The category that list and map are limited to.
+    Q_PROPERTY(FileCategories::FileCategory category READ category WRITE setCategory NOTIFY categoryChanged)
+    [[nodiscard]] FileCategory category() const { return m_category; }
+    void setCategory(FileCategory category);
+    Q_SIGNAL void categoryChanged();
+
+    /// The text that names in list and map contain.
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
+    [[nodiscard]] const QString& search() const { return m_search; }
+    void setSearch(const QString& search);
+    Q_SIGNAL void searchChanged();
+
+    /// The file chosen in list or map. For the screens: its name, and whether there is one.
+    Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedChanged)
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChanged)
+    [[nodiscard]] const std::optional<FileItem>& selected() const { return m_selected; }
+    [[nodiscard]] QString selectedName() const { return m_selected ? m_selected->name() : QString(); }
+    [[nodiscard]] bool hasSelection() const { return m_selected.has_value(); }
+    void setSelected(std::optional<FileItem> item);
+    Q_SIGNAL void selectedChanged();
+
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
+    [[nodiscard]] bool isScanning() const { return m_isScanning; }
+    Q_SIGNAL void isScanningChanged();
+
+    /// Files found so far, or in all once the scan is over. Trashing a file leaves it as it is.
+    Q_PROPERTY(qint64 scannedCount READ scannedCount NOTIFY scannedCountChanged)
+    [[nodiscard]] qint64 scannedCount() const { return m_scannedCount; }
+    Q_SIGNAL void scannedCountChanged();
+
+    /// Entries that the last scan could not read.
+    Q_PROPERTY(qint64 skippedCount READ skippedCount NOTIFY skippedCountChanged)
+    [[nodiscard]] qint64 skippedCount() const { return m_skippedCount; }
+    Q_SIGNAL void skippedCountChanged();
+
+    /// The text of the last failure, until it was read; for the screens empty when there is none.
+    Q_PROPERTY(QString errorMessage READ errorText NOTIFY errorMessageChanged)
+    [[nodiscard]] const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+    [[nodiscard]] QString errorText() const { return m_errorMessage.value_or(QString()); }
+    void setErrorMessage(std::optional<QString> text);
+    Q_INVOKABLE void clearErrorMessage() { setErrorMessage(std::nullopt); }
+    Q_SIGNAL void errorMessageChanged();
+
+    /// The files that pass category and search. For the screens: how many they are.
+    Q_PROPERTY(qint64 filteredCount READ filteredCount NOTIFY filteredFilesChanged)
+    [[nodiscard]] const FilteredFiles& filteredFiles() const;
+    [[nodiscard]] qint64 filteredCount() const { return static_cast<qint64>(filteredFiles().size()); }
+    Q_SIGNAL void filteredFilesChanged();
+
+    /// Lets the user choose a folder and scans it. Cancelling changes nothing.
+    Q_INVOKABLE void chooseFolder();
+
+    /// Scans `rootURL` anew; does nothing without one, or while a scan runs.
+    Q_INVOKABLE void startScan();
+
+    /// Shows the item in the file manager.
+    void reveal(const FileItem& item);
+    Q_INVOKABLE void revealSelected();
+
+    /// Selects the file in a row of `filteredFiles`.
+    Q_INVOKABLE void selectRow(int row);
+
+    /// Asks, and moves the selected file to the Trash. What is moved is what was selected when the question was asked.
+    Q_INVOKABLE void moveSelectedToTrash();
+
+private:
+    void setFiles(FileList files);
+    void setIsScanning(bool isScanning);
+    void setScannedCount(qint64 count);
+    void setSkippedCount(qint64 count);
+    void invalidateFilter();
+    void finishTrashing(const FileItem& item, const std::optional<QString>& failure);
+
+    Dialogs& m_dialogs;
+    Trash& m_trash;
+    FileManager& m_fileManager;
+
+    Mode m_mode = Mode::home;
+    std::optional<FileURL> m_rootURL;
+    FileList m_files;
+    FileCategory m_category = FileCategory::all;
+    QString m_search;
+    std::optional<FileItem> m_selected;
+    bool m_isScanning = false;
+    qint64 m_scannedCount = 0;
+    qint64 m_skippedCount = 0;
+    std::optional<QString> m_errorMessage;
+
+    mutable std::optional<FilteredFiles> m_filteredFiles;  ///< Made when first asked for after a change.
+};

@@ -1,0 +1,13 @@
+import QtQuick
+
+/// A surface of shaded text colour with a hairline around it.
+Rectangle {
+    id: root
+
+    property real fillOpacity: 0.045
+    property real strokeOpacity: 0.08
+
+    border.color: Theme.tint(Theme.primary, root.strokeOpacity)
+    border.width: 1
+    color: Theme.tint(Theme.primary, root.fillOpacity)
+}

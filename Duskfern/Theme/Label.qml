@@ -1,0 +1,13 @@
+import QtQuick
+
+/// Text to read. Never takes a name for markup.
+Text {
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+    color: Theme.primary
+    elide: Text.ElideRight
+    font.family: Theme.family
+    font.pixelSize: Theme.body
+    renderType: Text.NativeRendering
+    textFormat: Text.PlainText
+}

@@ -1,0 +1,96 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A button with a title and perhaps a symbol before it.
+T.AbstractButton {
+    id: root
+
+    enum Kind {
+        Plain,
+        Prominent
+    }
+
+    property string symbol: ""
+    property int kind: PushButton.Plain
+    property bool large: false
+
+    /// Whether there is anything to press for. Looks disabled only then, not while a dialog blocks the window.
+    property bool available: true
+    property color tint: Theme.red
+    property color titleColor: root.prominent ? "white" : Theme.primary
+
+    readonly property bool prominent: root.kind === PushButton.Prominent
+    readonly property color fill: root.prominent ? root.tint : Theme.tint(Theme.primary, 0.06)
+
+    /// What a click does, for keys and assistive technologies.
+    function press() {
+        if (root.enabled) {
+            root.clicked();
+        }
+    }
+
+    Accessible.name: root.text
+    Accessible.role: Accessible.Button
+    enabled: root.available
+    focusPolicy: Qt.StrongFocus
+    font.family: Theme.family
+    font.pixelSize: root.large ? Theme.title3 : Theme.body
+    hoverEnabled: true
+    implicitHeight: Math.ceil(contentItem.implicitHeight) + topPadding + bottomPadding
+    implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
+    horizontalPadding: root.large ? 22 : 12
+    opacity: root.available ? 1 : 0.45
+    verticalPadding: root.large ? 10 : 6
+
+    Accessible.onPressAction: root.press()
+    Keys.onEnterPressed: root.press()
+    Keys.onReturnPressed: root.press()
+
+    background: Rectangle {
+        border.color: root.prominent ? "transparent" : Theme.tint(Theme.primary, 0.1)
+        border.width: root.prominent ? 0 : 1
+        color: root.fill
+        radius: 8
+
+        Rectangle {
+            anchors.fill: parent
+            color: root.down ? "black" : Theme.dark || root.prominent ? "white" : "black"
+            opacity: root.down ? 0.16 : root.hovered ? (root.prominent ? 0.12 : 0.05) : 0
+            radius: parent.radius
+        }
+
+        FocusRing {
+            cornerRadius: 11
+            shown: root.visualFocus
+        }
+    }
+    contentItem: Item {
+        implicitHeight: title.implicitHeight
+        implicitWidth: row.width
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 8
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                color: root.titleColor
+                name: root.symbol
+                size: title.font.pixelSize * 1.1
+                visible: root.symbol !== ""
+            }
+
+            Label {
+                id: title
+
+                Accessible.ignored: true
+                color: root.titleColor
+                font.pixelSize: root.font.pixelSize
+                font.weight: root.prominent ? Font.Medium : Font.Normal
+                text: root.text
+            }
+        }
+    }
+}

@@ -1,0 +1,105 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A field for a search text, with a button that empties it.
+T.TextField {
+    id: root
+
+    /// What the store holds; the field shows it and reports edits with `edited`.
+    property string value: ""
+
+    signal edited(string text)
+
+    Accessible.name: root.placeholderText
+    Accessible.role: Accessible.EditableText
+    Accessible.searchEdit: true
+    color: Theme.primary
+    font.family: Theme.family
+    font.pixelSize: Theme.body
+    hoverEnabled: true
+    implicitHeight: Math.ceil(contentHeight) + topPadding + bottomPadding
+    leftPadding: 30
+    placeholderTextColor: Theme.secondary
+    renderType: Text.NativeRendering
+    rightPadding: 28
+    selectByMouse: true
+    selectedTextColor: "white"
+    selectionColor: Theme.blue
+    text: root.value
+    verticalAlignment: TextInput.AlignVCenter
+    bottomPadding: 7
+    topPadding: 7
+
+    Keys.onEscapePressed: event => {
+        event.accepted = root.text !== "";
+        root.edited("");
+    }
+    onTextEdited: root.edited(root.text)
+
+    background: Rectangle {
+        border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
+        border.width: 1
+        color: Theme.dark ? Theme.tint(Theme.primary, 0.08) : "white"
+        radius: 8
+
+        Symbol {
+            anchors.left: parent.left
+            anchors.leftMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.secondary
+            name: "magnifyingglass"
+        }
+
+        FocusRing {
+            cornerRadius: 11
+            shown: root.activeFocus
+        }
+    }
+
+    Label {
+        Accessible.ignored: true
+        anchors.left: parent.left
+        anchors.leftMargin: root.leftPadding
+        anchors.verticalCenter: parent.verticalCenter
+        color: root.placeholderTextColor
+        text: root.placeholderText
+        visible: root.text === "" && root.preeditText === ""
+    }
+
+    T.AbstractButton {
+        id: clear
+
+        Accessible.name: "Borrar la búsqueda"
+        Accessible.role: Accessible.Button
+        anchors.right: parent.right
+        anchors.rightMargin: 6
+        anchors.verticalCenter: parent.verticalCenter
+        focusPolicy: Qt.TabFocus
+        height: 20
+        hoverEnabled: true
+        visible: root.text !== ""
+        width: 20
+
+        Accessible.onPressAction: clear.clicked()
+        onClicked: {
+            root.edited("");
+            root.forceActiveFocus();
+        }
+
+        contentItem: Item {
+            Symbol {
+                anchors.centerIn: parent
+                color: clear.down || clear.hovered ? Theme.primary : Theme.secondary
+                name: "xmark.circle.fill"
+                size: 13
+            }
+
+            FocusRing {
+                cornerRadius: 12
+                inset: -1
+                shown: clear.visualFocus
+            }
+        }
+
+    }
+}

@@ -1,0 +1,99 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+
+/// Two panes side by side with a divider that can be dragged, or moved with the arrow keys. Where the width does not
+/// suffice for both minima the panes shrink in their ratio.
+Item {
+    id: root
+
+    required property real minimumFirst
+    required property real minimumSecond
+    property real maximumFirst: Number.MAX_VALUE
+
+    /// The first pane's width until somebody moves the divider.
+    required property real idealFirst
+
+    /// The width of the divider; its line is drawn only when `hairline` is set.
+    property real gap: 1
+    property bool hairline: false
+    property alias first: firstPane.data
+    property alias second: secondPane.data
+
+    /// What somebody moved the divider to; negative before that.
+    property real chosenFirst: -1
+
+    readonly property real room: Math.max(0, root.width - root.gap)
+    readonly property real firstWidth: root.fitted(root.chosenFirst < 0 ? root.idealFirst : root.chosenFirst)
+
+    function fitted(wanted: real): real {
+        if (root.room <= root.minimumFirst + root.minimumSecond) {
+            return root.room * root.minimumFirst / (root.minimumFirst + root.minimumSecond);
+        }
+        return Math.max(root.minimumFirst, Math.min(wanted, root.maximumFirst, root.room - root.minimumSecond));
+    }
+
+    Item {
+        id: firstPane
+
+        height: parent.height
+        width: root.firstWidth
+    }
+
+    Item {
+        id: secondPane
+
+        height: parent.height
+        width: root.room - root.firstWidth
+        x: root.firstWidth + root.gap
+    }
+
+    Item {
+        id: divider
+
+        Accessible.focusable: true
+        Accessible.name: "Divisor"
+        Accessible.role: Accessible.Splitter
+        activeFocusOnTab: true
+        height: parent.height
+        width: root.gap
+        x: root.firstWidth
+
+        Keys.onLeftPressed: root.chosenFirst = root.fitted(root.firstWidth - 20)
+        Keys.onRightPressed: root.chosenFirst = root.fitted(root.firstWidth + 20)
+
+        Divider {
+            anchors.fill: parent
+            visible: root.hairline
+        }
+
+        Rectangle {
+            anchors.centerIn: parent
+            color: divider.activeFocus ? Theme.focus : Theme.tint(Theme.primary, 0.35)
+            height: root.hairline ? parent.height : 36
+            radius: 2
+            visible: divider.activeFocus || drag.containsMouse || drag.pressed
+            width: 4
+        }
+
+        MouseArea {
+            id: drag
+
+            property real grip: 0
+
+            anchors.fill: parent
+            anchors.margins: Math.min(0, (root.gap - 9) / 2)
+            anchors.bottomMargin: 0
+            anchors.topMargin: 0
+            cursorShape: Qt.SplitHCursor
+            hoverEnabled: true
+
+            onPositionChanged: event => {
+                if (drag.pressed) {
+                    root.chosenFirst = root.fitted(drag.mapToItem(root, event.x, 0).x - drag.grip);
+                }
+            }
+            onPressed: event => drag.grip = drag.mapToItem(root, event.x, 0).x - root.firstWidth
+        }
+    }
+}

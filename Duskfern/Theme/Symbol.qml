@@ -1,0 +1,16 @@
+import QtQuick
+
+/// A system symbol by its name, in a colour. An ornament: what it means is said by the text beside it.
+Image {
+    id: root
+
+    required property string name
+    property color color: Theme.primary
+    property real size: Theme.body * 1.15
+
+    Accessible.ignored: true
+    height: root.size
+    source: root.name === "" ? "" : "image://symbol/" + root.name + "/" + String(root.color).slice(1)
+    sourceSize: Qt.size(root.size, root.size)
+    width: root.size
+}

@@ -1,0 +1,54 @@
+pragma Singleton
+
+import QtQuick
+import Duskfern.Theme
+
+/// Every colour and font of the program. Sizes of type follow the desktop's own font; colours follow light and dark.
+QtObject {
+    id: root
+
+    /// Set by the window from what the desktop prefers.
+    property bool dark: false
+
+    readonly property color red: root.dark ? "#FF453A" : "#FF3B30"
+    readonly property color orange: root.dark ? "#FF9F0A" : "#FF9500"
+    readonly property color pink: root.dark ? "#FF375F" : "#FF2D55"
+    readonly property color purple: root.dark ? "#BF5AF2" : "#AF52DE"
+    readonly property color blue: root.dark ? "#0A84FF" : "#007AFF"
+    readonly property color mint: root.dark ? "#63E6E2" : "#00C7BE"
+    readonly property color teal: root.dark ? "#40C8E0" : "#30B0C7"
+    readonly property color gray: root.dark ? "#98989D" : "#8E8E93"
+
+    /// The colour of text, and of fills that are shades of it.
+    readonly property color primary: root.dark ? "#F5F5F7" : "#1D1D1F"
+    readonly property color secondary: root.dark ? "#A8A8AE" : "#5F5F65"
+
+    readonly property color window: root.dark ? "#1C1C1E" : "#F9F9FA"
+    readonly property color sidebar: root.dark ? "#242427" : "#F0F0F2"
+    readonly property color raised: root.dark ? "#2C2C2F" : "#FFFFFF"
+    readonly property color divider: root.tint(root.primary, root.dark ? 0.12 : 0.1)
+    readonly property color selection: root.tint(root.blue, root.dark ? 0.3 : 0.18)
+    readonly property color focus: root.tint(root.blue, 0.75)
+    readonly property color shade: root.dark ? "#80000000" : "#4D000000"
+
+    readonly property string family: SystemFont.family
+    readonly property int largeTitle: root.scaled(2.0)
+    readonly property int title: root.scaled(1.7)
+    readonly property int title2: root.scaled(1.3)
+    readonly property int title3: root.scaled(1.15)
+    readonly property int headline: root.scaled(1.0)
+    readonly property int body: root.scaled(1.0)
+    readonly property int callout: root.scaled(0.92)
+    readonly property int caption: root.scaled(0.85)
+    readonly property int caption2: root.scaled(0.8)
+    readonly property int fixed9: root.scaled(0.69)
+    readonly property int fixed8: root.scaled(0.62)
+
+    function scaled(factor: real): int {
+        return Math.max(10, Math.round(SystemFont.pixelSize * factor));
+    }
+
+    function tint(base: color, opacity: real): color {
+        return Qt.rgba(base.r, base.g, base.b, opacity);
+    }
+}

@@ -1,0 +1,38 @@
+#include "Desktop/BusFileManager.h"
+#include "Desktop/GioTrash.h"
+#include "Desktop/PortalColorScheme.h"
+#include "Desktop/QtFolderChooser.h"
+#include "Foundation/Dispatch.h"
+#include "Shell/DuskfernApp.h"
+
+#include <QtWidgets/QApplication>
+
+#include <chrono>
+#include <cstdlib>
+
+namespace {
+
+int run(int& argc, char** argv) {
+    QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
+    const QApplication application(argc, argv);
+    DuskfernApp::prepareProcess();
+    GioTrash trash;
+    BusFileManager fileManager;
+    QtFolderChooser folderChooser;
+    PortalColorScheme colorScheme;
+    DuskfernApp duskfern({trash, fileManager, folderChooser, colorScheme});
+    duskfern.show();
+    const int code = QApplication::exec();
+    if (Dispatch::shutDown(std::chrono::milliseconds(700)) == Dispatch::Finish::stuck) {
+        std::_Exit(code);
+    }
+    return code;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    // Nothing is left behind in the home folder, caches of the graphics driver included.
+    setenv("MESA_SHADER_CACHE_DISABLE", "true", 0);
+    return run(argc, argv);
+}

@@ -34,5 +34,8 @@ int run(int& argc, char** argv) {
 int main(int argc, char* argv[]) {
     // Nothing is left behind in the home folder, caches of the graphics driver included.
     setenv("MESA_SHADER_CACHE_DISABLE", "true", 0);
+    // Nor are the daemons of the virtual file system started, which keep files there: all that is asked of GIO is
+    // local.
+    setenv("GIO_USE_VFS", "local", 1);
     return run(argc, argv);
 }

@@ -42,7 +42,7 @@ public:
     /// `fits(other)`.
     std::uint32_t absorb(NameArena&& other) {
         const auto base = static_cast<std::uint32_t>(m_blocks.size() << blockBits);
-        m_used = other.m_used;
+        m_used = other.m_blocks.empty() ? m_used : other.m_used;
         for (auto& block : other.m_blocks) {
             m_blocks.push_back(std::move(block));
         }

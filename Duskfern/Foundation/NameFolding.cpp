@@ -6,6 +6,8 @@ namespace {
 
 constexpr QChar capitalDottedI(u'\u0130');
 constexpr QChar smallDotlessI(u'\u0131');
+constexpr QChar smallSharpS(u'\u00DF');
+constexpr QChar capitalSharpS(u'\u1E9E');
 
 bool isASCII(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -25,6 +27,8 @@ QString NameFolding::fold(QString text) const {
     if (m_turkic) {
         text.replace(QLatin1Char('I'), smallDotlessI).replace(capitalDottedI, QLatin1Char('i'));
     }
+    // Qt folds letter by letter, and the sharp s is two letters in capitals.
+    text.replace(smallSharpS, QLatin1String("ss")).replace(capitalSharpS, QLatin1String("ss"));
     // Folding can take a composed letter apart ("İ"), so the text is composed again.
     return text.toCaseFolded().normalized(QString::NormalizationForm_C);
 }

@@ -1,5 +1,6 @@
 #include "Shell/DuskfernApp.h"
 
+#include "Theme/AccessibleItem.h"
 #include "Theme/SymbolProvider.h"
 
 #include <QtCore/QEvent>
@@ -37,6 +38,7 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
       m_colorScheme(services.colorScheme),
       m_dialogs(services.folderChooser),
       m_store(m_dialogs, services.trash, services.fileManager) {
+    installAccessibleItems();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QLatin1String(SymbolProvider::name), new SymbolProvider);
     m_engine.setInitialProperties({

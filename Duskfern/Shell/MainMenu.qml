@@ -34,7 +34,11 @@ Rectangle {
         text: "Archivo"
         x: 6
 
-        Accessible.onPressAction: title.clicked()
+        Accessible.onPressAction: {
+            if (title.enabled) {
+                title.clicked();
+            }
+        }
         Keys.onDownPressed: title.clicked()
         Keys.onEnterPressed: title.clicked()
         Keys.onReturnPressed: title.clicked()

@@ -13,6 +13,9 @@ Window {
     /// Whether the desktop asks for dark colours; set from outside.
     property bool dark: false
 
+    /// What the keyboard acted on before a dialog took it away.
+    property Item lastFocus: null
+
     readonly property bool blocked: root.dialogs.isOpen || failure.visible
 
     color: Theme.window
@@ -21,6 +24,22 @@ Window {
     minimumWidth: 980
     title: "Duskfern"
     width: 1180
+
+    function restoreFocus() {
+        const item = root.lastFocus !== null && root.lastFocus.visible ? root.lastFocus : everything;
+        item.forceActiveFocus();
+    }
+
+    onActiveFocusItemChanged: {
+        if (!root.blocked && root.activeFocusItem !== null) {
+            root.lastFocus = root.activeFocusItem;
+        }
+    }
+    onBlockedChanged: {
+        if (!root.blocked) {
+            Qt.callLater(root.restoreFocus);
+        }
+    }
 
     Binding {
         property: "dark"

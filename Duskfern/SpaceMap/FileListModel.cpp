@@ -53,8 +53,10 @@ void FileListModel::follow() {
             m_shownRows = before;
             endInsertRows();
         }
-        // Each later file has moved up by one.
-        Q_EMIT dataChanged(index(std::min(removed, m_shownRows - 1)), index(m_shownRows - 1), {NumberRole});
+        if (removed < m_shownRows) {
+            // Each later file has moved up by one.
+            Q_EMIT dataChanged(index(removed), index(m_shownRows - 1), {NumberRole});
+        }
     } else {
         beginResetModel();
         m_files = files;

@@ -25,7 +25,11 @@ Item {
     Accessible.selectable: true
     Accessible.selected: root.chosen
 
-    Accessible.onPressAction: root.pressed(root.index)
+    Accessible.onPressAction: {
+        if (root.enabled) {
+            root.pressed(root.index);
+        }
+    }
 
     Rectangle {
         anchors.fill: parent

@@ -32,6 +32,9 @@ T.Popup {
     modal: true
     padding: 20
 
+    // The focus of the last time is not that of this time.
+    onOpened: choices.itemAt(0).forceActiveFocus()
+
     T.Overlay.modal: Rectangle {
         color: Theme.shade
     }
@@ -90,13 +93,14 @@ T.Popup {
             }
 
             Repeater {
+                id: choices
+
                 model: root.buttons
 
                 PushButton {
                     required property int index
                     required property string modelData
 
-                    focus: index === 0
                     kind: index === 0 ? PushButton.Prominent : PushButton.Plain
                     text: modelData
                     verticalPadding: 8

@@ -80,7 +80,11 @@ T.TextField {
         visible: root.text !== ""
         width: 20
 
-        Accessible.onPressAction: clear.clicked()
+        Accessible.onPressAction: {
+            if (clear.enabled) {
+                clear.clicked();
+            }
+        }
         onClicked: {
             root.edited("");
             root.forceActiveFocus();

@@ -48,11 +48,7 @@ set(DUSKFERN_SYMBOLS
 
     # Dialogs and controls.
     exclamationmark.triangle.fill  exclamation-triangle-fill
-    checkmark.circle.fill          check-circle-fill
-    info.circle.fill               info-circle-fill
     xmark.circle.fill              x-circle-fill
-    checkmark                      check-lg
-    chevron.right                  chevron-right
 )
 
 # Puts every symbol of the table into the resources of `target` as :/symbols/<name>.svg. Stops the configuration when

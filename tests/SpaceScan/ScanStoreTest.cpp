@@ -1,0 +1,224 @@
+#include "SpaceScan/ScanStore.h"
+
+#include "support/FakeDesktop.h"
+#include "support/TemporaryFolder.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+class ScanStoreTest : public testing::Test {
+protected:
+    static bool waitUntil(const std::function<bool()>& condition) {
+        const QDeadlineTimer deadline(10'000);
+        while (!condition() && !deadline.hasExpired()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        }
+        return condition();
+    }
+
+    void scan(const FileURL& root) {
+        store.setRootURL(root);
+        store.startScan();
+        ASSERT_TRUE(waitUntil([&] { return !store.isScanning(); }));
+    }
+
+    [[nodiscard]] std::vector<std::string> filtered() const {
+        std::vector<std::string> names;
+        for (size_t row = 0; row < store.filteredFiles().size(); ++row) {
+            names.push_back(store.filteredFiles()[row].name().toStdString());
+        }
+        return names;
+    }
+
+    TemporaryFolder tree;
+    FakeDialogs dialogs;
+    FakeTrash trash;
+    FakeFileManager fileManager;
+    ScanStore store{dialogs, trash, fileManager};
+};
+
+TEST_F(ScanStoreTest, StartsEmptyOnTheHomeScreen) {
+    EXPECT_EQ(store.mode(), ScanStore::Mode::home);
+    EXPECT_EQ(store.rootURL(), std::nullopt);
+    EXPECT_EQ(store.category(), FileCategory::all);
+    EXPECT_EQ(store.totalSize(), 0);
+    store.startScan();
+    EXPECT_FALSE(store.isScanning());
+    store.moveSelectedToTrash();
+    EXPECT_FALSE(dialogs.lastQuestion);
+}
+
+TEST_F(ScanStoreTest, ChoosingAFolderScansIt) {
+    tree.file("a.mov", 4096);
+    store.chooseFolder();
+    EXPECT_EQ(dialogs.lastPrompt, QStringLiteral("Elegir"));
+    dialogs.chosen(std::nullopt);
+    EXPECT_EQ(store.rootURL(), std::nullopt);
+    store.chooseFolder();
+    dialogs.chosen(tree.url());
+    EXPECT_TRUE(store.isScanning());
+    EXPECT_EQ(store.mode(), ScanStore::Mode::home);
+    ASSERT_TRUE(waitUntil([&] { return !store.isScanning(); }));
+    EXPECT_EQ(store.fileCount(), 1);
+}
+
+TEST_F(ScanStoreTest, PublishesProgressAndResultInOrder) {
+    for (int i = 0; i < 600; ++i) {
+        tree.text(std::to_string(i % 9) + "/" + std::to_string(i), "");
+    }
+    std::vector<std::string> log;
+    const auto note = [&](const std::string& text) { log.push_back(text); };
+    QObject::connect(&store, &ScanStore::isScanningChanged, [&] { note(store.isScanning() ? "begin" : "end"); });
+    QObject::connect(&store, &ScanStore::filesChanged, [&] { note("files " + std::to_string(store.fileCount())); });
+    QObject::connect(&store, &ScanStore::scannedCountChanged,
+                     [&] { note("scanned " + std::to_string(store.scannedCount())); });
+    QObject::connect(&store, &ScanStore::skippedCountChanged,
+                     [&] { note("skipped " + std::to_string(store.skippedCount())); });
+    scan(tree.url());
+    EXPECT_EQ(log, (std::vector<std::string>{"begin", "files 0", "scanned 250", "scanned 500", "files 600",
+                                             "scanned 600", "end"}));
+
+    // A second scan first clears what the first one left, in this order.
+    store.selectRow(0);
+    store.setErrorMessage(QStringLiteral("text"));
+    QObject::connect(&store, &ScanStore::selectedChanged, [&] { note("selected"); });
+    QObject::connect(&store, &ScanStore::errorMessageChanged, [&] { note("error"); });
+    store.setCategory(FileCategory::other);
+    store.setSearch(QStringLiteral("1"));
+    log.clear();
+    store.startScan();
+    EXPECT_EQ(log, (std::vector<std::string>{"begin", "files 0", "selected", "scanned 0", "error"}));
+    log.clear();
+    store.startScan();
+    EXPECT_TRUE(log.empty()) << "a scan that runs is not started again";
+    EXPECT_EQ(store.category(), FileCategory::other);
+    EXPECT_EQ(store.search(), QStringLiteral("1"));
+    ASSERT_TRUE(waitUntil([&] { return !store.isScanning(); }));
+}
+
+TEST_F(ScanStoreTest, AFolderChosenWhileAScanRunsWaitsForTheNextOne) {
+    for (int i = 0; i < 300; ++i) {
+        tree.text("first/" + std::to_string(i), "");
+    }
+    tree.folder("second");
+    store.setRootURL(tree.url("first"));
+    store.startScan();
+    store.chooseFolder();
+    dialogs.chosen(tree.url("second"));
+    EXPECT_EQ(store.rootURL(), tree.url("second"));
+    ASSERT_TRUE(waitUntil([&] { return !store.isScanning(); }));
+    EXPECT_EQ(store.fileCount(), 300);
+    store.startScan();
+    ASSERT_TRUE(waitUntil([&] { return !store.isScanning(); }));
+    EXPECT_EQ(store.fileCount(), 0);
+}
+
+TEST_F(ScanStoreTest, ARootThatIsNoFolderCountsAsOneSkipped) {
+    tree.file("file", 4096);
+    for (const char* root : {"file", "missing"}) {
+        scan(tree.url(root));
+        EXPECT_EQ(store.fileCount(), 0);
+        EXPECT_EQ(store.skippedCount(), 1);
+        EXPECT_EQ(store.errorMessage(), std::nullopt);
+    }
+}
+
+TEST_F(ScanStoreTest, FiltersByCategoryAndName) {
+    tree.file("img_0001.jpg", 3 * 4096);
+    tree.file("IMG.mov", 2 * 4096);
+    tree.file("imgs/note.txt", 4096);
+    scan(tree.url());
+    EXPECT_EQ(store.filteredCount(), 3);
+    store.setSearch(QStringLiteral("IMG"));
+    EXPECT_EQ(filtered(), (std::vector<std::string>{"img_0001.jpg", "IMG.mov"})) << "names count, folders do not";
+    store.setCategory(FileCategory::images);
+    EXPECT_EQ(filtered(), (std::vector<std::string>{"img_0001.jpg"}));
+    store.setSearch({});
+    store.setCategory(FileCategory::documents);
+    EXPECT_EQ(filtered(), (std::vector<std::string>{"note.txt"}));
+    EXPECT_EQ(store.totalSize(), 6 * 4096);
+}
+
+TEST_F(ScanStoreTest, TrashesWhatWasAskedAbout) {
+    tree.file("large “1”.mov", 2 * 4096);
+    tree.file("small.txt", 4096);
+    scan(tree.url());
+    store.selectRow(0);
+    store.moveSelectedToTrash();
+    ASSERT_TRUE(dialogs.lastQuestion);
+    EXPECT_EQ(dialogs.lastQuestion->message, QStringLiteral("¿Mover “large “1”.mov” a la papelera?"));
+    EXPECT_EQ(dialogs.lastQuestion->informativeText,
+              QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."));
+    EXPECT_EQ(dialogs.lastQuestion->confirmTitle, QStringLiteral("Mover a la papelera"));
+    EXPECT_EQ(dialogs.lastQuestion->cancelTitle, QStringLiteral("Cancelar"));
+    dialogs.confirmed(false);
+    EXPECT_TRUE(trash.moved.empty());
+    EXPECT_EQ(store.fileCount(), 2);
+
+    store.moveSelectedToTrash();
+    // A result that arrives behind the question changes nothing of what it names.
+    store.selectRow(1);
+    dialogs.confirmed(true);
+    ASSERT_TRUE(waitUntil([&] { return store.fileCount() == 1; }));
+    EXPECT_EQ(trash.moved, std::vector{tree.url("large “1”.mov")});
+    EXPECT_EQ(store.selectedName(), QStringLiteral("small.txt"));
+    EXPECT_EQ(store.totalSize(), 4096);
+    EXPECT_EQ(store.scannedCount(), 2);
+
+    store.moveSelectedToTrash();
+    dialogs.confirmed(true);
+    ASSERT_TRUE(waitUntil([&] { return store.fileCount() == 0; }));
+    EXPECT_FALSE(store.hasSelection());
+}
+
+TEST_F(ScanStoreTest, AFailedMoveChangesNothingButTheMessage) {
+    tree.file("stays.mov", 4096);
+    scan(tree.url());
+    store.selectRow(0);
+    int shown = 0;
+    QObject::connect(&store, &ScanStore::errorMessageChanged, [&] { shown += store.errorMessage() ? 1 : 0; });
+    trash.error = TrashError::readOnly;
+    for (int round = 1; round <= 2; ++round) {
+        store.moveSelectedToTrash();
+        dialogs.confirmed(true);
+        ASSERT_TRUE(waitUntil([&] { return store.errorMessage().has_value(); }));
+        EXPECT_TRUE(store.errorText().contains(QStringLiteral("stays.mov")));
+        EXPECT_EQ(shown, round) << "the same text shows again after it was dismissed";
+        store.clearErrorMessage();
+    }
+    EXPECT_EQ(store.fileCount(), 1);
+    EXPECT_EQ(store.selectedName(), QStringLiteral("stays.mov"));
+}
+
+TEST_F(ScanStoreTest, RevealsTheSelectedFile) {
+    tree.file("a", 4096);
+    scan(tree.url());
+    store.revealSelected();
+    EXPECT_TRUE(fileManager.revealed.empty());
+    store.selectRow(0);
+    store.revealSelected();
+    EXPECT_EQ(fileManager.revealed, std::vector{tree.url("a")});
+}
+
+TEST(ScanStoreLifetime, AStoreMayGoWhileItsScanRuns) {
+    const TemporaryFolder tree;
+    for (int i = 0; i < 2000; ++i) {
+        tree.text(std::to_string(i % 40) + "/" + std::to_string(i), "");
+    }
+    FakeDialogs dialogs;
+    FakeTrash trash;
+    FakeFileManager fileManager;
+    for (int round = 0; round < 10; ++round) {
+        ScanStore store(dialogs, trash, fileManager);
+        store.setRootURL(tree.url());
+        store.startScan();
+        QCoreApplication::processEvents();
+    }
+    QCoreApplication::processEvents();
+}
+
+}  // namespace

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Desktop/ColorScheme.h"
+#include "Desktop/Dialogs.h"
+#include "Desktop/FileManager.h"
+#include "Desktop/FolderChooser.h"
+#include "Desktop/Trash.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+/// Keeps a question until the test answers it.
+struct FakeDialogs final : Dialogs {
+    void chooseFolder(const QString& prompt, const std::optional<FileURL>& start,
+                      std::function<void(std::optional<FileURL>)> answer) override {
+        lastPrompt = prompt;
+        lastStart = start;
+        chosen = std::move(answer);
+    }
+    void confirm(const Confirmation& question, std::function<void(bool)> answer) override {
+        lastQuestion = question;
+        confirmed = std::move(answer);
+    }
+
+    QString lastPrompt;
+    std::optional<FileURL> lastStart;
+    std::optional<Confirmation> lastQuestion;
+    std::function<void(std::optional<FileURL>)> chosen;
+    std::function<void(bool)> confirmed;
+};
+
+/// Answers at once with the folder it was told.
+struct FakeFolderChooser final : FolderChooser {
+    void choose(QWindow*, const QString& prompt, const std::optional<FileURL>&,
+                std::function<void(std::optional<FileURL>)> answer) override {
+        lastPrompt = prompt;
+        ++asked;
+        answer(folder);
+    }
+
+    std::optional<FileURL> folder;
+    QString lastPrompt;
+    int asked = 0;
+};
+
+/// Remembers what was to be shown.
+struct FakeFileManager final : FileManager {
+    void reveal(const std::vector<FileURL>& urls) override { revealed.insert(revealed.end(), urls.begin(), urls.end()); }
+
+    std::vector<FileURL> revealed;
+};
+
+/// Moves nothing; reports what it was told to.
+struct FakeTrash final : Trash {
+    std::optional<TrashError> move(const FileURL& url) override {
+        moved.push_back(url);
+        return error;
+    }
+
+    std::optional<TrashError> error;
+    std::vector<FileURL> moved;
+};
+
+/// Prefers what the test says.
+class FakeColorScheme final : public ColorScheme {
+public:
+    [[nodiscard]] Preference preference() const override { return m_preference; }
+    void prefer(Preference preference) {
+        m_preference = preference;
+        Q_EMIT preferenceChanged();
+    }
+
+private:
+    Preference m_preference = Preference::light;
+};

@@ -1,0 +1,39 @@
+#include "support/TemporaryFolder.h"
+
+#include <QtCore/QCoreApplication>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <utility>
+
+#ifdef DUSKFERN_TEST_WINDOW
+#include "Shell/DuskfernApp.h"
+
+#include <QtWidgets/QApplication>
+using Application = QApplication;
+#else
+using Application = QCoreApplication;
+#endif
+
+/// Runs the tests in a Spanish session whose home is a temporary one: GLib and Qt read where it is once, at the start,
+/// and no test may touch the real one.
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const TemporaryFolder home;
+    const std::pair<const char*, const char*> folders[] = {
+        {"XDG_DATA_HOME", ".local/share"}, {"XDG_STATE_HOME", ".local/state"}, {"XDG_CACHE_HOME", ".cache"},
+        {"XDG_CONFIG_HOME", ".config"},    {"TMPDIR", "tmp"},
+    };
+    setenv("HOME", home.path().c_str(), 1);
+    for (const auto& [variable, folder] : folders) {
+        home.folder(folder);
+        setenv(variable, home.path(folder).c_str(), 1);
+    }
+    setenv("GIO_USE_VFS", "local", 1);
+    setenv("LC_ALL", "es_ES.UTF-8", 1);
+    const Application application(argc, argv);
+#ifdef DUSKFERN_TEST_WINDOW
+    DuskfernApp::prepareProcess();
+#endif
+    return RUN_ALL_TESTS();
+}

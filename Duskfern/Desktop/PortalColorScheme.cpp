@@ -36,95 +36,87 @@ ColorScheme::Preference preferenceOf(GVariant* wrapped) {
 }  // namespace
 
 /// The connection with the portal. Calls under way hold it weakly, so that an answer that comes too late finds nothing;
-/// the subscription ends with it.
-struct PortalColorScheme::Link {
+/// the watch and the subscription end with it.
+struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
     explicit Link(PortalColorScheme& scheme) : owner(scheme) {}
-    ~Link() {
-        g_cancellable_cancel(cancellable.get());
-        if (bus) {
-            g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
-        }
-    }
+    ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    static void connect(const std::shared_ptr<Link>& link);
-    void follow(GObjectPtr<GDBusConnection> connection, const std::weak_ptr<Link>& self);
-    void read(const std::weak_ptr<Link>& self) const;
+    void connect();
+    void follow();
+    void read();
 
     PortalColorScheme& owner;
     GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
     GObjectPtr<GDBusConnection> bus;
+    guint watch = 0;
     guint subscription = 0;
 };
 
-namespace {
-
-/// Runs on the thread that subscribed; GIO frees the user data after the last call.
-void onSettingChanged(GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*, GVariant* arguments,
-                      gpointer userData) {
-    const gchar* name = nullptr;
-    const gchar* key = nullptr;
-    GVariant* value = nullptr;
-    if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)"))) {
-        return;
-    }
-    g_variant_get(arguments, "(&s&sv)", &name, &key, &value);
-    const GPtr<GVariant> owned(value);
-    if (std::strcmp(key, colorScheme) == 0) {
-        (*static_cast<std::function<void(GVariant*)>*>(userData))(value);
+PortalColorScheme::Link::~Link() {
+    g_cancellable_cancel(cancellable.get());
+    if (bus) {
+        g_bus_unwatch_name(watch);
+        g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
     }
 }
 
-void freeHandler(gpointer handler) {
-    std::unique_ptr<std::function<void(GVariant*)>>(static_cast<std::function<void(GVariant*)>*>(handler)).reset();
-}
-
-}  // namespace
-
-void PortalColorScheme::Link::connect(const std::shared_ptr<Link>& link) {
-    const std::weak_ptr<Link> weak = link;
-    g_bus_get(G_BUS_TYPE_SESSION, link->cancellable.get(), runAsyncHandler,
-              onceDone([weak](GObject*, GAsyncResult* result) {
-                  GObjectPtr<GDBusConnection> bus(g_bus_get_finish(result, nullptr));
-                  const std::shared_ptr<Link> self = weak.lock();
-                  if (self && bus) {
-                      self->follow(std::move(bus), weak);
-                  }
-              }));
-}
-
-void PortalColorScheme::Link::follow(GObjectPtr<GDBusConnection> connection, const std::weak_ptr<Link>& self) {
-    bus = std::move(connection);
-    // The default would end the program together with the session bus.
-    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-    auto changed = std::make_unique<std::function<void(GVariant*)>>([self](GVariant* value) {
-        if (const std::shared_ptr<Link> link = self.lock()) {
-            link->owner.setPreference(preferenceOf(value));
+void PortalColorScheme::Link::connect() {
+    const auto onBus = [weak = weak_from_this()](GObject*, GAsyncResult* result) {
+        GObjectPtr<GDBusConnection> connection(g_bus_get_finish(result, nullptr));
+        const std::shared_ptr<Link> link = weak.lock();
+        if (link && connection) {
+            // The default would end the program together with the session bus.
+            g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
+            link->bus = std::move(connection);
+            link->follow();
         }
-    });
-    subscription =
-        g_dbus_connection_signal_subscribe(bus.get(), portalName, settings, "SettingChanged", portalPath, appearance,
-                                           G_DBUS_SIGNAL_FLAGS_NONE, onSettingChanged, changed.release(), freeHandler);
-    read(self);
+    };
+    // Never cancelled: whoever else waits for the connection, which is shared, would fail with it.
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, runAsyncHandler, onceDone(onBus));
 }
 
-void PortalColorScheme::Link::read(const std::weak_ptr<Link>& self) const {
-    g_dbus_connection_call(
-        bus.get(), portalName, portalPath, settings, "Read", g_variant_new("(ss)", appearance, colorScheme),
-        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, readTimeoutMilliseconds, cancellable.get(), runAsyncHandler,
-        onceDone([self](GObject* source, GAsyncResult* result) {
-            const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
-            const std::shared_ptr<Link> link = self.lock();
-            if (link && answer) {
-                const GPtr<GVariant> value(g_variant_get_child_value(answer.get(), 0));
-                link->owner.setPreference(preferenceOf(value.get()));
-            }
-        }));
+void PortalColorScheme::Link::follow() {
+    const auto onChanged = [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* arguments,
+                              gpointer link) {
+        if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)"))) {
+            return;
+        }
+        const char* key = nullptr;
+        GPtr<GVariant> value;
+        g_variant_get(arguments, "(&s&sv)", nullptr, &key, static_cast<GVariant**>(Out(value)));
+        if (std::strcmp(key, colorScheme) == 0) {
+            static_cast<Link*>(link)->owner.setPreference(preferenceOf(value.get()));
+        }
+    };
+    subscription = g_dbus_connection_signal_subscribe(bus.get(), portalName, settings, "SettingChanged", portalPath,
+                                                      appearance, G_DBUS_SIGNAL_FLAGS_NONE, onChanged, this, nullptr);
+    // A portal that the session starts only now, or again, is asked as soon as it is there.
+    const auto onAppeared = [](GDBusConnection*, const char*, const char*, gpointer link) {
+        static_cast<Link*>(link)->read();
+    };
+    watch = g_bus_watch_name_on_connection(bus.get(), portalName, G_BUS_NAME_WATCHER_FLAGS_AUTO_START, onAppeared,
+                                           nullptr, this, nullptr);
+}
+
+void PortalColorScheme::Link::read() {
+    const auto onAnswer = [weak = weak_from_this()](GObject* source, GAsyncResult* result) {
+        const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+        const std::shared_ptr<Link> link = weak.lock();
+        if (link && answer) {
+            const GPtr<GVariant> value(g_variant_get_child_value(answer.get(), 0));
+            link->owner.setPreference(preferenceOf(value.get()));
+        }
+    };
+    g_dbus_connection_call(bus.get(), portalName, portalPath, settings, "Read",
+                           g_variant_new("(ss)", appearance, colorScheme), G_VARIANT_TYPE("(v)"),
+                           G_DBUS_CALL_FLAGS_NONE, readTimeoutMilliseconds, cancellable.get(), runAsyncHandler,
+                           onceDone(onAnswer));
 }
 
 PortalColorScheme::PortalColorScheme(QObject* parent) : ColorScheme(parent), m_link(std::make_shared<Link>(*this)) {
-    Link::connect(m_link);
+    m_link->connect();
 }
 
 PortalColorScheme::~PortalColorScheme() = default;
@@ -134,7 +126,8 @@ ColorScheme::Preference PortalColorScheme::preference() const {
 }
 
 void PortalColorScheme::setPreference(Preference preference) {
-    if (std::exchange(m_preference, preference) != preference) {
+    if (preference != m_preference) {
+        m_preference = preference;
         Q_EMIT preferenceChanged();
     }
 }

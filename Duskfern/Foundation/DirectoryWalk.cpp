@@ -18,7 +18,7 @@ namespace {
 constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
 
 /// One read of it holds the whole of nearly every folder.
-constexpr std::size_t bufferSize = 64 * 1024;
+constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 
 /// Opens a folder by a path relative to an open one without following any link on the way, so that a folder replaced
 /// by a link while we walk cannot lead out of the root. Where openat2 is not to be had (old kernels, some sandboxes)

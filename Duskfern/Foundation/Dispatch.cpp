@@ -15,7 +15,7 @@ struct Background {
 
 /// Never destroyed: its destructor would wait without end for a thread that is stuck in the kernel.
 Background& shared() {
-    static auto* const background = new Background;  // NOLINT(cppcoreguidelines-owning-memory)
+    static auto* const background = new Background;
     return *background;
 }
 

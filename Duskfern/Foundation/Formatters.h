@@ -28,7 +28,7 @@ namespace Formatters {
 [[nodiscard]] const ByteCountFormatter& bytes();
 
 /// A byte count as "1,5 MB".
-[[nodiscard]] QString size(std::int64_t bytes);
+[[nodiscard]] QString size(std::int64_t count);
 
 /// A count of things as "1.204".
 [[nodiscard]] QString grouped(std::int64_t number);

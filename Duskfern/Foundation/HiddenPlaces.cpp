@@ -85,7 +85,7 @@ HiddenPlaces::HiddenPlaces(const FileURL& root) {
         return;
     }
     mntent entry{};
-    std::string buffer(16 * 1024, '\0');
+    std::string buffer(std::size_t{16} * 1024, '\0');
     while (getmntent_r(table.get(), &entry, buffer.data(), static_cast<int>(buffer.size())) != nullptr) {
         if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), entry.mnt_type) != pseudoFileSystems.end()) {
             hide(entry.mnt_dir);

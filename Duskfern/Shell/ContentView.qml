@@ -40,8 +40,9 @@ SplitPane {
         anchors.fill: parent
         visible: spaceMap.chosen
 
+        // Bound components cannot be loaded in Qt 6.4.
         sourceComponent: DashboardView {
-            store: root.store
+            store: root.store // qmllint disable unqualified
         }
     }
 }

@@ -28,7 +28,7 @@ T.MenuItem {
         color: root.highlighted && root.enabled ? Theme.selection : "transparent"
         radius: 6
     }
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         opacity: root.enabled ? 1 : 0.45
 
         Label {

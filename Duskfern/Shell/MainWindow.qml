@@ -37,7 +37,7 @@ Window {
     }
     onBlockedChanged: {
         if (!root.blocked) {
-            Qt.callLater(root.restoreFocus);
+            Qt.callLater(root.restoreFocus); // qmllint disable type
         }
     }
 
@@ -126,7 +126,7 @@ Window {
     }
 
     AlertDialog {
-        buttons: root.dialogs.buttons
+        buttons: root.dialogs.buttons // qmllint disable type
         informativeText: root.dialogs.informativeText
         message: root.dialogs.message
         visible: root.dialogs.isConfirming

@@ -43,7 +43,7 @@ T.AbstractButton {
             shown: root.visualFocus
         }
     }
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         implicitHeight: title.implicitHeight
 
         Symbol {

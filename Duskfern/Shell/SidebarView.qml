@@ -141,7 +141,7 @@ Rectangle {
         delegate: SidebarRow {
             required property int index
 
-            current: root.store.category === index
+            current: root.store.category === index // qmllint disable type
             highlight: Theme.tint(Theme.purple, 0.18)
             symbol: FileCategories.icon(index)
             text: FileCategories.title(index)

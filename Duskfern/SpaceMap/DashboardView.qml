@@ -79,11 +79,12 @@ Item {
         width: parent.width
     }
 
+    // Bound components cannot be loaded in Qt 6.4.
     Component {
         id: welcome
 
         WelcomeView {
-            store: root.store
+            store: root.store // qmllint disable unqualified
         }
     }
 
@@ -91,7 +92,7 @@ Item {
         id: analysis
 
         AnalysisView {
-            store: root.store
+            store: root.store // qmllint disable unqualified
         }
     }
 

@@ -96,6 +96,8 @@ Card {
         anchors.top: upperDivider.bottom
         boundsBehavior: Flickable.StopAtBounds
         bottomMargin: 6
+        // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
+        cacheBuffer: 0
         clip: true
         currentIndex: -1
         highlightFollowsCurrentItem: false

@@ -22,7 +22,7 @@ QAccessibleInterface* makeItem(const QString& className, QObject* object) {
     if (item == nullptr || !QQuickItemPrivate::get(item)->isAccessible) {
         return nullptr;
     }
-    return new AccessibleItem(item);  // NOLINT(cppcoreguidelines-owning-memory): QAccessible takes it over
+    return new AccessibleItem(item);  // QAccessible takes it over.
 }
 
 }  // namespace

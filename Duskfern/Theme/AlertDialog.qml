@@ -28,7 +28,7 @@ T.Popup {
     closePolicy: T.Popup.NoAutoClose
     focus: true
     implicitHeight: contentItem.implicitHeight + 2 * padding
-    implicitWidth: 340
+    implicitWidth: 360
     modal: true
     padding: 20
 
@@ -43,7 +43,7 @@ T.Popup {
         color: Theme.raised
         radius: 14
     }
-    contentItem: FocusScope {
+    contentItem: FocusScope { // qmllint disable deferred-property-id
         Accessible.description: root.informativeText
         Accessible.name: root.message
         Accessible.role: Accessible.Dialog

@@ -9,7 +9,7 @@ Item {
 
     required property real minimumFirst
     required property real minimumSecond
-    property real maximumFirst: Number.MAX_VALUE
+    property real maximumFirst: Infinity
 
     /// The first pane's width until somebody moves the divider.
     required property real idealFirst

@@ -11,6 +11,7 @@ Image {
     Accessible.ignored: true
     height: root.size
     source: root.name === "" ? "" : "image://symbol/" + root.name + "/" + String(root.color).slice(1)
-    sourceSize: Qt.size(root.size, root.size)
+    sourceSize.height: Math.round(root.size)
+    sourceSize.width: Math.round(root.size)
     width: root.size
 }

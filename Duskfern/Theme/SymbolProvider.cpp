@@ -8,7 +8,7 @@
 QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
     const qsizetype slash = id.indexOf(QLatin1Char('/'));
     const QColor color(QLatin1Char('#') + QStringView(id).mid(slash + 1).toString());
-    const QImage drawn = image(id.left(slash), color, std::max(1, requestedSize.width()));
+    QImage drawn = image(id.left(slash), color, std::max(1, requestedSize.width()));
     *size = drawn.size();
     return drawn;
 }

@@ -1,29 +1,37 @@
 #pragma once
 
+#include "Foundation/PageBlock.h"
+
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <vector>
 
-/// Keeps many short names back to back in large blocks. A name stays where it was put until the arena is gone, also
-/// when the arena moves or is absorbed by another one.
+/// Keeps many short names back to back in large blocks, a NUL behind each. A name stays where it was put until the
+/// arena is gone, also when the arena moves or is absorbed by another one.
 class NameArena {
 public:
-    /// No name is longer: the kernel's limit for one.
+    /// What the kernel allows a name to have, in bytes.
     static constexpr std::size_t maximumLength = 255;
 
-    /// Copies `name`, NUL-terminated, and returns its position for `view()`.
+    /// Behind the used part of each block so many bytes can be read: they are zero.
+    static constexpr std::size_t slack = 4096;
+
+    /// One block's names: `size` bytes from `data`.
+    struct Block {
+        const char* data;
+        std::size_t size;
+    };
+
+    /// Copies `name`, shorter than 64 KiB, and returns its position for `view()`.
     std::uint32_t append(std::string_view name) {
-        if (m_blocks.empty() || m_used + name.size() + 1 > blockSize) {
-            m_blocks.push_back(std::make_unique_for_overwrite<char[]>(blockSize));
-            m_used = 0;
+        if (m_blocks.empty() || m_blocks.back().used + name.size() + 1 > blockSize) {
+            m_blocks.push_back({PageBlock(blockSize + slack), 0});
         }
-        char* place = m_blocks.back().get() + m_used;
-        std::memcpy(place, name.data(), name.size());
-        place[name.size()] = '\0';
-        const auto position = static_cast<std::uint32_t>((m_blocks.size() - 1) << blockBits | m_used);
-        m_used += name.size() + 1;
+        Filled& block = m_blocks.back();
+        std::memcpy(block.pages.data() + block.used, name.data(), name.size());
+        const auto position = static_cast<std::uint32_t>((m_blocks.size() - 1) << blockBits | block.used);
+        block.used += name.size() + 1;
         return position;
     }
 
@@ -31,19 +39,26 @@ public:
     [[nodiscard]] bool hasRoom() const { return m_blocks.size() < maximumBlocks; }
 
     [[nodiscard]] const char* at(std::uint32_t position) const {
-        return m_blocks[position >> blockBits].get() + (position & (blockSize - 1));
+        return m_blocks[position >> blockBits].pages.data() + (position & (blockSize - 1));
     }
 
     [[nodiscard]] std::string_view view(std::uint32_t position, std::size_t length) const {
         return {at(position), length};
     }
 
+    [[nodiscard]] std::size_t blockCount() const { return m_blocks.size(); }
+    [[nodiscard]] Block block(std::size_t index) const { return {m_blocks[index].pages.data(), m_blocks[index].used}; }
+
+    /// The position of a byte in a block.
+    [[nodiscard]] static std::uint32_t position(std::size_t block, std::size_t offset) {
+        return static_cast<std::uint32_t>(block << blockBits | offset);
+    }
+
     /// Takes over all names of `other`; what is returned is to be added to their positions. Only valid while
     /// `fits(other)`.
     std::uint32_t absorb(NameArena&& other) {
         const auto base = static_cast<std::uint32_t>(m_blocks.size() << blockBits);
-        m_used = other.m_blocks.empty() ? m_used : other.m_used;
-        for (auto& block : other.m_blocks) {
+        for (Filled& block : other.m_blocks) {
             m_blocks.push_back(std::move(block));
         }
         other.m_blocks.clear();
@@ -59,6 +74,9 @@ private:
     static constexpr std::size_t blockSize = std::size_t{1} << blockBits;
     static constexpr std::size_t maximumBlocks = std::size_t{1} << (32 - blockBits);
 
-    std::vector<std::unique_ptr<char[]>> m_blocks;
-    std::size_t m_used = 0;
+    struct Filled {
+        PageBlock pages;
+        std::size_t used;
+    };
+    std::vector<Filled> m_blocks;
 };

@@ -1,7 +1,5 @@
 #include "Foundation/NameFolding.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr QChar capitalDottedI(u'\u0130');
@@ -9,20 +7,54 @@ constexpr QChar smallDotlessI(u'\u0131');
 constexpr QChar smallSharpS(u'\u00DF');
 constexpr QChar capitalSharpS(u'\u1E9E');
 
-bool isASCII(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-char lowerASCII(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 NameFolding::NameFolding(const QLocale& locale)
     : m_turkic(locale.language() == QLocale::Turkish || locale.language() == QLocale::Azerbaijani) {}
 
-QString NameFolding::fold(QString text) const {
+void NameFolding::fold(std::string_view name, std::string& folded) const {
+    const std::size_t before = folded.size();
+    if (!foldLatin(name, folded)) {
+        folded.resize(before);
+        const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+        folded += foldUnicode(text).toStdString();
+    }
+}
+
+std::optional<std::string> NameFolding::foldText(const QString& text) const {
+    if (!text.isValidUtf16() || text.contains(QChar::Null)) {
+        return std::nullopt;
+    }
+    return foldUnicode(text).toStdString();
+}
+
+/// The short way for nearly all names: ASCII, and the letters of western Europe in their composed form, which two
+/// bytes that begin with C2 or C3 spell. False where there is more to it.
+bool NameFolding::foldLatin(std::string_view name, std::string& folded) const {
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(name[i]);
+        if (byte < 0x80) {
+            if (byte == 'I' && m_turkic) {
+                return false;
+            }
+            const bool capital = byte >= 'A' && byte <= 'Z';
+            folded += static_cast<char>(capital ? byte + ('a' - 'A') : byte);
+            continue;
+        }
+        const auto next = static_cast<unsigned char>(i + 1 < name.size() ? name[i + 1] : 0);
+        const bool latin = (byte == 0xC3 && next != 0x9F) || (byte == 0xC2 && next != 0xB5);
+        if (!latin || (next & 0xC0) != 0x80) {
+            return false;
+        }
+        const bool capital = byte == 0xC3 && next <= 0x9E && next != 0x97;
+        folded += name[i];
+        folded += static_cast<char>(capital ? next + 0x20 : next);
+        ++i;
+    }
+    return true;
+}
+
+QString NameFolding::foldUnicode(QString text) const {
     text = std::move(text).normalized(QString::NormalizationForm_C);
     if (m_turkic) {
         text.replace(QLatin1Char('I'), smallDotlessI).replace(capitalDottedI, QLatin1Char('i'));
@@ -33,14 +65,11 @@ QString NameFolding::fold(QString text) const {
     return text.toCaseFolded().normalized(QString::NormalizationForm_C);
 }
 
-NameMatcher::NameMatcher(const NameFolding& folding, const QString& text)
-    : m_folding(folding), m_text(folding.fold(text)), m_ascii(m_text.toStdString()), m_isASCII(isASCII(m_ascii)) {}
-
-bool NameMatcher::matches(std::string_view name) const {
-    const bool plain = isASCII(name) && !(m_folding.m_turkic && name.find('I') != std::string_view::npos);
-    if (plain) {
-        const auto same = [](char inName, char inText) { return lowerASCII(inName) == inText; };
-        return m_isASCII && std::search(name.begin(), name.end(), m_ascii.begin(), m_ascii.end(), same) != name.end();
+bool NameMatcher::matches(std::string_view name) {
+    if (!m_text) {
+        return false;
     }
-    return m_folding.fold(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))).contains(m_text);
+    m_name.clear();
+    m_folding.fold(name, m_name);
+    return m_name.find(*m_text) != std::string::npos;
 }

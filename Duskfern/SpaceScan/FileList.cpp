@@ -30,6 +30,15 @@ std::uint32_t FileList::keyAt(std::size_t index) const {
     return key;
 }
 
+std::size_t FileList::indexOfKey(std::uint32_t key) const {
+    const auto removedBefore = std::lower_bound(m_removed.begin(), m_removed.end(), key) - m_removed.begin();
+    return key - static_cast<std::size_t>(removedBefore);
+}
+
+bool FileList::containsKey(std::uint32_t key) const {
+    return !std::binary_search(m_removed.begin(), m_removed.end(), key);
+}
+
 FileItem FileList::operator[](std::size_t index) const {
     return {urlAt(index), sizeAt(index), categoryAt(index)};
 }

@@ -2,6 +2,7 @@
 
 #include "Foundation/NameArena.h"
 #include "SpaceScan/FileItem.h"
+#include "SpaceScan/SearchIndex.h"
 
 #include <compare>
 #include <cstdint>
@@ -40,6 +41,7 @@ public:
         NameArena names;
         std::vector<FolderRecord> folders;
         std::vector<FileRecord> records;
+        SearchIndex index;
         std::int64_t totalSize = 0;
     };
 
@@ -65,8 +67,17 @@ public:
     /// The sum of all sizes in bytes.
     [[nodiscard]] std::int64_t totalSize() const { return m_totalSize; }
 
-    /// A number that means the same file in this list and in every list made from it by removing.
+    /// A number that means the same file in this list and in every list made from it by removing. Keys ascend with
+    /// the indices.
     [[nodiscard]] std::uint32_t keyAt(std::size_t index) const;
+
+    /// Where the file with this key stands, which must be in the list.
+    [[nodiscard]] std::size_t indexOfKey(std::uint32_t key) const;
+
+    [[nodiscard]] bool containsKey(std::uint32_t key) const;
+
+    /// The keys of the files whose names contain a text, as `NameFolding` folds it; perhaps of removed files too.
+    [[nodiscard]] KeySet search(std::string_view folded) const { return m_storage->index.search(folded); }
 
     /// Where the file at `url` stands, if it does.
     [[nodiscard]] std::optional<std::size_t> indexOf(const FileURL& url) const;

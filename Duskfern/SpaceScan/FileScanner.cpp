@@ -16,10 +16,11 @@ ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& pr
         return {{}, 1};
     }
     ScanProgress files(progressStep);
+    const NameFolding folding{QLocale()};
     std::vector<std::unique_ptr<ScanRecorder>> recorders;
     std::vector<ScanRecorder*> borrowed;
     for (unsigned i = 0; i < DirectoryWalk::recommendedThreads(); ++i) {
-        borrowed.push_back(recorders.emplace_back(std::make_unique<ScanRecorder>(files)).get());
+        borrowed.push_back(recorders.emplace_back(std::make_unique<ScanRecorder>(files, folding)).get());
     }
     walk.start({borrowed.begin(), borrowed.end()}, [&files] { files.finish(); });
     for (std::uint64_t reported = 0;;) {
@@ -37,8 +38,14 @@ ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& pr
     for (const ScanRecorder* recorder : borrowed) {
         result.skipped = checkedSum(result.skipped, recorder->skipped());
     }
-    FileList::Storage storage = ScanRecorder::gather(root, walk.root(), borrowed, result.skipped);
-    sortBySizeDescending(storage.records);
+    std::vector<std::uint32_t> numbers;
+    FileList::Storage storage = ScanRecorder::gather(root, walk.root(), borrowed, numbers, result.skipped);
+    const std::vector<std::uint32_t> order = sortBySizeDescending(storage.records);
+    std::vector<std::uint32_t> keys(order.size());
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        keys[numbers[order[place]]] = static_cast<std::uint32_t>(place);
+    }
+    storage.index.setKeys(std::move(keys));
     result.files = FileList(std::move(storage));
     return result;
 }

@@ -14,15 +14,16 @@ public:
     FilteredFiles() = default;
 
     /// The files of that category (`all` for every one) whose name contains `search` without regard to case, by the
-    /// rules of the user's language. Blanks count.
-    FilteredFiles(FileList files, FileCategory category, const QString& search);
+    /// rules of the user's language. Blanks count. Where `previous` has few files and is sure to have all that pass,
+    /// only those are looked at.
+    FilteredFiles(FileList files, FileCategory category, QString search, const FilteredFiles* previous = nullptr);
 
-    [[nodiscard]] std::size_t size() const { return m_indices ? m_indices->size() : m_files.size(); }
+    [[nodiscard]] std::size_t size() const { return m_keys ? m_keys->size() : m_files.size(); }
     [[nodiscard]] bool isEmpty() const { return size() == 0; }
     [[nodiscard]] FileItem operator[](std::size_t row) const { return m_files[indexAt(row)]; }
 
     /// `FileList::keyAt` of the file in this row.
-    [[nodiscard]] std::uint32_t keyAt(std::size_t row) const { return m_files.keyAt(indexAt(row)); }
+    [[nodiscard]] std::uint32_t keyAt(std::size_t row) const { return m_keys ? (*m_keys)[row] : m_files.keyAt(row); }
 
     /// Whether the file in this row is the one at `url`.
     [[nodiscard]] bool isAt(std::size_t row, const FileURL& url) const { return m_files.isAt(indexAt(row), url); }
@@ -31,8 +32,15 @@ public:
     [[nodiscard]] bool sharesStorage(const FilteredFiles& other) const { return m_files.sharesStorage(other.m_files); }
 
 private:
-    [[nodiscard]] std::size_t indexAt(std::size_t row) const { return m_indices ? (*m_indices)[row] : row; }
+    [[nodiscard]] std::size_t indexAt(std::size_t row) const {
+        return m_keys ? m_files.indexOfKey((*m_keys)[row]) : row;
+    }
+    [[nodiscard]] bool passes(std::uint32_t key) const;
+    [[nodiscard]] bool includesAllOf(const FilteredFiles& narrower) const;
+    void takeFrom(const std::vector<std::uint32_t>& candidates);
 
     FileList m_files;
-    std::optional<std::vector<std::uint32_t>> m_indices;  ///< None when every file passes.
+    FileCategory m_category = FileCategory::all;
+    QString m_search;
+    std::optional<std::vector<std::uint32_t>> m_keys;  ///< Ascending; none when every file passes.
 };

@@ -9,13 +9,13 @@
 
 void ScanRecorder::beginFolder(WalkFolder& folder) {
     Listing& listing =
-        m_listings.emplace_back(Listing{this, m_files.size(), m_files.size(), m_children.size(), m_children.size()});
+        m_listings.emplace_back(this, m_files.size(), m_files.size(), m_children.size(), m_children.size());
     folder.listing = &listing;
 }
 
 void ScanRecorder::file(int directory, std::string_view name) {
     const std::optional<FileStatus> status = fileStatus(directory, name.data());
-    if (!status || !m_names.hasRoom()) {
+    if (!status || !m_names.hasRoom() || !m_foldedNames.hasRoom()) {
         m_skipped = checkedSum(m_skipped, 1);
         return;
     }
@@ -28,31 +28,36 @@ void ScanRecorder::file(int directory, std::string_view name) {
     record.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
     record.nameLength = name.size() & NameArena::maximumLength;
     record.name = m_names.append(name);
-    record.folder = 0;
+    m_folded.clear();
+    m_folding.fold(name, m_folded);
+    m_foldedNames.append(m_folded);
     m_listings.back().endFile = m_files.size();
     m_progress.addFile();
 }
 
 void ScanRecorder::subfolder(const WalkFolder& folder) {
-    m_children.push_back({&folder, m_files.size()});
+    m_children.emplace_back(&folder, m_files.size());
     m_listings.back().endChild = m_children.size();
 }
 
 FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& root,
-                                       const std::vector<ScanRecorder*>& recorders, std::int64_t& skipped) {
+                                       const std::vector<ScanRecorder*>& recorders, std::vector<std::uint32_t>& numbers,
+                                       std::int64_t& skipped) {
     FileList::Storage all;
     all.root = url;
     std::size_t count = 0;
     for (ScanRecorder* recorder : recorders) {
         if (!all.names.fits(recorder->m_names)) {
             skipped = checkedSum(skipped, static_cast<std::int64_t>(recorder->m_files.size()));
-            recorder->m_files.clear();
+            recorder->m_fits = false;
             continue;
         }
+        recorder->m_numbersBase = all.index.add(std::move(recorder->m_foldedNames));
         recorder->m_namesBase = all.names.absorb(std::move(recorder->m_names));
         count += recorder->m_files.size();
     }
     all.records.reserve(count);
+    numbers.reserve(count);
 
     /// A folder whose files are being copied; the ones below it on the stack wait for it.
     struct Open {
@@ -78,9 +83,9 @@ FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& roo
         const ScanRecorder& recorder = *here.listing->recorder;
         const bool hasChild = here.nextChild < here.listing->endChild;
         const Child* child = hasChild ? &recorder.m_children[here.nextChild] : nullptr;
-        const std::size_t end =
-            std::min(child != nullptr ? child->filesBefore : here.listing->endFile, recorder.m_files.size());
-        for (; here.nextFile < end; ++here.nextFile) {
+        const std::size_t end = child != nullptr ? child->filesBefore : here.listing->endFile;
+        for (; here.nextFile < end && recorder.m_fits; ++here.nextFile) {
+            numbers.push_back(static_cast<std::uint32_t>(recorder.m_numbersBase + here.nextFile));
             FileRecord& record = all.records.emplace_back(recorder.m_files[here.nextFile]);
             record.name += recorder.m_namesBase;
             record.folder = here.folder;

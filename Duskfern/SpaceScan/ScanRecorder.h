@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Foundation/ChunkedVector.h"
 #include "Foundation/DirectoryWalk.h"
+#include "Foundation/NameFolding.h"
 #include "SpaceScan/FileList.h"
 
 #include <atomic>
 #include <cstdint>
-#include <deque>
+#include <string>
 
 /// Counts the files that the workers of one scan accept, for the thread that reports progress.
 class ScanProgress {
@@ -49,7 +51,7 @@ private:
 /// are put together to one list.
 class ScanRecorder final : public WalkVisitor {
 public:
-    explicit ScanRecorder(ScanProgress& progress) : m_progress(progress) {}
+    ScanRecorder(ScanProgress& progress, const NameFolding& folding) : m_progress(progress), m_folding(folding) {}
 
     void beginFolder(WalkFolder& folder) override;
     void file(int directory, std::string_view name) override;
@@ -59,10 +61,12 @@ public:
     [[nodiscard]] std::int64_t skipped() const { return m_skipped; }
 
     /// Everything that `recorders` hold below `root`, in the order in which one walk from folder to folder would have
-    /// met it: each subfolder with all its contents where its name stands among its siblings. Empties the recorders;
-    /// adds what no list can hold (beyond 4 GiB of names) to `skipped`.
+    /// met it: each subfolder with all its contents where its name stands among its siblings. The search index is
+    /// filled but has no keys yet; `numbers` gets the number there of each record. Empties the recorders; adds what no
+    /// list can hold (beyond 4 GiB of names) to `skipped`.
     [[nodiscard]] static FileList::Storage gather(const FileURL& url, const WalkFolder& root,
-                                                  const std::vector<ScanRecorder*>& recorders, std::int64_t& skipped);
+                                                  const std::vector<ScanRecorder*>& recorders,
+                                                  std::vector<std::uint32_t>& numbers, std::int64_t& skipped);
 
 private:
     /// A folder met among the files of another one.
@@ -81,10 +85,15 @@ private:
     };
 
     ScanProgress& m_progress;
+    const NameFolding& m_folding;
     NameArena m_names;
-    std::deque<FileRecord> m_files;
-    std::deque<Child> m_children;
-    std::deque<Listing> m_listings;
+    FoldedNames m_foldedNames;
+    std::string m_folded;
+    ChunkedVector<FileRecord> m_files;
+    ChunkedVector<Child> m_children;
+    ChunkedVector<Listing> m_listings;
     std::int64_t m_skipped = 0;
-    std::uint32_t m_namesBase = 0;  ///< What to add to a position in `m_names` once they are gathered.
+    bool m_fits = true;               ///< Whether the gathered list has room for this.
+    std::uint32_t m_namesBase = 0;    ///< What to add to a position in `m_names` once they are gathered.
+    std::uint32_t m_numbersBase = 0;  ///< What to add to the number of a file then.
 };

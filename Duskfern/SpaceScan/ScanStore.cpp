@@ -28,40 +28,37 @@ void ScanStore::setRootURL(std::optional<FileURL> url) {
 }
 
 void ScanStore::setFiles(FileList files) {
-    // The filtered list shares the old files; both are let go together, off this thread.
-    m_filteredFiles.reset();
-    FileList::release(std::exchange(m_files, std::move(files)));
+    FileList old = std::exchange(m_files, std::move(files));
+    m_filteredFiles = FilteredFiles(m_files, m_category, m_search, &m_filteredFiles);
+    m_filterIsStale = false;
     Q_EMIT filesChanged();
-    invalidateFilter();
+    Q_EMIT filteredFilesChanged();
+    // By now nothing shows the old files any more.
+    FileList::release(std::move(old));
 }
 
 void ScanStore::setCategory(FileCategory category) {
     if (std::exchange(m_category, category) != category) {
-        m_filteredFiles.reset();
+        m_filterIsStale = true;
         Q_EMIT categoryChanged();
-        invalidateFilter();
+        Q_EMIT filteredFilesChanged();
     }
 }
 
 void ScanStore::setSearch(const QString& search) {
     if (m_search != search) {
         m_search = search;
-        m_filteredFiles.reset();
+        m_filterIsStale = true;
         Q_EMIT searchChanged();
-        invalidateFilter();
+        Q_EMIT filteredFilesChanged();
     }
-}
-
-void ScanStore::invalidateFilter() {
-    m_filteredFiles.reset();
-    Q_EMIT filteredFilesChanged();
 }
 
 const FilteredFiles& ScanStore::filteredFiles() const {
-    if (!m_filteredFiles) {
-        m_filteredFiles.emplace(m_files, m_category, m_search);
+    if (std::exchange(m_filterIsStale, false)) {
+        m_filteredFiles = FilteredFiles(m_files, m_category, m_search, &m_filteredFiles);
     }
-    return *m_filteredFiles;
+    return m_filteredFiles;
 }
 
 void ScanStore::setSelected(std::optional<FileItem> item) {

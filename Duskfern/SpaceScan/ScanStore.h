@@ -123,7 +123,6 @@ private:
     void setIsScanning(bool isScanning);
     void setScannedCount(qint64 count);
     void setSkippedCount(qint64 count);
-    void invalidateFilter();
     void finishTrashing(const FileItem& item, const std::optional<QString>& failure);
 
     Dialogs& m_dialogs;
@@ -141,5 +140,6 @@ private:
     qint64 m_skippedCount = 0;
     std::optional<QString> m_errorMessage;
 
-    mutable std::optional<FilteredFiles> m_filteredFiles;  ///< Made when first asked for after a change.
+    mutable FilteredFiles m_filteredFiles;  ///< Made anew when asked for after the filter has changed.
+    mutable bool m_filterIsStale = false;
 };

@@ -162,7 +162,7 @@ protected:
             return "nothing";
         }
         std::ifstream file(note, std::ios::binary);
-        const std::string folders{std::istreambuf_iterator<char>(file), {}};
+        std::string folders{std::istreambuf_iterator<char>(file), {}};
         fs::remove(note);
         return folders;
     }
@@ -211,22 +211,22 @@ TEST_F(BusTest, ReadsThePreferenceThePortalTells) {
          {portalAnswer(0), Preference::none},
          {portalAnswer(7), Preference::none},
          {g_variant_new("(v)", g_variant_new_string("1")), Preference::none}}};
-    for (const auto& [answer, expected] : answers) {
+    for (const auto& [answer, preference] : answers) {
+        const Preference expected = preference;
         PortalColorScheme scheme;
-        int changes = 0;
-        QObject::connect(&scheme, &ColorScheme::preferenceChanged, [&changes] { ++changes; });
+        std::vector<Preference> seen;
+        QObject::connect(&scheme, &ColorScheme::preferenceChanged, [&] { seen.push_back(scheme.preference()); });
         EXPECT_EQ(scheme.preference(), Preference::none);
         ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
         const GPtr<char> question(g_variant_print(service.arguments(), FALSE));
         EXPECT_STREQ(question.get(), "('org.freedesktop.appearance', 'color-scheme')");
         service.answer(answer);
         // Marks the end of what the portal had to say before.
+        const Preference last = expected == Preference::dark ? Preference::light : Preference::dark;
         service.tellChange("org.freedesktop.appearance", "color-scheme",
-                           g_variant_new_uint32(expected == Preference::dark ? 2 : 1));
-        std::vector<Preference> seen;
-        QObject::connect(&scheme, &ColorScheme::preferenceChanged, [&] { seen.push_back(scheme.preference()); });
-        ASSERT_TRUE(eventually([&] { return changes == (expected == Preference::none ? 1 : 2); }));
-        EXPECT_EQ(seen.front(), expected == Preference::none ? Preference::dark : expected);
+                           g_variant_new_uint32(last == Preference::dark ? 1 : 2));
+        ASSERT_TRUE(eventually([&] { return scheme.preference() == last; }));
+        EXPECT_EQ(seen, expected == Preference::none ? std::vector{last} : (std::vector{expected, last}));
     }
 }
 

@@ -35,7 +35,7 @@ TEST(NameMatcher, SearchesAsAPersonWould) {
         {"tr_TR", "gif", QStringLiteral("İ"), true},
     };
     for (const Row& row : rows) {
-        const NameMatcher matcher(NameFolding(QLocale(QLatin1String(row.locale))), row.text);
+        NameMatcher matcher(NameFolding(QLocale(QLatin1String(row.locale))), row.text);
         EXPECT_EQ(matcher.matches(row.name), row.found) << row.locale << ' ' << row.name << ' ' << qPrintable(row.text);
     }
 }

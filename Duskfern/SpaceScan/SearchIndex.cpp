@@ -1,0 +1,167 @@
+#include "SpaceScan/SearchIndex.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// A name can be three times as long when it is folded, and no longer text can be found in it.
+constexpr std::size_t longestText = 3 * NameArena::maximumLength;
+
+/// So many bytes are looked at in one step; few enough for the registers of any processor.
+constexpr std::size_t stepSize = 64;
+static_assert(longestText + stepSize < NameArena::slack);
+
+/// The two bytes of a text that a search looks for first.
+struct Probe {
+    std::size_t first = 0;
+    std::size_t second = 0;
+};
+
+/// The rarer the bytes, the fewer places there are to look at closely. What is rare is learnt from a sample.
+Probe rarestBytes(std::string_view text, const NameArena::Block& block) {
+    std::array<std::uint32_t, 256> counts{};
+    for (const char byte : std::string_view(block.data, std::min<std::size_t>(block.size, 4096))) {
+        ++counts.at(static_cast<unsigned char>(byte));
+    }
+    const auto count = [&](std::size_t at) { return counts.at(static_cast<unsigned char>(text[at])); };
+    Probe probe;
+    for (std::size_t at = 1; at < text.size(); ++at) {
+        probe.first = count(at) < count(probe.first) ? at : probe.first;
+    }
+    probe.second = text.size() > 1 && probe.first == 0 ? 1 : 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        probe.second = at != probe.first && count(at) < count(probe.second) ? at : probe.second;
+    }
+    return probe;
+}
+
+}  // namespace
+
+void FoldedNames::append(std::string_view folded) {
+    const std::size_t blocks = m_names.blockCount();
+    const std::uint32_t position = m_names.append(folded);
+    if (m_names.blockCount() != blocks) {
+        m_firsts.push_back(m_size);
+    }
+    if (m_size % stride == 0) {
+        m_positions.push_back(position);
+    }
+    ++m_size;
+}
+
+/// Finds out which name a byte belongs to, for bytes in ascending order.
+class FoldedNames::Cursor {
+public:
+    Cursor(const FoldedNames& names, std::size_t block)
+        : m_names(names), m_block(block), m_number(names.m_firsts[block]), m_data(names.m_names.block(block).data) {}
+
+    /// Moves to the name with the byte at `offset` of the block.
+    void moveTo(std::size_t offset) {
+        const std::uint32_t position = NameArena::position(m_block, offset);
+        std::size_t mark = m_number / stride;
+        // Far ahead the noted positions are the short way.
+        for (std::size_t leap = 1; mark + 1 < m_names.m_positions.size(); leap *= 2) {
+            if (mark + leap >= m_names.m_positions.size() || m_names.m_positions[mark + leap] > position) {
+                const auto from = m_names.m_positions.begin() + static_cast<std::ptrdiff_t>(mark);
+                const auto to = m_names.m_positions.begin() +
+                                static_cast<std::ptrdiff_t>(std::min(mark + leap, m_names.m_positions.size()));
+                mark = static_cast<std::size_t>(std::upper_bound(from, to, position) - m_names.m_positions.begin()) - 1;
+                break;
+            }
+            mark += leap;
+        }
+        const auto number = static_cast<std::uint32_t>(mark * stride);
+        if (number > m_number) {
+            m_number = number;
+            m_begin = m_names.m_positions[mark] - NameArena::position(m_block, 0);
+            m_end = end(m_begin);
+        }
+        if (m_end == 0) {
+            m_end = end(m_begin);
+        }
+        while (m_end <= offset) {
+            m_begin = m_end + 1;
+            m_end = end(m_begin);
+            ++m_number;
+        }
+    }
+
+    [[nodiscard]] std::uint32_t number() const { return m_number; }
+
+    /// Where the name ends.
+    [[nodiscard]] std::size_t nameEnd() const { return m_end; }
+
+private:
+    [[nodiscard]] std::size_t end(std::size_t begin) const { return begin + std::strlen(m_data + begin); }
+
+    const FoldedNames& m_names;
+    std::size_t m_block;
+    std::uint32_t m_number;
+    const char* m_data;
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;  ///< 0 before the first move.
+};
+
+template <class Found>
+void FoldedNames::search(std::string_view text, Found found) const {
+    for (std::size_t index = 0; index < m_names.blockCount(); ++index) {
+        const NameArena::Block block = m_names.block(index);
+        const Probe probe = rarestBytes(text, block);
+        const char* const firsts = block.data + probe.first;
+        const char* const seconds = block.data + probe.second;
+        const char first = text[probe.first];
+        const char second = text[probe.second];
+        Cursor cursor(*this, index);
+        std::size_t next = 0;  // Nothing before it is of interest.
+        for (std::size_t step = 0; step < block.size; step += stepSize) {
+            std::array<char, stepSize> hits;  // NOLINT(cppcoreguidelines-pro-type-member-init): written at once
+            char any = 0;
+            // Written so that the compiler turns it into a few vector instructions.
+            for (std::size_t i = 0; i < stepSize; ++i) {
+                const bool hit = (firsts[step + i] == first) & (seconds[step + i] == second);  // NOLINT
+                hits[i] = hit ? 1 : 0;                                                         // NOLINT
+                any = static_cast<char>(any | hits[i]);                                        // NOLINT
+            }
+            if (any == 0) {
+                continue;
+            }
+            for (std::size_t word = 0; word < stepSize; word += sizeof(std::uint64_t)) {
+                std::uint64_t bits = 0;
+                std::memcpy(&bits, hits.data() + word, sizeof bits);
+                for (; bits != 0; bits &= bits - 1) {
+                    const std::size_t at = step + word + static_cast<unsigned>(__builtin_ctzll(bits)) / 8;
+                    if (at >= next && at + text.size() <= block.size &&
+                        std::memcmp(block.data + at, text.data(), text.size()) == 0) {
+                        cursor.moveTo(at);
+                        found(cursor.number());
+                        next = cursor.nameEnd();
+                    }
+                }
+            }
+        }
+    }
+}
+
+std::uint32_t SearchIndex::add(FoldedNames&& names) {
+    const std::uint32_t base = m_size;
+    m_size += names.size();
+    m_parts.push_back(std::move(names));
+    return base;
+}
+
+KeySet SearchIndex::search(std::string_view text) const {
+    KeySet keys(m_size);
+    if (text.empty() || text.size() > longestText) {
+        if (text.empty()) {
+            std::for_each(m_keys.begin(), m_keys.end(), [&](std::uint32_t key) { keys.insert(key); });
+        }
+        return keys;
+    }
+    std::uint32_t base = 0;
+    for (const FoldedNames& part : m_parts) {
+        part.search(text, [&](std::uint32_t number) { keys.insert(m_keys[base + number]); });
+        base += part.size();
+    }
+    return keys;
+}

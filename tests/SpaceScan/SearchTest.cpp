@@ -1,0 +1,123 @@
+#include "Foundation/NameFolding.h"
+#include "SpaceScan/FileScanner.h"
+#include "SpaceScan/FilteredFiles.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+namespace {
+
+/// What a filter is meant to let pass, one file after the other.
+std::vector<std::uint32_t> passing(const FileList& files, FileCategory category, const QString& search) {
+    std::vector<std::uint32_t> keys;
+    NameMatcher matcher(NameFolding(QLocale()), search);
+    for (size_t index = 0; index < files.size(); ++index) {
+        const bool ofCategory = category == FileCategory::all || files.categoryAt(index) == category;
+        if (ofCategory && matcher.matches(files.nameAt(index))) {
+            keys.push_back(files.keyAt(index));
+        }
+    }
+    return keys;
+}
+
+std::vector<std::uint32_t> keys(const FilteredFiles& files) {
+    std::vector<std::uint32_t> all;
+    for (size_t row = 0; row < files.size(); ++row) {
+        all.push_back(files.keyAt(row));
+    }
+    return all;
+}
+
+TEST(SearchIndex, FindsNamesOverManyBlocks) {
+    std::mt19937 random(5);
+    std::vector<std::string> names;
+    SearchIndex index;
+    for (const int count : {90'000, 0, 1, 70'000}) {
+        FoldedNames part;
+        for (int i = 0; i < count; ++i) {
+            std::string name = std::to_string(random() % 100'000) + std::string(random() % 40, "ab"[random() % 2]);
+            part.append(name);
+            names.push_back(std::move(name));
+        }
+        index.add(std::move(part));
+    }
+    std::vector<std::uint32_t> keys(names.size());
+    std::iota(keys.rbegin(), keys.rend(), 0);
+    index.setKeys(keys);
+    for (const char* text : {"a", "ab", "7", "77777", "12345", "999", "bbbbbbbbbb", "0a", "nothing"}) {
+        std::vector<std::uint32_t> found;
+        index.search(text).forEach([&](std::uint32_t key) { found.push_back(key); });
+        std::vector<std::uint32_t> expected;
+        for (size_t key = 0; key < names.size(); ++key) {
+            if (names[names.size() - 1 - key].find(text) != std::string::npos) {
+                expected.push_back(static_cast<std::uint32_t>(key));
+            }
+        }
+        EXPECT_TRUE(found == expected) << text << ' ' << found.size() << " instead of " << expected.size();
+    }
+}
+
+class Search : public testing::Test {
+protected:
+    /// Few letters, so that the names have much in common; some of them long, some beyond Latin, some no text at all.
+    std::string name(int number) {
+        static const char* const pieces[] = {"a", "b", "A", "é", "E\xCC\x81", "ß", "SS", "İ", "Ω", "ω", "名", "\xFF", " ", "-"};
+        std::string text;
+        for (unsigned i = 0; i < random() % (number % 50 == 0 ? 60 : 6); ++i) {
+            text += pieces[random() % std::size(pieces)];
+        }
+        return text + std::to_string(number % 40 == 0 ? 0 : number) + (number % 3 == 0 ? ".pdf" : "");
+    }
+
+    void SetUp() override {
+        for (int i = 0; i < 1500; ++i) {
+            tree.text("folder" + std::to_string(i % 50) + "/x" + name(i), std::string(random() % 9000, 'x'));
+        }
+        files = FileScanner::scan(tree.url(), [](std::int64_t) {}).files;
+    }
+
+    TemporaryFolder tree;
+    std::mt19937 random{3};
+    FileList files;
+};
+
+TEST_F(Search, EqualsLookingAtEachName) {
+    std::vector<QString> texts{QStringLiteral("é"),  QStringLiteral("e\u0301"), QStringLiteral("ss"), QStringLiteral("ẞ"),
+                               QStringLiteral("ω"),  QStringLiteral("名"),      QStringLiteral("\uFFFD"), QStringLiteral(" "),
+                               QStringLiteral("i̇"), QStringLiteral("zz"),      QString(800, u'a'),   QString(QChar(0xD800)),
+                               QString(QChar(0)),    QStringLiteral("\u0301")};
+    const QString letters = QStringLiteral("abAE-0123.pdf");
+    for (int i = 0; i < 300; ++i) {
+        QString text;
+        for (unsigned length = 0; length < 1 + random() % 4; ++length) {
+            text += letters[static_cast<qsizetype>(random() % static_cast<unsigned>(letters.size()))];
+        }
+        texts.push_back(text);
+    }
+    for (const QString& text : texts) {
+        for (const FileCategory category : {FileCategory::all, FileCategory::documents}) {
+            ASSERT_EQ(keys(FilteredFiles(files, category, text)), passing(files, category, text)) << qPrintable(text);
+        }
+    }
+    EXPECT_EQ(FilteredFiles(files, FileCategory::all, {}).size(), files.size());
+}
+
+TEST_F(Search, TypingOnAndTakingBackFindsTheSame) {
+    FilteredFiles shown;
+    const QString typed = QStringLiteral("ab1e\u0301-2");
+    for (int round = 0; round < 200; ++round) {
+        const QString text = typed.left(static_cast<qsizetype>(random() % 7));
+        const auto category = random() % 3 == 0 ? FileCategory::documents : FileCategory::all;
+        if (round % 20 == 19) {
+            files = files.removing(files.urlAt(random() % files.size()));
+        }
+        shown = FilteredFiles(files, category, text, &shown);
+        ASSERT_EQ(keys(shown), passing(files, category, text)) << round << ' ' << qPrintable(text);
+    }
+}
+
+}  // namespace

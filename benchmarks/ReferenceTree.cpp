@@ -24,9 +24,8 @@ public:
         const std::int64_t crowded = m_files / 10;
         constexpr std::int64_t perCrowdedFolder = 20'000;
         for (std::int64_t made = 0; made < m_files; ++made) {
-            const std::size_t folder = made < crowded
-                                           ? static_cast<std::size_t>(1 + made / perCrowdedFolder)
-                                           : below(m_folders.size());
+            const std::size_t folder =
+                made < crowded ? static_cast<std::size_t>(1 + made / perCrowdedFolder) : below(m_folders.size());
             makeFile((m_folders[folder] + '/' + name(made)).append(extension()), made);
         }
     }
@@ -36,8 +35,8 @@ private:
 
     /// Unique by its number, between 5 and 40 bytes long.
     std::string name(std::int64_t number) {
-        static constexpr std::array<std::string_view, 12> words{"informe", "vacaciones", "año",  "niño", "copia", "Mapa",
-                                                                "canción", "foto",       "data", "x",    "IMG_",  "índice"};
+        static constexpr std::array<std::string_view, 12> words{
+            "informe", "vacaciones", "año", "niño", "copia", "Mapa", "canción", "foto", "data", "x", "IMG_", "índice"};
         std::string text = below(25) == 0 ? "." : "";
         text += words.at(below(words.size()));
         if (below(2) == 0) {
@@ -47,8 +46,8 @@ private:
     }
 
     std::string_view extension() {
-        static constexpr std::array<std::string_view, 10> extensions{".txt", ".jpg", ".mp4", ".pdf", ".c",
-                                                                     ".h",   ".tar.gz", "", ".png", ".json"};
+        static constexpr std::array<std::string_view, 10> extensions{".txt", ".jpg",    ".mp4", ".pdf", ".c",
+                                                                     ".h",   ".tar.gz", "",     ".png", ".json"};
         return extensions.at(below(extensions.size()));
     }
 

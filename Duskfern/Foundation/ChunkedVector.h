@@ -14,7 +14,7 @@ class ChunkedVector {
 
 public:
     template <class... Arguments>
-    T& emplace_back(Arguments&&... arguments) {
+    T& append(Arguments&&... arguments) {
         if (m_size == m_chunks.size() * perChunk) {
             m_chunks.emplace_back(perChunk * sizeof(T));
         }

@@ -8,8 +8,7 @@
 #include <algorithm>
 
 void ScanRecorder::beginFolder(WalkFolder& folder) {
-    Listing& listing =
-        m_listings.emplace_back(this, m_files.size(), m_files.size(), m_children.size(), m_children.size());
+    Listing& listing = m_listings.append(this, m_files.size(), m_files.size(), m_children.size(), m_children.size());
     folder.listing = &listing;
 }
 
@@ -23,7 +22,7 @@ void ScanRecorder::file(int directory, std::string_view name) {
         return;
     }
     constexpr std::uint64_t most = (std::uint64_t{1} << FileRecord::sizeBits) - 1;
-    FileRecord& record = m_files.emplace_back();
+    FileRecord& record = m_files.append();
     record.size = std::min(static_cast<std::uint64_t>(status->allocated), most) & most;
     record.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
     record.nameLength = name.size() & NameArena::maximumLength;
@@ -36,7 +35,7 @@ void ScanRecorder::file(int directory, std::string_view name) {
 }
 
 void ScanRecorder::subfolder(const WalkFolder& folder) {
-    m_children.emplace_back(&folder, m_files.size());
+    m_children.append(&folder, m_files.size());
     m_listings.back().endChild = m_children.size();
 }
 

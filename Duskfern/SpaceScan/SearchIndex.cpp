@@ -36,6 +36,39 @@ Probe rarestBytes(std::string_view text, const NameArena::Block& block) {
     return probe;
 }
 
+/// The places in one step where both bytes of a probe are.
+class Hits {
+public:
+    /// Whether there are any. Written so that the compiler turns it into a few vector instructions.
+    bool find(const char* step, std::string_view text, const Probe& probe) {
+        const char* const firsts = step + probe.first;
+        const char* const seconds = step + probe.second;
+        const char first = text[probe.first];
+        const char second = text[probe.second];
+        char any = 0;
+        for (std::size_t i = 0; i < stepSize; ++i) {
+            const bool hit = (firsts[i] == first) & (seconds[i] == second);  // NOLINT: no branches
+            m_marks[i] = hit ? 1 : 0;                                        // NOLINT: no checks
+            any = static_cast<char>(any | m_marks[i]);                       // NOLINT
+        }
+        return any != 0;
+    }
+
+    template <class Visit>
+    void forEach(Visit visit) const {
+        for (std::size_t word = 0; word < stepSize; word += sizeof(std::uint64_t)) {
+            std::uint64_t bits = 0;
+            std::memcpy(&bits, m_marks.data() + word, sizeof bits);
+            for (; bits != 0; bits &= bits - 1) {
+                visit(word + static_cast<unsigned>(__builtin_ctzll(bits)) / 8);
+            }
+        }
+    }
+
+private:
+    std::array<char, stepSize> m_marks{};
+};
+
 }  // namespace
 
 void FoldedNames::append(std::string_view folded) {
@@ -108,36 +141,20 @@ void FoldedNames::search(std::string_view text, Found found) const {
     for (std::size_t index = 0; index < m_names.blockCount(); ++index) {
         const NameArena::Block block = m_names.block(index);
         const Probe probe = rarestBytes(text, block);
-        const char* const firsts = block.data + probe.first;
-        const char* const seconds = block.data + probe.second;
-        const char first = text[probe.first];
-        const char second = text[probe.second];
         Cursor cursor(*this, index);
         std::size_t next = 0;  // Nothing before it is of interest.
+        const auto check = [&](std::size_t at) {
+            if (at >= next && at + text.size() <= block.size &&
+                std::memcmp(block.data + at, text.data(), text.size()) == 0) {
+                cursor.moveTo(at);
+                found(cursor.number());
+                next = cursor.nameEnd();
+            }
+        };
+        Hits hits;
         for (std::size_t step = 0; step < block.size; step += stepSize) {
-            std::array<char, stepSize> hits;  // NOLINT(cppcoreguidelines-pro-type-member-init): written at once
-            char any = 0;
-            // Written so that the compiler turns it into a few vector instructions.
-            for (std::size_t i = 0; i < stepSize; ++i) {
-                const bool hit = (firsts[step + i] == first) & (seconds[step + i] == second);  // NOLINT
-                hits[i] = hit ? 1 : 0;                                                         // NOLINT
-                any = static_cast<char>(any | hits[i]);                                        // NOLINT
-            }
-            if (any == 0) {
-                continue;
-            }
-            for (std::size_t word = 0; word < stepSize; word += sizeof(std::uint64_t)) {
-                std::uint64_t bits = 0;
-                std::memcpy(&bits, hits.data() + word, sizeof bits);
-                for (; bits != 0; bits &= bits - 1) {
-                    const std::size_t at = step + word + static_cast<unsigned>(__builtin_ctzll(bits)) / 8;
-                    if (at >= next && at + text.size() <= block.size &&
-                        std::memcmp(block.data + at, text.data(), text.size()) == 0) {
-                        cursor.moveTo(at);
-                        found(cursor.number());
-                        next = cursor.nameEnd();
-                    }
-                }
+            if (hits.find(block.data + step, text, probe)) {
+                hits.forEach([&](std::size_t offset) { check(step + offset); });
             }
         }
     }

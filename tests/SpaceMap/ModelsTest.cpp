@@ -3,12 +3,12 @@
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
+#include <gtest/gtest.h>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
-#include <gtest/gtest.h>
 
 namespace {
 

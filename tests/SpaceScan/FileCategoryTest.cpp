@@ -30,11 +30,26 @@ TEST(FileCategory, ShowsItselfAndComesBackFromItsText) {
 TEST(FileClassifier, GoesByTheLastExtension) {
     using enum FileCategory;
     const std::pair<const char*, FileCategory> rows[] = {
-        {"Movie.MP4", videos},      {"a.webm", videos},        {"photo.JPEG", images},   {"x.heic", images},
-        {"notes.key", documents},   {"carta.Pages", documents}, {"archive.tar.gz", archives}, {"disco.DMG", archives},
-        {"scan.tif", other},        {"a.mpg", other},          {"a.mp3", other},         {"a.tgz", other},
-        {"noextension", other},     {"mp4", other},            {"ends.", other},         {"gif.", other},
-        {"a.mp44", other},          {"a.mp", other},           {"a.pdf ", other},        {"a.\xFFpdf", other},
+        {"Movie.MP4", videos},
+        {"a.webm", videos},
+        {"photo.JPEG", images},
+        {"x.heic", images},
+        {"notes.key", documents},
+        {"carta.Pages", documents},
+        {"archive.tar.gz", archives},
+        {"disco.DMG", archives},
+        {"scan.tif", other},
+        {"a.mpg", other},
+        {"a.mp3", other},
+        {"a.tgz", other},
+        {"noextension", other},
+        {"mp4", other},
+        {"ends.", other},
+        {"gif.", other},
+        {"a.mp44", other},
+        {"a.mp", other},
+        {"a.pdf ", other},
+        {"a.\xFFpdf", other},
         {"a.m\xE2\x84\xAAv", videos},  // The Kelvin sign is a capital k.
     };
     for (const auto& [name, category] : rows) {

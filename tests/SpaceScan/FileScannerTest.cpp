@@ -183,7 +183,7 @@ TEST(FileScanner, GivesAllocatedSizesLargestFirst) {
 
 TEST(FileScanner, KeepsAnyNameByteForByte) {
     const TemporaryFolder tree;
-    const std::string odd[] = {"\xFF\xFE.mp4",      "two\nlines.pdf",          "quote\"'.zip", "-rf *",
+    const std::string odd[] = {"\xFF\xFE.mp4",      "two\nlines.pdf",      "quote\"'.zip", "-rf *",
                                "\xE2\x80\xAEx.png", std::string(255, 'n'), "%41 ?#",       "back\\slash"};
     for (const std::string& name : odd) {
         tree.file("folder \xFF/" + name, 4096);

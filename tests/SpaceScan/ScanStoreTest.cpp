@@ -3,10 +3,10 @@
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
 #include <gtest/gtest.h>
 #include <unistd.h>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
 
 namespace {
 

@@ -65,7 +65,8 @@ class Search : public testing::Test {
 protected:
     /// Few letters, so that the names have much in common; some of them long, some beyond Latin, some no text at all.
     std::string name(int number) {
-        static const char* const pieces[] = {"a", "b", "A", "é", "E\xCC\x81", "ß", "SS", "İ", "Ω", "ω", "名", "\xFF", " ", "-"};
+        static const char* const pieces[] = {"a", "b", "A", "é",  "E\xCC\x81", "ß", "SS",
+                                             "İ", "Ω", "ω", "名", "\xFF",      " ", "-"};
         std::string text;
         for (unsigned i = 0; i < random() % (number % 50 == 0 ? 60 : 6); ++i) {
             text += pieces[random() % std::size(pieces)];
@@ -86,10 +87,11 @@ protected:
 };
 
 TEST_F(Search, EqualsLookingAtEachName) {
-    std::vector<QString> texts{QStringLiteral("é"),  QStringLiteral("e\u0301"), QStringLiteral("ss"), QStringLiteral("ẞ"),
-                               QStringLiteral("ω"),  QStringLiteral("名"),      QStringLiteral("\uFFFD"), QStringLiteral(" "),
-                               QStringLiteral("i̇"), QStringLiteral("zz"),      QString(800, u'a'),   QString(QChar(0xD800)),
-                               QString(QChar(0)),    QStringLiteral("\u0301")};
+    std::vector<QString> texts{QStringLiteral("é"),      QStringLiteral("e\u0301"), QStringLiteral("ss"),
+                               QStringLiteral("ẞ"),      QStringLiteral("ω"),       QStringLiteral("名"),
+                               QStringLiteral("\uFFFD"), QStringLiteral(" "),       QStringLiteral("i̇"),
+                               QStringLiteral("zz"),     QString(800, u'a'),        QString(QChar(0xD800)),
+                               QString(QChar(0)),        QStringLiteral("\u0301")};
     const QString letters = QStringLiteral("abAE-0123.pdf");
     for (int i = 0; i < 300; ++i) {
         QString text;

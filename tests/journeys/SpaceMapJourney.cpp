@@ -4,10 +4,10 @@
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
-#include <QtCore/QProcess>
-#include <QtTest/QTest>
 #include <gtest/gtest.h>
 #include <unistd.h>
+#include <QtCore/QProcess>
+#include <QtTest/QTest>
 
 #include <algorithm>
 #include <filesystem>
@@ -180,7 +180,8 @@ TEST_F(SpaceMapJourney, AFailureIsToldEachTime) {
 TEST_F(SpaceMapJourney, StrangeSearchesAndSizesDoNoHarm) {
     analyse();
     EXPECT_EQ(app.window().minimumSize(), QSize(980, 650));
-    for (const QString& text : {QStringLiteral("🌿"), QString(10'000, QLatin1Char('x')), QStringLiteral("\n\u202E%1<b>")}) {
+    for (const QString& text :
+         {QStringLiteral("🌿"), QString(10'000, QLatin1Char('x')), QStringLiteral("\n\u202E%1<b>")}) {
         app.store().setSearch(text);
         EXPECT_TRUE(driver.waitFor(QStringLiteral("No hay archivos que mostrar")));
     }

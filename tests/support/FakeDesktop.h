@@ -46,7 +46,9 @@ struct FakeFolderChooser final : FolderChooser {
 
 /// Remembers what was to be shown.
 struct FakeFileManager final : FileManager {
-    void reveal(const std::vector<FileURL>& urls) override { revealed.insert(revealed.end(), urls.begin(), urls.end()); }
+    void reveal(const std::vector<FileURL>& urls) override {
+        revealed.insert(revealed.end(), urls.begin(), urls.end());
+    }
 
     std::vector<FileURL> revealed;
 };

@@ -1,7 +1,7 @@
 #include "support/TemporaryFolder.h"
 
-#include <QtCore/QCoreApplication>
 #include <gtest/gtest.h>
+#include <QtCore/QCoreApplication>
 
 #include <cstdlib>
 #include <utility>
@@ -21,8 +21,11 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const TemporaryFolder home;
     const std::pair<const char*, const char*> folders[] = {
-        {"XDG_DATA_HOME", ".local/share"}, {"XDG_STATE_HOME", ".local/state"}, {"XDG_CACHE_HOME", ".cache"},
-        {"XDG_CONFIG_HOME", ".config"},    {"TMPDIR", "tmp"},
+        {"XDG_DATA_HOME", ".local/share"},
+        {"XDG_STATE_HOME", ".local/state"},
+        {"XDG_CACHE_HOME", ".cache"},
+        {"XDG_CONFIG_HOME", ".config"},
+        {"TMPDIR", "tmp"},
     };
     setenv("HOME", home.path().c_str(), 1);
     for (const auto& [variable, folder] : folders) {

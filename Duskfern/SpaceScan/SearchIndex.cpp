@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <thread>
 
 namespace {
 
@@ -87,31 +89,16 @@ void FoldedNames::append(std::string_view folded) {
 class FoldedNames::Cursor {
 public:
     Cursor(const FoldedNames& names, std::size_t block)
-        : m_names(names), m_block(block), m_number(names.m_firsts[block]), m_data(names.m_names.block(block).data) {}
+        : m_names(names),
+          m_block(block),
+          m_number(names.m_firsts[block]),
+          m_data(names.m_names.block(block).data),
+          m_end(end(0)) {}
 
     /// Moves to the name with the byte at `offset` of the block.
     void moveTo(std::size_t offset) {
-        const std::uint32_t position = NameArena::position(m_block, offset);
-        std::size_t mark = m_number / stride;
-        // Far ahead the noted positions are the short way.
-        for (std::size_t leap = 1; mark + 1 < m_names.m_positions.size(); leap *= 2) {
-            if (mark + leap >= m_names.m_positions.size() || m_names.m_positions[mark + leap] > position) {
-                const auto from = m_names.m_positions.begin() + static_cast<std::ptrdiff_t>(mark);
-                const auto to = m_names.m_positions.begin() +
-                                static_cast<std::ptrdiff_t>(std::min(mark + leap, m_names.m_positions.size()));
-                mark = static_cast<std::size_t>(std::upper_bound(from, to, position) - m_names.m_positions.begin()) - 1;
-                break;
-            }
-            mark += leap;
-        }
-        const auto number = static_cast<std::uint32_t>(mark * stride);
-        if (number > m_number) {
-            m_number = number;
-            m_begin = m_names.m_positions[mark] - NameArena::position(m_block, 0);
-            m_end = end(m_begin);
-        }
-        if (m_end == 0) {
-            m_end = end(m_begin);
+        if (offset > m_end + far) {
+            leapTowards(offset);
         }
         while (m_end <= offset) {
             m_begin = m_end + 1;
@@ -126,14 +113,29 @@ public:
     [[nodiscard]] std::size_t nameEnd() const { return m_end; }
 
 private:
+    /// Over shorter distances names are passed one by one.
+    static constexpr std::size_t far = 1024;
+
     [[nodiscard]] std::size_t end(std::size_t begin) const { return begin + std::strlen(m_data + begin); }
+
+    /// Moves to the last noted name that begins at or before `offset`, if it is ahead.
+    void leapTowards(std::size_t offset) {
+        const auto from = m_names.m_positions.begin() + m_number / stride;
+        const auto mark = std::upper_bound(from, m_names.m_positions.end(), NameArena::position(m_block, offset)) - 1;
+        const auto number = static_cast<std::uint32_t>(mark - m_names.m_positions.begin()) * stride;
+        if (number > m_number) {
+            m_number = number;
+            m_begin = *mark - NameArena::position(m_block, 0);
+            m_end = end(m_begin);
+        }
+    }
 
     const FoldedNames& m_names;
     std::size_t m_block;
     std::uint32_t m_number;
     const char* m_data;
     std::size_t m_begin = 0;
-    std::size_t m_end = 0;  ///< 0 before the first move.
+    std::size_t m_end;
 };
 
 template <class Found>
@@ -163,7 +165,7 @@ void FoldedNames::search(std::string_view text, Found found) const {
 std::uint32_t SearchIndex::add(FoldedNames&& names) {
     const std::uint32_t base = m_size;
     m_size += names.size();
-    m_parts.push_back(std::move(names));
+    m_parts.push_back({base, std::move(names)});
     return base;
 }
 
@@ -175,10 +177,17 @@ KeySet SearchIndex::search(std::string_view text) const {
         }
         return keys;
     }
-    std::uint32_t base = 0;
-    for (const FoldedNames& part : m_parts) {
-        part.search(text, [&](std::uint32_t number) { keys.insert(m_keys[base + number]); });
-        base += part.size();
-    }
+    // Two threads halve the time of a keystroke; each fills a set of its own.
+    const auto half = static_cast<std::ptrdiff_t>(m_parts.size() / 2);
+    KeySet others(m_size);
+    const auto searchParts = [&](std::ptrdiff_t from, std::ptrdiff_t to, KeySet& found) {
+        for (auto part = m_parts.begin() + from; part != m_parts.begin() + to; ++part) {
+            part->names.search(text, [&](std::uint32_t number) { found.insert(m_keys[part->base + number]); });
+        }
+    };
+    std::thread helper(searchParts, 0, half, std::ref(others));
+    searchParts(half, static_cast<std::ptrdiff_t>(m_parts.size()), keys);
+    helper.join();
+    keys.insert(others);
     return keys;
 }

@@ -2,7 +2,9 @@
 
 #include "Foundation/NameArena.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +14,11 @@ public:
     explicit KeySet(std::size_t count) : m_words((count + 63) / 64) {}
 
     void insert(std::uint32_t key) { m_words[key / 64] |= std::uint64_t{1} << (key % 64); }
+
+    /// Adds the keys of a set for as many files.
+    void insert(const KeySet& others) {
+        std::transform(m_words.begin(), m_words.end(), others.m_words.begin(), m_words.begin(), std::bit_or<>());
+    }
 
     /// Calls `visit` with each key, ascending.
     template <class Visit>
@@ -66,7 +73,11 @@ public:
     [[nodiscard]] KeySet search(std::string_view text) const;
 
 private:
-    std::vector<FoldedNames> m_parts;
+    struct Part {
+        std::uint32_t base;  ///< The number of its first file.
+        FoldedNames names;
+    };
+    std::vector<Part> m_parts;
     std::vector<std::uint32_t> m_keys;
     std::uint32_t m_size = 0;
 };

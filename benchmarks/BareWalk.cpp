@@ -46,7 +46,7 @@ void list(const std::string& folder, std::vector<char>& buffer, std::vector<std:
 }
 
 void work(Shared& shared) {
-    std::vector<char> buffer(64 * 1024);
+    std::vector<char> buffer(std::size_t{64} * 1024);
     std::vector<std::string> found;
     std::int64_t bytes = 0;
     std::unique_lock lock(shared.mutex);

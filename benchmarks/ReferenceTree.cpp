@@ -60,26 +60,26 @@ private:
             const auto parent = static_cast<std::size_t>(static_cast<double>(i) * std::pow(u, 1.28));
             std::string path = m_folders[parent] + "/d" + name(static_cast<std::int64_t>(i));
             path += below(200) == 0 ? ".app" : "";
-            check(mkdir(path.c_str(), 0755), path);
+            check(mkdir(path.c_str(), 0755) == 0, path);
             m_folders.push_back(std::move(path));
         }
     }
 
     void makeFile(const std::string& path, std::int64_t number) {
         if (below(50) == 0) {
-            check(symlink("/etc/hostname", path.c_str()), path);
+            check(symlink("/etc/hostname", path.c_str()) == 0, path);
             return;
         }
         const int file = open(path.c_str(), O_CREAT | O_WRONLY | O_EXCL | O_CLOEXEC, 0644);
-        check(file, path);
+        check(file >= 0, path);
         if (number % 2 == 0) {
-            check(posix_fallocate(file, 0, static_cast<off_t>(1 + below(4)) * 4096), path);
+            check(posix_fallocate(file, 0, static_cast<off_t>(1 + below(4)) * 4096) == 0, path);
         }
         close(file);
     }
 
-    static void check(int result, const std::string& path) {
-        if (result != 0 && result < 0) {
+    static void check(bool succeeded, const std::string& path) {
+        if (!succeeded) {
             std::perror(path.c_str());
             std::exit(1);
         }

@@ -74,7 +74,7 @@ public:
 
 private:
     struct Part {
-        std::uint32_t base;  ///< The number of its first file.
+        std::uint32_t base = 0;  ///< The number of its first file.
         FoldedNames names;
     };
     std::vector<Part> m_parts;

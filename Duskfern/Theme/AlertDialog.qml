@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 /// A modal question or message over the window. The first button is the default one; Esc means the last.
-T.Popup {
+T.Dialog {
     id: root
 
     required property string message
@@ -31,6 +31,7 @@ T.Popup {
     implicitWidth: 360
     modal: true
     padding: 20
+    title: root.message
 
     // The focus of the last time is not that of this time.
     onOpened: choices.itemAt(0).forceActiveFocus()
@@ -44,9 +45,6 @@ T.Popup {
         radius: 14
     }
     contentItem: FocusScope { // qmllint disable deferred-property-id
-        Accessible.description: root.informativeText
-        Accessible.name: root.message
-        Accessible.role: Accessible.Dialog
         focus: true
         implicitHeight: column.implicitHeight
 

@@ -49,15 +49,16 @@ TEST(ByteCountFormatter, SpeaksTheUsersLocale) {
 }
 
 TEST(ByteCountFormatter, GroupsByThreeFromTheThousandsOn) {
-    const ByteCountFormatter spanish(QLocale(QStringLiteral("es_ES")));
+    const ByteCountFormatter spanish{QLocale(QStringLiteral("es_ES"))};
     const std::pair<std::uint64_t, const char*> rows[] = {
         {0, "0"}, {999, "999"}, {1'000, "1.000"}, {1'204, "1.204"}, {12'345, "12.345"}, {1'234'567, "1.234.567"}};
     for (const auto& [number, expected] : rows) {
         EXPECT_EQ(spanish.grouped(number).toStdString(), expected);
     }
     // Digits of two UTF-16 units each.
-    const ByteCountFormatter chakma(QLocale(QLocale::Chakma));
-    EXPECT_EQ(chakma.grouped(1234).count(QLocale(QLocale::Chakma).groupSeparator()), 1);
+    const QLocale locale(QLocale::Chakma);
+    const ByteCountFormatter chakma(locale);
+    EXPECT_EQ(chakma.grouped(1234).count(locale.groupSeparator()), 1);
 }
 
 }  // namespace

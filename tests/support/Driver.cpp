@@ -19,9 +19,7 @@ void visit(QAccessibleInterface* node, const std::function<bool(QAccessibleInter
 
 }  // namespace
 
-Driver::Driver(QQuickWindow& window) : m_window(window) {
-    QAccessible::setActive(true);
-}
+Driver::Driver(QQuickWindow& window) : m_window(window) {}
 
 bool Driver::waitUntil(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 10'000);

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 /// A modal question or message over the window. The first button is the default one; Esc means the last.
-T.Dialog {
+T.Popup {
     id: root
 
     required property string message
@@ -31,7 +31,6 @@ T.Dialog {
     implicitWidth: 360
     modal: true
     padding: 20
-    title: root.message
 
     // The focus of the last time is not that of this time.
     onOpened: choices.itemAt(0).forceActiveFocus()
@@ -45,6 +44,9 @@ T.Dialog {
         radius: 14
     }
     contentItem: FocusScope { // qmllint disable deferred-property-id
+        Accessible.description: root.informativeText
+        Accessible.name: root.message
+        Accessible.role: Accessible.Dialog
         focus: true
         implicitHeight: column.implicitHeight
 

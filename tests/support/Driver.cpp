@@ -19,7 +19,9 @@ void visit(QAccessibleInterface* node, const std::function<bool(QAccessibleInter
 
 }  // namespace
 
-Driver::Driver(QQuickWindow& window) : m_window(window) {}
+Driver::Driver(QQuickWindow& window) : m_window(window) {
+    QAccessible::setActive(true);
+}
 
 bool Driver::waitUntil(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 10'000);

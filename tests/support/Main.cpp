@@ -9,7 +9,6 @@
 #ifdef DUSKFERN_TEST_WINDOW
 #include "Shell/DuskfernApp.h"
 
-#include <QtGui/QAccessible>
 #include <QtWidgets/QApplication>
 using Application = QApplication;
 #else
@@ -37,8 +36,6 @@ int main(int argc, char** argv) {
     setenv("LC_ALL", "es_ES.UTF-8", 1);
     const Application application(argc, argv);
 #ifdef DUSKFERN_TEST_WINDOW
-    // As with a screen reader that was there first.
-    QAccessible::setActive(true);
     DuskfernApp::prepareProcess();
 #endif
     return RUN_ALL_TESTS();

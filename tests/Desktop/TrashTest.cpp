@@ -1,5 +1,6 @@
 #include "Desktop/GioTrash.h"
 #include "Desktop/PrivateMounts.h"
+#include "Desktop/TrashedItem.h"
 #include "support/TemporaryFolder.h"
 
 #include <fcntl.h>
@@ -161,6 +162,11 @@ TEST_F(TrashTest, WritesTheNoteOfLongNamesOrRefusesThem) {
         EXPECT_EQ(adapter.move(url), std::nullopt) << length;
         EXPECT_EQ(originsIn(trash).count(url.path()), 1U) << length;
     }
+    // Its second one would be called ".2" more than the Trash can note.
+    const FileURL again = make("%41\n\xff" + std::string(240, 'n'), "second");
+    EXPECT_EQ(adapter.move(again), TrashError::nameTooLong);
+    EXPECT_EQ(contentOf(again.path()), "second");
+    EXPECT_EQ(originsIn(trash).count("broken"), 0U);
     for (const size_t length : {246U, 255U}) {
         const FileURL url = make(std::string(length, 'n'));
         EXPECT_EQ(adapter.move(url), TrashError::nameTooLong) << length;
@@ -181,6 +187,60 @@ TEST_F(TrashTest, DoesNotOverwriteWhatLiesInTheTrashWithoutANote) {
     EXPECT_EQ(contentOf(trash / "files" / "a.3.txt"), "new");
     EXPECT_EQ(originsIn(trash), (Origins{"broken", "broken", url.path()}));
     EXPECT_EQ(std::distance(fs::directory_iterator(trash / "info"), fs::directory_iterator()), 1);
+}
+
+TEST_F(TrashTest, TakesNoBrokenNoteForOneAndWritesItAnew) {
+    const FileURL url = make("50% é");
+    ASSERT_EQ(adapter.move(url), std::nullopt);
+    const fs::path note = trash / "info" / "50% é.trashinfo";
+    const std::string whole = contentOf(note);
+    const std::optional<TrashedItem> item = TrashedItem::at((trash / "files" / "50% é").string());
+    ASSERT_TRUE(item);
+    EXPECT_TRUE(item->hasNoteOf(url.path()));
+    EXPECT_FALSE(item->hasNoteOf(url.path() + "x"));
+    const size_t date = whole.find("DeletionDate");
+    const std::array<std::string, 6> broken = {
+        "",
+        "[Trash Info]\n",
+        whole.substr(0, date),
+        whole.substr(0, date) + "DeletionDate=2023-13-01T\n",
+        "[Trash Info]\n" + whole.substr(date),
+        whole.substr(whole.find("Path=")),
+    };
+    for (const std::string& text : broken) {
+        std::ofstream(note, std::ios::binary) << text;
+        EXPECT_FALSE(item->hasNoteOf(url.path())) << text;
+        EXPECT_TRUE(item->writeNote(url.path()));
+        EXPECT_TRUE(item->hasNoteOf(url.path()));
+        EXPECT_EQ(originsIn(trash), Origins{url.path()});
+        EXPECT_EQ(contentOf(note).substr(0, date), whole.substr(0, date)) << "as GIO escapes it";
+    }
+    EXPECT_FALSE(TrashedItem::at(url.path())) << "not in a Trash folder";
+}
+
+TEST_F(TrashTest, PutsBackOnlyWhereNothingIs) {
+    const FileURL url = make("file", "trashed");
+    fs::create_directories(home / "folder" / "sub");
+    const FileURL folder((home / "folder" / "sub").string());
+    make("sub/inside", "trashed");
+    for (const FileURL& each : {url, folder}) {
+        ASSERT_EQ(adapter.move(each), std::nullopt);
+        const fs::path file = trash / "files" / each.lastPathComponent();
+        const std::optional<TrashedItem> item = TrashedItem::at(file.string());
+        ASSERT_TRUE(item);
+        make(std::string(each.lastPathComponent()), "newcomer");
+        EXPECT_FALSE(item->putBack(each.path()));
+        EXPECT_EQ(contentOf(each.path()), "newcomer");
+        EXPECT_TRUE(isThere(file));
+        EXPECT_TRUE(item->hasNoteOf(each.path()));
+
+        fs::remove(each.path());
+        EXPECT_TRUE(item->putBack(each.path()));
+        EXPECT_FALSE(isThere(file));
+    }
+    EXPECT_EQ(contentOf(url.path()), "trashed");
+    EXPECT_EQ(contentOf(folder.path() + "/inside"), "trashed");
+    EXPECT_EQ(originsIn(trash), Origins{}) << "the notes went too";
 }
 
 TEST_F(TrashTest, RefusesWhatIsGoneOrHasNoPlaceToGoBackTo) {

@@ -188,12 +188,11 @@ TEST_F(SpaceMapJourney, StrangeSearchesAndSizesDoNoHarm) {
     app.store().setSearch({});
     for (const QSize size : {QSize(980, 650), QSize(1440, 900), QSize(2400, 1300)}) {
         app.window().resize(size);
-        QCoreApplication::processEvents();
-        const QRect window = app.window().geometry();
-        EXPECT_TRUE(Driver::waitUntil([&] { return driver.shows(QStringLiteral("Vista visual")); }));
-        const QRect search = driver.find(QStringLiteral("Buscar archivos"), field)->rect();
-        EXPECT_EQ(search.width(), 230);
-        EXPECT_LE(search.right(), window.right());
+        EXPECT_TRUE(Driver::waitUntil([&] {
+            const QRect search = driver.find(QStringLiteral("Buscar archivos"), field)->rect();
+            return search.width() == 230 && search.right() <= app.window().geometry().right() &&
+                   app.window().size() == size;
+        })) << size.width();
     }
     colorScheme.prefer(ColorScheme::Preference::dark);
     EXPECT_LT(app.window().color().lightness(), 100);

@@ -11,27 +11,21 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <cstdlib>
 
 namespace {
 
-class Descriptor {
-public:
-    explicit Descriptor(const std::string& path, int flags = 0)
-        : m_number(open(path.c_str(), O_PATH | O_CLOEXEC | flags)) {}
+/// The item itself, whatever its name comes to mean while it is moved. Negative if it could not be opened.
+struct Descriptor {
+    explicit Descriptor(const std::string& path) : number(open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW)) {}
     ~Descriptor() {
-        if (m_number >= 0) {
-            close(m_number);
+        if (number >= 0) {
+            close(number);
         }
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
-    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
-    [[nodiscard]] int number() const { return m_number; }
-
-private:
-    int m_number;
+    const int number;
 };
 
 TrashError errorOf(int number) {
@@ -49,14 +43,6 @@ TrashError errorOf(int number) {
         default:
             return TrashError::other;
     }
-}
-
-std::optional<struct statx> statusOf(int descriptor) {
-    struct statx status = {};
-    if (statx(descriptor, "", AT_EMPTY_PATH | AT_NO_AUTOMOUNT, STATX_BASIC_STATS, &status) != 0) {
-        return {};
-    }
-    return status;
 }
 
 bool isItemAt(const std::string& path, int item) {
@@ -79,15 +65,10 @@ std::optional<std::string> whereIs(int item) {
     return isItemAt(path, item) ? std::optional(std::move(path)) : std::nullopt;
 }
 
-std::string realPath(const std::string& path) {
-    const std::unique_ptr<char, decltype(&free)> real(realpath(path.c_str(), nullptr), &free);
-    return real ? real.get() : path;
-}
-
 /// Whether something is mounted at or below the folder `path`. It would move to the Trash with the folder, and go when
 /// the Trash is emptied.
 bool holdsMount(const std::string& path) {
-    const std::string folder = realPath(path);
+    const std::string folder = realPathOf(path);
     const auto release = [](GList* mounts) {
         g_list_free_full(mounts, [](gpointer mount) { g_unix_mount_free(static_cast<GUnixMountEntry*>(mount)); });
     };
@@ -101,25 +82,6 @@ bool holdsMount(const std::string& path) {
     return false;
 }
 
-/// Why an item may not be taken out of its folder.
-std::optional<TrashError> refusalOfFolder(const FileURL& url, const struct statx& item) {
-    const std::string folder = url.deletingLastPathComponent().path();
-    const Descriptor open(folder);
-    const std::optional<struct statx> parent = open.isOpen() ? statusOf(open.number()) : std::nullopt;
-    if (!parent || faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
-        return errorOf(errno);
-    }
-    // A folder that moves to another one has its ".." rewritten.
-    if (S_ISDIR(item.stx_mode) && faccessat(AT_FDCWD, url.path().c_str(), W_OK, AT_EACCESS) != 0) {
-        return errorOf(errno);
-    }
-    const uid_t user = geteuid();
-    const bool kept = (parent->stx_mode & S_ISVTX) != 0 && user != 0 && user != parent->stx_uid && user != item.stx_uid;
-    const bool fixed = (item.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0 ||
-                       (parent->stx_attributes & STATX_ATTR_APPEND) != 0;
-    return kept || fixed ? std::optional(TrashError::noPermission) : std::nullopt;
-}
-
 /// Why an item cannot be moved, as far as that shows beforehand.
 std::optional<TrashError> refusal(const FileURL& url, int item) {
     const std::string_view name = url.lastPathComponent();
@@ -129,20 +91,32 @@ std::optional<TrashError> refusal(const FileURL& url, int item) {
     if (name.size() > NAME_MAX - trashNoteSuffix.size()) {
         return TrashError::nameTooLong;
     }
-    const std::optional<struct statx> status = statusOf(item);
-    if (!status) {
+    const std::string folder = url.deletingLastPathComponent().path();
+    struct statx status = {};
+    struct statx parent = {};
+    if (statx(item, "", AT_EMPTY_PATH | AT_NO_AUTOMOUNT, STATX_BASIC_STATS, &status) != 0) {
         return errorOf(errno);
     }
-    if ((status->stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0 ||
-        (S_ISDIR(status->stx_mode) && holdsMount(url.path()))) {
+    const bool isFolder = S_ISDIR(status.stx_mode);
+    if ((status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0 || (isFolder && holdsMount(url.path()))) {
         return TrashError::other;
     }
-    return refusalOfFolder(url, *status);
+    // A folder that moves to another one has its ".." rewritten.
+    if (statx(AT_FDCWD, folder.c_str(), 0, STATX_BASIC_STATS, &parent) != 0 ||
+        faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0 ||
+        (isFolder && faccessat(AT_FDCWD, url.path().c_str(), W_OK, AT_EACCESS) != 0)) {
+        return errorOf(errno);
+    }
+    const uid_t user = geteuid();
+    const bool kept = (parent.stx_mode & S_ISVTX) != 0 && user != 0 && user != parent.stx_uid && user != status.stx_uid;
+    const bool fixed = (status.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0 ||
+                       (parent.stx_attributes & STATX_ATTR_APPEND) != 0;
+    return kept || fixed ? std::optional(TrashError::noPermission) : std::nullopt;
 }
 
 /// The folders that `g_file_trash` may choose for an item, whether they exist or not.
 std::vector<std::string> trashFolders(const FileURL& url) {
-    FileURL top(realPath(url.deletingLastPathComponent().path()));
+    FileURL top(realPathOf(url.deletingLastPathComponent().path()));
     struct stat inside = {};
     struct stat outside = {};
     static_cast<void>(lstat(top.path().c_str(), &inside));
@@ -182,17 +156,17 @@ TrashError errorOf(const GError& error, const FileURL& url, int item) {
 
 std::optional<TrashError> GioTrash::move(const FileURL& url) {
     const std::string& origin = url.path();
-    const Descriptor item(origin, O_NOFOLLOW);
-    if (!item.isOpen()) {
+    const Descriptor item(origin);
+    if (item.number < 0) {
         return errorOf(errno);
     }
-    if (const std::optional<TrashError> reason = refusal(url, item.number())) {
+    if (const std::optional<TrashError> reason = refusal(url, item.number)) {
         return reason;
     }
     const GObjectPtr<GFile> file(g_file_new_for_path(origin.c_str()));
     // GIO resolves ".." by the letter, which behind a link leads somewhere else.
     const char* const meant = g_file_peek_path(file.get());
-    if (!meant || !isItemAt(meant, item.number())) {
+    if (!meant || !isItemAt(meant, item.number)) {
         return TrashError::other;
     }
     const TrashOrphanGuard guard(trashFolders(url), url.lastPathComponent());
@@ -203,10 +177,10 @@ std::optional<TrashError> GioTrash::move(const FileURL& url) {
     GPtr<GError> error;
     g_file_trash(file.get(), nullptr, Out(error));
 
-    if (isItemAt(origin, item.number())) {
-        return error ? errorOf(*error, url, item.number()) : TrashError::other;
+    if (isItemAt(origin, item.number)) {
+        return error ? errorOf(*error, url, item.number) : TrashError::other;
     }
-    const std::optional<std::string> place = whereIs(item.number());
+    const std::optional<std::string> place = whereIs(item.number);
     const std::optional<TrashedItem> trashed = place ? TrashedItem::at(*place) : std::nullopt;
     if (!trashed) {
         // Somebody else took the item away in the meantime, or replaced it.

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 
 namespace {
 
@@ -69,11 +69,6 @@ bool exists(const std::string& path) {
     return lstat(path.c_str(), &ignored) == 0;
 }
 
-std::string realPath(const std::string& path) {
-    const std::unique_ptr<char, decltype(&free)> real(realpath(path.c_str(), nullptr), &free);
-    return real ? real.get() : path;
-}
-
 /// The name GLib 2.74 gives to the `count`-th item called `name`: a, a.2, a.3; and a.2.tar.gz.
 std::string nameInTrash(std::string_view name, int count) {
     std::string result(name);
@@ -85,6 +80,12 @@ std::string nameInTrash(std::string_view name, int count) {
 }
 
 }  // namespace
+
+std::string realPathOf(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(path, error);
+    return error ? path : real.string();
+}
 
 std::optional<TrashedItem> TrashedItem::at(const std::string& file) {
     const FileURL url(file);
@@ -133,7 +134,7 @@ bool TrashedItem::writeNote(const std::string& origin) const {
     std::string path = origin;
     if (!m_top.empty()) {
         const FileURL url(origin);
-        const FileURL folder(realPath(url.deletingLastPathComponent().path()));
+        const FileURL folder(realPathOf(url.deletingLastPathComponent().path()));
         const std::string real = folder.appendingPathComponent(url.lastPathComponent()).path();
         const std::string prefix = m_top == "/" ? m_top : m_top + "/";
         path = real.starts_with(prefix) ? real.substr(prefix.size()) : real;
@@ -161,7 +162,11 @@ bool TrashedItem::putBack(const std::string& origin) const {
         // which fails where something is.
         struct stat status = {};
         if (lstat(from, &status) == 0) {
-            back = S_ISDIR(status.st_mode) ? rename(from, to) == 0 : link(from, to) == 0 && unlink(from) == 0;
+            back = S_ISDIR(status.st_mode) ? rename(from, to) == 0 : link(from, to) == 0;
+            if (back && !S_ISDIR(status.st_mode)) {
+                // A name that stays behind is a spare one. Taking the link back could take the last.
+                unlink(from);
+            }
         }
     }
     if (back) {

@@ -8,6 +8,9 @@
 /// What the name of a note of origin has beyond the name of the item it belongs to.
 inline constexpr std::string_view trashNoteSuffix = ".trashinfo";
 
+/// `path` without links and dots; as it is where it leads nowhere.
+[[nodiscard]] std::string realPathOf(const std::string& path);
+
 /// Something that lies in a Trash folder, with the note that says where it came from.
 class TrashedItem {
 public:

@@ -205,7 +205,7 @@ TEST_F(TrashTest, TakesNoBrokenNoteForOneAndWritesItAnew) {
         whole.substr(0, date),
         whole.substr(0, date) + "DeletionDate=2023-13-01T\n",
         "[Trash Info]\n" + whole.substr(date),
-        whole.substr(whole.find("Path=")),
+        "[Other]\n" + whole.substr(whole.find("Path=")),
     };
     for (const std::string& text : broken) {
         std::ofstream(note, std::ios::binary) << text;
@@ -228,6 +228,9 @@ TEST_F(TrashTest, PutsBackOnlyWhereNothingIs) {
         const fs::path file = trash / "files" / each.lastPathComponent();
         const std::optional<TrashedItem> item = TrashedItem::at(file.string());
         ASSERT_TRUE(item);
+        fs::create_directories(each.path());
+        EXPECT_FALSE(item->putBack(each.path())) << "not even an empty folder is replaced";
+        fs::remove(each.path());
         make(std::string(each.lastPathComponent()), "newcomer");
         EXPECT_FALSE(item->putBack(each.path()));
         EXPECT_EQ(contentOf(each.path()), "newcomer");

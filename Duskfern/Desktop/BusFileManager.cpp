@@ -14,8 +14,12 @@ std::string uri(const FileURL& url) {
 }
 
 void openFolders(const std::set<std::string>& folders) {
+    // What this program sets for itself at its start would take the Trash and the network from a file manager.
+    const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
+    g_app_launch_context_unsetenv(context.get(), "GIO_USE_VFS");
+    g_app_launch_context_unsetenv(context.get(), "MESA_SHADER_CACHE_DISABLE");
     for (const std::string& folder : folders) {
-        g_app_info_launch_default_for_uri_async(folder.c_str(), nullptr, nullptr, nullptr, nullptr);
+        g_app_info_launch_default_for_uri_async(folder.c_str(), context.get(), nullptr, nullptr, nullptr);
     }
 }
 

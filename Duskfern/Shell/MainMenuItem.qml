@@ -20,6 +20,7 @@ T.MenuItem {
 
     Accessible.onPressAction: {
         if (root.enabled) {
+            root.menu.dismiss();
             root.triggered();
         }
     }

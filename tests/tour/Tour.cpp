@@ -90,6 +90,7 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
     const QApplication application(argc, argv);
     DuskfernApp::prepareProcess();
     Tour(QApplication::arguments()).run();

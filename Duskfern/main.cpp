@@ -2,6 +2,8 @@
 #include "Desktop/GioTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/QtFolderChooser.h"
+#include "Desktop/SystemVolumes.h"
+#include "Desktop/XdgUserFolders.h"
 #include "Foundation/Dispatch.h"
 #include "Shell/DuskfernApp.h"
 
@@ -20,7 +22,9 @@ int run(int& argc, char** argv) {
     BusFileManager fileManager;
     QtFolderChooser folderChooser;
     PortalColorScheme colorScheme;
-    DuskfernApp duskfern({trash, fileManager, folderChooser, colorScheme});
+    SystemVolumes mountedVolumes;
+    XdgUserFolders userFolders;
+    DuskfernApp duskfern({trash, fileManager, folderChooser, colorScheme, mountedVolumes, userFolders});
     duskfern.show();
     const int code = QApplication::exec();
     if (Dispatch::shutDown(std::chrono::milliseconds(700)) == Dispatch::Finish::stuck) {

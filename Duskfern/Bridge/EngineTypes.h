@@ -3,6 +3,7 @@
 #include "Foundation/Formatters.h"
 #include "SpaceScan/FileCategory.h"
 #include "SpaceScan/ScanStore.h"
+#include "StorageOverview/HomeStore.h"
 
 #include <QtCore/QObject>
 #include <QtQml/QQmlEngine>
@@ -14,6 +15,25 @@ struct ScanStoreType {
     QML_FOREIGN(ScanStore)
     QML_NAMED_ELEMENT(ScanStore)
     QML_UNCREATABLE("The window has one, made at launch")
+};
+
+struct HomeStoreType {
+    Q_GADGET
+    QML_FOREIGN(HomeStore)
+    QML_NAMED_ELEMENT(HomeStore)
+    QML_UNCREATABLE("Each visit to the home screen has one, made for it")
+};
+
+struct VolumeInfoType {
+    Q_GADGET
+    QML_FOREIGN(VolumeInfo)
+    QML_VALUE_TYPE(volumeInfo)
+};
+
+struct StorageCategoryType {
+    Q_GADGET
+    QML_FOREIGN(StorageCategory)
+    QML_VALUE_TYPE(storageCategory)
 };
 
 /// The modes of `ScanStore` under names that QML can reach.

@@ -1,5 +1,6 @@
 import QtQuick
 import Duskfern.Engine
+import Duskfern.Shell
 import Duskfern.SpaceMap
 import Duskfern.Theme
 
@@ -8,10 +9,19 @@ SplitPane {
     id: root
 
     required property ScanStore store
+    required property ScreenStores screens
 
     function focusSearch() {
         root.store.mode = Mode.Space;
         (spaceMap.item as DashboardView).focusSearch();
+    }
+
+    function visit() {
+        if (root.screens.home !== null) {
+            visit.setSource("qrc:/qt/qml/Duskfern/StorageOverview/HomeView.qml", {store: root.screens.home});
+        } else {
+            visit.source = "";
+        }
     }
 
     /// Does nothing unless the screen that shows the selection is in view.
@@ -31,18 +41,41 @@ SplitPane {
         anchors.fill: parent
         store: root.store
     }
-    second: Loader {
-        id: spaceMap
-
-        readonly property bool chosen: root.store.mode === Mode.Space
-
-        active: spaceMap.chosen || spaceMap.item !== null
+    second: Item {
         anchors.fill: parent
-        visible: spaceMap.chosen
 
-        // Bound components cannot be loaded in Qt 6.4.
-        sourceComponent: DashboardView {
-            store: root.store // qmllint disable unqualified
+        // Once shown it is kept.
+        Loader {
+            id: spaceMap
+
+            readonly property bool chosen: root.store.mode === Mode.Space
+
+            active: spaceMap.chosen || spaceMap.item !== null
+            anchors.fill: parent
+            visible: spaceMap.chosen
+
+            // Bound components cannot be loaded in Qt 6.4.
+            sourceComponent: DashboardView {
+                store: root.store // qmllint disable unqualified
+            }
         }
+
+        // Made anew for each visit. The store is handed over once rather than bound, because it goes away after its
+        // screen.
+        Loader {
+            id: visit
+
+            anchors.fill: parent
+
+            Component.onCompleted: root.visit()
+        }
+    }
+
+    Connections {
+        function onChanged() {
+            root.visit();
+        }
+
+        target: root.screens
     }
 }

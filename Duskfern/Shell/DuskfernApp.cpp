@@ -17,6 +17,7 @@ Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ShellPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_SpaceMapPlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_StorageOverviewPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ThemePlugin)
 
 void DuskfernApp::prepareProcess() {
@@ -37,12 +38,14 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     : QObject(parent),
       m_colorScheme(services.colorScheme),
       m_dialogs(services.folderChooser),
-      m_store(m_dialogs, services.trash, services.fileManager) {
+      m_store(m_dialogs, services.trash, services.fileManager),
+      m_screens(m_store, {services.mountedVolumes, services.userFolders}) {
     installAccessibleItems();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QLatin1String(SymbolProvider::name), new SymbolProvider);
     m_engine.setInitialProperties({
         {QStringLiteral("store"), QVariant::fromValue(&m_store)},
+        {QStringLiteral("screens"), QVariant::fromValue(&m_screens)},
         {QStringLiteral("dialogs"), QVariant::fromValue(&m_dialogs)},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Duskfern/Shell/MainWindow.qml")));

@@ -2,6 +2,7 @@
 
 #include "Desktop/ColorScheme.h"
 #include "Desktop/WindowDialogs.h"
+#include "Shell/ScreenStores.h"
 #include "SpaceScan/ScanStore.h"
 
 #include <QtCore/QObject>
@@ -10,9 +11,11 @@
 
 class FileManager;
 class FolderChooser;
+class MountedVolumes;
 class Trash;
+class UserFolders;
 
-/// The application: its one store, its one window, and what connects them to the desktop.
+/// The application: its stores, its one window, and what connects them to the desktop.
 class DuskfernApp : public QObject {
     Q_OBJECT
 
@@ -23,6 +26,8 @@ public:
         FileManager& fileManager;
         FolderChooser& folderChooser;
         ColorScheme& colorScheme;
+        MountedVolumes& mountedVolumes;
+        UserFolders& userFolders;
     };
 
     /// Sets up what concerns the whole process: names, the language of Qt's own texts, numbers in Spanish where the
@@ -47,6 +52,7 @@ private:
     ColorScheme& m_colorScheme;
     WindowDialogs m_dialogs;
     ScanStore m_store;
+    ScreenStores m_screens;
     QQmlApplicationEngine m_engine;
     QQuickWindow* m_window = nullptr;
 };

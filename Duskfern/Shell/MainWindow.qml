@@ -1,6 +1,7 @@
 import QtQuick
 import Duskfern.Desktop
 import Duskfern.Engine
+import Duskfern.Shell
 import Duskfern.Theme
 
 /// The one window: a menu over the sidebar and the screen.
@@ -8,6 +9,7 @@ Window {
     id: root
 
     required property ScanStore store
+    required property ScreenStores screens
     required property WindowDialogs dialogs
 
     /// Whether the desktop asks for dark colours; set from outside.
@@ -71,6 +73,7 @@ Window {
 
             anchors.bottom: parent.bottom
             anchors.top: menu.bottom
+            screens: root.screens
             store: root.store
             width: parent.width
         }

@@ -30,6 +30,8 @@ protected:
             tree.text("fotos/foto " + std::to_string(i) + ".jpg", "");
         }
         chooser.folder = tree.url();
+        userFolders.folders.home = tree.url("no home");
+        userFolders.folders.systemRoot = tree.url("no system");
         app.show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
     }
@@ -53,7 +55,9 @@ protected:
     FakeFileManager fileManager;
     FakeFolderChooser chooser;
     FakeColorScheme colorScheme;
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme}};
+    FakeVolumes volumes;
+    FakeUserFolders userFolders;
+    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders}};
     Driver driver{app.window()};
 };
 

@@ -4,7 +4,9 @@
 #include "Desktop/Dialogs.h"
 #include "Desktop/FileManager.h"
 #include "Desktop/FolderChooser.h"
+#include "Desktop/MountedVolumes.h"
 #include "Desktop/Trash.h"
+#include "Desktop/UserFolders.h"
 
 #include <optional>
 #include <utility>
@@ -62,6 +64,38 @@ struct FakeTrash final : Trash {
 
     std::optional<TrashError> error;
     std::vector<FileURL> moved;
+};
+
+/// Has the volumes that the test says, in its order.
+struct FakeVolumes final : MountedVolumes {
+    [[nodiscard]] std::optional<std::vector<Mount>> visibleMounts() override {
+        ++asked;
+        return mounts;
+    }
+    [[nodiscard]] std::vector<std::optional<VolumeValues>> values(const std::vector<Mount>& of) override {
+        valuesAskedFor = of;
+        return answers;
+    }
+
+    /// One more volume.
+    void add(const std::string& target, const std::optional<VolumeValues>& values) {
+        Mount mount;
+        mount.target = target;
+        mounts->push_back(mount);
+        answers.push_back(values);
+    }
+
+    std::optional<std::vector<Mount>> mounts = std::vector<Mount>();
+    std::vector<std::optional<VolumeValues>> answers;
+    std::vector<Mount> valuesAskedFor;
+    int asked = 0;
+};
+
+/// A home beside a system without applications.
+struct FakeUserFolders final : UserFolders {
+    [[nodiscard]] UserFolderPaths paths() override { return folders; }
+
+    UserFolderPaths folders;
 };
 
 /// Prefers what the test says.

@@ -3,6 +3,8 @@
 // The window, its stores and the walk are the program's own; only the desktop's folder dialog is answered from here,
 // and the Trash is one that takes nothing.
 
+#include "Desktop/SystemVolumes.h"
+#include "Desktop/XdgUserFolders.h"
 #include "Shell/DuskfernApp.h"
 #include "support/Driver.h"
 #include "support/FakeDesktop.h"
@@ -83,7 +85,9 @@ private:
     FakeFileManager m_fileManager;
     FakeFolderChooser m_chooser;
     FakeColorScheme m_scheme;
-    DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_scheme}};
+    SystemVolumes m_volumes;
+    XdgUserFolders m_userFolders;
+    DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_scheme, m_volumes, m_userFolders}};
     Driver m_driver{m_app.window()};
 };
 

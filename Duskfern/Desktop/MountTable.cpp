@@ -1,0 +1,186 @@
+#include "Desktop/MountTable.h"
+
+#include <libmount/libmount.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string_view>
+#include <tuple>
+
+namespace {
+
+using Names = std::string_view;
+
+/// File systems without a local block device, on which people keep files.
+constexpr std::array<Names, 21> disksWithoutDevice{
+    "nfs",    "nfs4",                                       // Unix servers
+    "cifs",   "smb3",     "smbfs",                          // Windows servers
+    "afs",    "ceph",     "coda",   "glusterfs", "lustre",  // file systems spread over servers
+    "beegfs", "orangefs", "davfs",                          // likewise, and WebDAV
+    "9p",     "virtiofs", "vboxsf", "vmhgfs",    "prl_fs",  // folders that the host shares with a virtual machine
+    "zfs",    "bcachefs",                                   // pools of devices
+    "ubifs",                                                // flash memory without a block device
+};
+
+/// What follows "fuse." for file systems that are none of a person's disks.
+constexpr std::array<Names, 22> fuseLayers{
+    "gvfsd-fuse",     "portal",                                      // the desktop's window onto other mounts
+    "lxcfs",          "vmware-vmblock",                              // made up by services
+    "snapfuse",       "squashfuse",     "squashfuse_ll", "fuseiso",  // images
+    "archivemount",   "ratarmount",                                  // archives shown as folders
+    "fuse-overlayfs", "mergerfs",       "unionfs",       "unionfs-fuse", "bindfs",      // other folders, put together
+    "encfs",          "gocryptfs",      "cryfs",         "securefs",     "cppcryptfs",  // another folder, encrypted
+    "rofiles-fuse",   "borgfs",  // another folder, made read-only; a backup's files
+};
+
+/// Image formats that package and live systems mount.
+constexpr std::array<Names, 3> imageTypes{"squashfs", "erofs", "cramfs"};
+
+/// Where the system mounts what it needs for itself.
+constexpr std::array<Names, 11> systemPlaces{
+    "/boot",        "/efi",                             // what the machine starts from
+    "/run",         "/dev",           "/proc", "/sys",  // the running system's state
+    "/snap",        "/var/lib/snapd",                   // programs as images
+    "/lib/live",    "/usr/lib/live",                    // the medium of a live system
+    "/usr/lib/wsl",                                     // drivers of the host
+};
+
+/// Where people's disks and images are mounted.
+constexpr std::array<Names, 3> mediaPlaces{"/run/media", "/media", "/mnt"};
+
+bool contains(const auto& names, Names name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool isIn(Names path, Names folder) {
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+bool isInAny(Names path, const auto& folders) {
+    return std::any_of(folders.begin(), folders.end(), [&](Names folder) { return isIn(path, folder); });
+}
+
+bool isOnDevice(const Mount& mount) {
+    return mount.source.starts_with("/dev/") && mount.source != "/dev/fuse";
+}
+
+bool isFuseDisk(const Mount& mount) {
+    if (mount.type == "fuse") {
+        return true;
+    }
+    const Names type = mount.type;
+    return type.starts_with("fuse.") && !type.ends_with(".AppImage") && !contains(fuseLayers, type.substr(5));
+}
+
+bool isDisk(const Mount& mount, const std::function<bool(const std::string&)>& isFolder) {
+    if (mount.target == "/") {
+        return true;
+    }
+    const bool wherePeopleMount = isInAny(mount.target, mediaPlaces);
+    if (mount.type == "autofs" || mount.target.starts_with("/tmp/.mount_") ||
+        (!wherePeopleMount && (isInAny(mount.target, systemPlaces) || contains(imageTypes, mount.type)))) {
+        return false;
+    }
+    if (isOnDevice(mount)) {
+        return mount.root == "/" || isFolder(mount.target);
+    }
+    return contains(disksWithoutDevice, mount.type) || isFuseDisk(mount);
+}
+
+/// What makes two rows the same file system. The datasets of a pool have one device number each, and mounting a
+/// server's folder twice may give it two.
+std::string shared(const Mount& mount) {
+    if (mount.type == "zfs") {
+        return "zfs " + mount.source.substr(0, mount.source.find('/'));
+    }
+    return isOnDevice(mount) || mount.type.starts_with("fuse") ? std::string() : mount.type + ' ' + mount.source;
+}
+
+bool isSameFileSystem(const Mount& a, const Mount& b) {
+    return a.device == b.device || (!shared(a).empty() && shared(a) == shared(b));
+}
+
+/// Whether `a` says better than `b` where their file system is.
+bool isBetter(const Mount& a, const Mount& b) {
+    const auto rank = [](const Mount& mount) {
+        return std::tuple(mount.target != "/", mount.root != "/", mount.isMarkedHidden, mount.target.size());
+    };
+    return rank(a) < rank(b);
+}
+
+struct FreeTable {
+    void operator()(libmnt_table* table) const { mnt_unref_table(table); }
+    void operator()(libmnt_iter* iterator) const { mnt_free_iter(iterator); }
+};
+
+std::unique_ptr<libmnt_table, FreeTable> emptyTable() {
+    std::unique_ptr<libmnt_table, FreeTable> table(mnt_new_table());
+    // A line that makes no sense is passed over.
+    mnt_table_set_parser_errcb(table.get(), [](libmnt_table*, const char*, int) { return 1; });
+    return table;
+}
+
+bool hasHideOption(const char* options) {
+    return options != nullptr && mnt_optstr_get_option(options, "x-gvfs-hide", nullptr, nullptr) == 0;
+}
+
+std::string text(const char* bytes) {
+    return bytes == nullptr ? std::string() : bytes;
+}
+
+}  // namespace
+
+std::optional<std::vector<Mount>> readMountTable(const char* mountinfo, const char* fstab) {
+    const auto table = emptyTable();
+    const int failure = mountinfo == nullptr ? mnt_table_parse_mtab(table.get(), nullptr)
+                                             : mnt_table_parse_file(table.get(), mountinfo);
+    if (failure != 0) {
+        return std::nullopt;
+    }
+    const auto noted = emptyTable();
+    mnt_table_parse_fstab(noted.get(), fstab);
+    const std::unique_ptr<libmnt_iter, FreeTable> iterator(mnt_new_iter(MNT_ITER_FORWARD));
+    std::vector<Mount> mounts;
+    libmnt_fs* row = nullptr;
+    while (mnt_table_next_fs(table.get(), iterator.get(), &row) == 0) {
+        Mount mount;
+        mount.id = mnt_fs_get_id(row);
+        mount.device = mnt_fs_get_devno(row);
+        mount.root = text(mnt_fs_get_root(row));
+        mount.target = text(mnt_fs_get_target(row));
+        mount.type = text(mnt_fs_get_fstype(row));
+        mount.source = text(mnt_fs_get_source(row));
+        libmnt_fs* const note = mnt_table_find_target(noted.get(), mount.target.c_str(), MNT_ITER_FORWARD);
+        mount.isMarkedHidden = hasHideOption(mnt_fs_get_options(row)) || hasHideOption(mnt_fs_get_user_options(row)) ||
+                               (note != nullptr && hasHideOption(mnt_fs_get_options(note)));
+        mounts.push_back(std::move(mount));
+    }
+    return mounts;
+}
+
+std::vector<Mount> visibleMounts(const std::vector<Mount>& table,
+                                 const std::function<bool(const std::string&)>& isFolder) {
+    std::vector<const Mount*> disks;
+    for (const Mount& mount : table) {
+        // A later mount covers what was mounted there, or further below, before.
+        std::erase_if(disks, [&](const Mount* earlier) {
+            return mount.target == "/" ? earlier->target == "/" : isIn(earlier->target, mount.target);
+        });
+        if (isDisk(mount, isFolder)) {
+            disks.push_back(&mount);
+        }
+    }
+    std::vector<Mount> visible;
+    for (const Mount* disk : disks) {
+        const bool isBest = std::none_of(disks.begin(), disks.end(), [&](const Mount* other) {
+            return other != disk && isSameFileSystem(*other, *disk) && isBetter(*other, *disk);
+        });
+        const bool isFirst = std::none_of(visible.begin(), visible.end(),
+                                          [&](const Mount& other) { return isSameFileSystem(other, *disk); });
+        if (isBest && isFirst && (!disk->isMarkedHidden || disk->target == "/")) {
+            visible.push_back(*disk);
+        }
+    }
+    return visible;
+}

@@ -1,0 +1,147 @@
+#include "StorageOverview/StorageOverviewScanner.h"
+
+#include "Foundation/AllocatedSize.h"
+#include "Foundation/CheckedSum.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+namespace StorageOverviewScanner {
+
+namespace {
+
+/// One folder that is measured for a kind. The first that applies of these says where it is.
+struct FolderRow {
+    StorageKind kind;
+    const char* inHome = nullptr;                            ///< Every home's folder of that name.
+    std::optional<FileURL> UserFolderPaths::*own = nullptr;  ///< The folder the user named for it.
+    const char* inSystem = nullptr;                          ///< A folder for all users.
+    enum class Claim { always, ifFree } claim = Claim::ifFree;
+};
+
+/// In the order in which they are measured. Those marked `always` are measured whatever the others are.
+constexpr auto always = FolderRow::Claim::always;
+constexpr std::array folderRows{
+    FolderRow{.kind = StorageKind::music, .inHome = "Music", .claim = always},
+    FolderRow{.kind = StorageKind::music, .own = &UserFolderPaths::music},
+    FolderRow{.kind = StorageKind::videos, .inHome = "Movies", .claim = always},
+    FolderRow{.kind = StorageKind::videos, .own = &UserFolderPaths::videos},
+    FolderRow{.kind = StorageKind::images, .inHome = "Pictures", .claim = always},
+    FolderRow{.kind = StorageKind::images, .own = &UserFolderPaths::pictures},
+    FolderRow{.kind = StorageKind::documents, .inHome = "Documents", .claim = always},
+    FolderRow{.kind = StorageKind::documents, .inHome = "Desktop", .claim = always},
+    FolderRow{.kind = StorageKind::documents, .own = &UserFolderPaths::documents},
+    FolderRow{.kind = StorageKind::documents, .own = &UserFolderPaths::desktop},
+    FolderRow{.kind = StorageKind::downloads, .inHome = "Downloads", .claim = always},
+    FolderRow{.kind = StorageKind::downloads, .own = &UserFolderPaths::downloads},
+    FolderRow{.kind = StorageKind::applications, .inSystem = "Applications", .claim = always},
+    FolderRow{.kind = StorageKind::applications, .inHome = "Applications", .claim = always},
+    FolderRow{.kind = StorageKind::applications, .inSystem = "opt"},
+    // Flatpak's store holds the same files a second time, by hard links.
+    FolderRow{.kind = StorageKind::applications, .inSystem = "var/lib/flatpak/app"},
+    FolderRow{.kind = StorageKind::applications, .inSystem = "var/lib/flatpak/runtime"},
+    FolderRow{.kind = StorageKind::applications, .inSystem = "var/lib/snapd/snaps"},
+    FolderRow{.kind = StorageKind::applications, .inHome = ".local/share/flatpak/app"},
+    FolderRow{.kind = StorageKind::applications, .inHome = ".local/share/flatpak/runtime"},
+};
+
+std::optional<FileURL> locate(const FolderRow& row, const UserFolderPaths& paths) {
+    if (row.inHome != nullptr) {
+        return paths.home.appendingPathComponent(row.inHome);
+    }
+    if (row.inSystem != nullptr) {
+        return paths.systemRoot.appendingPathComponent(row.inSystem);
+    }
+    return paths.*row.own;
+}
+
+/// The path without links; empty where it leads nowhere.
+std::string realPath(const FileURL& url) {
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(url.path().c_str(), nullptr), &std::free);
+    return path ? path.get() : std::string();
+}
+
+bool isIn(const std::string& path, const std::string& folder) {
+    return folder == "/" || (path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/'));
+}
+
+}  // namespace
+
+std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
+    const std::vector<Mount> mounts = mounted.visibleMounts().value_or(std::vector{Mount{}});
+    const std::vector<std::optional<VolumeValues>> values = mounted.values(mounts);
+    std::vector<VolumeInfo> volumes;
+    for (std::size_t i = 0; i < mounts.size(); ++i) {
+        if (!values[i] || values[i]->total.value_or(0) <= 0) {
+            continue;
+        }
+        const FileURL url(mounts[i].target);
+        const std::int64_t available =
+            values[i]->availableCapacityForImportantUsage.value_or(values[i]->available.value_or(0));
+        VolumeInfo& volume = volumes.emplace_back();
+        volume.url = url;
+        volume.name = values[i]->name.value_or(displayText(url.lastPathComponent()));
+        volume.total = *values[i]->total;
+        volume.available = std::max<std::int64_t>(0, available);
+    }
+    std::stable_partition(volumes.begin(), volumes.end(),
+                          [](const VolumeInfo& volume) { return volume.isStartupDisk(); });
+    return volumes;
+}
+
+std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths) {
+    std::vector<std::string> taken{};
+    for (const FolderRow& row : folderRows) {
+        if (row.claim == always) {
+            taken.push_back(realPath(*locate(row, paths)));
+        }
+    }
+    const std::string home = realPath(paths.home);
+    std::vector<std::vector<FileURL>> groups(StorageKinds::allCases.size() - 1);
+    for (const FolderRow& row : folderRows) {
+        const std::optional<FileURL> url = locate(row, paths);
+        if (!url) {
+            continue;
+        }
+        if (row.claim != always) {
+            // A purpose that is switched off is written as the home folder.
+            const std::string path = realPath(*url);
+            const bool overlaps = std::any_of(taken.begin(), taken.end(), [&](const std::string& other) {
+                return !other.empty() && (isIn(path, other) || isIn(other, path));
+            });
+            if (path.empty() || isIn(home, path) || overlaps) {
+                continue;
+            }
+            taken.push_back(path);
+        }
+        groups[static_cast<std::size_t>(row.kind)].push_back(*url);
+    }
+    return groups;
+}
+
+StorageCategories categories(const std::optional<VolumeInfo>& mainVolume, const UserFolderPaths& paths,
+                             const std::stop_token& stop) {
+    StorageCategories categories;
+    std::int64_t counted = 0;
+    for (const std::vector<FileURL>& group : folderGroups(paths)) {
+        StorageCategory& category = categories.emplace_back();
+        category.kind = StorageKinds::allCases.at(categories.size() - 1);
+        for (const FileURL& folder : group) {
+            category.size = checkedSum(category.size, allocatedSize(folder, stop));
+        }
+        counted = checkedSum(counted, category.size);
+    }
+    const std::int64_t used = mainVolume ? mainVolume->used() : 0;
+    StorageCategory& rest = categories.emplace_back();
+    rest.kind = StorageKind::system;
+    rest.size = std::max<std::int64_t>(0, checkedDifference(used, counted));
+    return categories;
+}
+
+std::int64_t allocatedSize(const FileURL& url, const std::stop_token& stop) {
+    return allocatedSizeBelow(
+        url, [](std::string_view) { return true; }, stop);
+}
+
+}  // namespace StorageOverviewScanner

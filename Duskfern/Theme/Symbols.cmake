@@ -23,7 +23,7 @@ set(DUSKFERN_SYMBOLS
     internaldrive.fill             device-hdd-fill            # The bare disk: built in.
     externaldrive.fill             hdd-fill                   # A disk in its box: also a share or a second partition.
     music.note                     music-note-beamed          # A single note looks lost in a tile of this size.
-    film.fill                      camera-reels-fill          # The film strip exists in outline only.
+    film.fill                      film                       # There is no filled film strip; the outline reads well.
     arrow.down.circle.fill         arrow-down-circle-fill
     square.grid.2x2.fill           grid-3x3-gap-fill          # As launchers show applications; grid-fill is the map.
     gearshape.2.fill               gear-fill

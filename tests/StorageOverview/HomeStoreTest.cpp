@@ -1,0 +1,119 @@
+#include "Foundation/Dispatch.h"
+#include "StorageOverview/CategoryMeasurement.h"
+#include "StorageOverview/HomeStore.h"
+#include "support/FakeDesktop.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+
+namespace {
+
+/// Runs the event loop until `condition` holds; false if it does not within twenty seconds.
+bool waitUntil(const std::function<bool()>& condition) {
+    const QDeadlineTimer deadline(20'000);
+    while (!condition() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+    return condition();
+}
+
+/// Counts how often the folders were about to be walked.
+struct CountingFolders final : UserFolders {
+    [[nodiscard]] UserFolderPaths paths() override {
+        ++asked;
+        return folders;
+    }
+
+    UserFolderPaths folders;
+    int asked = 0;
+};
+
+class HomeStoreTest : public testing::Test {
+protected:
+    HomeStoreTest() {
+        tree.file("home/Music/a", 4096);
+        folders.folders.home = tree.url("home");
+        folders.folders.systemRoot = tree.url("system");
+        volumes.add("/", VolumeValues{QStringLiteral("Disco"), 100 * 4096, {}, 40 * 4096});
+    }
+
+    [[nodiscard]] std::unique_ptr<HomeStore> store() { return std::make_unique<HomeStore>(volumes, measurement); }
+
+    TemporaryFolder tree;
+    FakeVolumes volumes;
+    CountingFolders folders;
+    CategoryMeasurement measurement{folders};
+};
+
+TEST_F(HomeStoreTest, ShowsTheVolumesAtOnceAndTheKindsLater) {
+    const auto home = store();
+    EXPECT_TRUE(home->volumes().empty());
+    ASSERT_EQ(home->categories().size(), 7U);
+    EXPECT_EQ(home->categories()[0], (StorageCategory{StorageKind::music, 0}));
+    EXPECT_FALSE(home->isScanning());
+
+    bool idleWithOldKinds = false;
+    QObject::connect(home.get(), &HomeStore::isScanningChanged, [&] {
+        idleWithOldKinds = idleWithOldKinds || (!home->isScanning() && home->categories()[0].size == 0);
+    });
+    home->refresh();
+    home->refresh();
+    EXPECT_EQ(home->volumes().size(), 1U);
+    EXPECT_TRUE(home->isScanning());
+    EXPECT_EQ(home->categories()[0].size, 0);
+    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
+    EXPECT_EQ(home->categories()[0].size, 4096);
+    EXPECT_EQ(home->categories()[6].size, 59 * 4096);
+    EXPECT_FALSE(idleWithOldKinds);
+    EXPECT_EQ(volumes.asked, 1);
+    EXPECT_EQ(folders.asked, 1);
+
+    // The old kinds stay until the new have come.
+    tree.file("home/Music/b", 4096);
+    home->refresh();
+    EXPECT_EQ(home->categories()[0].size, 4096);
+    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
+    EXPECT_EQ(home->categories()[0].size, 2 * 4096);
+}
+
+TEST_F(HomeStoreTest, NeedsNoVolume) {
+    volumes.mounts->clear();
+    volumes.answers.clear();
+    const auto home = store();
+    home->refresh();
+    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
+    EXPECT_TRUE(home->volumes().empty());
+    EXPECT_EQ(home->categories()[0].size, 4096);
+    EXPECT_EQ(home->categories()[6].size, 0);
+}
+
+TEST_F(HomeStoreTest, AMeasurementOutlivesItsStoreAndIsJoinedByTheNext) {
+    for (int visit = 0; visit < 50; ++visit) {
+        const auto home = store();
+        home->refresh();
+    }
+    EXPECT_EQ(folders.asked, 1);
+    const auto home = store();
+    home->refresh();
+    EXPECT_EQ(folders.asked, 1);
+    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
+    EXPECT_EQ(home->categories()[0].size, 4096);
+    home->refresh();
+    EXPECT_EQ(folders.asked, 2);
+    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
+}
+
+TEST_F(HomeStoreTest, AMeasurementThatNobodyWaitsForEndsWithoutHarm) {
+    auto own = std::make_unique<CategoryMeasurement>(folders);
+    bool answered = false;
+    own->request(std::nullopt, [&](const StorageCategories&) { answered = true; });
+    own.reset();
+    bool later = false;
+    measurement.request(std::nullopt, [&](const StorageCategories&) { later = true; });
+    ASSERT_TRUE(waitUntil([&] { return later; }));
+    EXPECT_FALSE(answered);
+}
+
+}  // namespace

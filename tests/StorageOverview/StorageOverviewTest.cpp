@@ -1,0 +1,176 @@
+#include "StorageOverview/StorageOverviewScanner.h"
+#include "support/FakeDesktop.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <limits>
+
+namespace {
+
+constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+
+VolumeInfo volume(std::int64_t total, std::int64_t available) {
+    VolumeInfo info;
+    info.total = total;
+    info.available = available;
+    return info;
+}
+
+TEST(VolumeInfo, TellsHowFullItIs) {
+    struct Row {
+        std::int64_t total, available, used;
+        double fraction;
+        std::int64_t percent;
+    };
+    const Row rows[] = {
+        {1000, 521, 479, 0.479, 47}, {1000, 1, 999, 0.999, 99}, {1000, 0, 1000, 1, 100},
+        {500, 600, 0, 0, 0},         {0, 0, 0, 0, 0},           {-5, -10, 5, 0, 0},
+        {most, 0, most, 1, 100},
+    };
+    for (const Row& row : rows) {
+        const VolumeInfo info = volume(row.total, row.available);
+        EXPECT_EQ(info.used(), row.used) << row.total;
+        EXPECT_DOUBLE_EQ(info.usedFraction(), row.fraction) << row.total;
+        EXPECT_EQ(info.usedPercent(), row.percent) << row.total;
+    }
+    EXPECT_DEATH((void)volume(most, -1).used(), "64 bits");
+}
+
+TEST(StorageOverviewScanner, MakesVolumesOfWhatCanBeRead) {
+    FakeVolumes mounted;
+    const QString name = QStringLiteral("Copias");
+    mounted.add("/media/Backup", VolumeValues{{}, 1000, {}, 400});
+    mounted.add("/unreadable", std::nullopt);
+    mounted.add("/no capacity", VolumeValues{name, {}, {}, 1});
+    mounted.add("/empty", VolumeValues{name, 0, {}, 0});
+    mounted.add("/", VolumeValues{name, 500, 200, 150});
+    mounted.add("/data", VolumeValues{QString(), 7, {}, -3});
+    mounted.add("/more", VolumeValues{name, 8, {}, {}});
+    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes(mounted);
+    ASSERT_EQ(volumes.size(), 4U);
+    EXPECT_EQ(volumes[0], (VolumeInfo{FileURL("/"), name, 500, 200})) << "first, whatever the order";
+    EXPECT_EQ(volumes[1], (VolumeInfo{FileURL("/media/Backup"), QStringLiteral("Backup"), 1000, 400}));
+    EXPECT_EQ(volumes[2], (VolumeInfo{FileURL("/data"), QString(), 7, 0})) << "an empty name is a name";
+    EXPECT_EQ(volumes[3], (VolumeInfo{FileURL("/more"), name, 8, 0}));
+}
+
+TEST(StorageOverviewScanner, AsksForTheRootAloneWhenTheSystemListsNothing) {
+    FakeVolumes mounted;
+    EXPECT_TRUE(StorageOverviewScanner::volumes(mounted).empty());
+    mounted.mounts.reset();
+    mounted.answers = {VolumeValues{{}, 10, {}, 4}};
+    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes(mounted);
+    ASSERT_EQ(volumes.size(), 1U);
+    EXPECT_TRUE(volumes[0].isStartupDisk());
+    mounted.answers = {std::nullopt};
+    EXPECT_TRUE(StorageOverviewScanner::volumes(mounted).empty());
+}
+
+TEST(StorageKinds, HaveTheirNamesBothWays) {
+    const char* const names[] = {"Música",    "Vídeos",       "Imágenes",       "Documentos",
+                                 "Descargas", "Aplicaciones", "Sistema y otros"};
+    for (const StorageKind kind : StorageKinds::allCases) {
+        const QString name = QString::fromUtf8(names[static_cast<int>(kind)]);
+        EXPECT_EQ(StorageKinds::rawValue(kind), name);
+        EXPECT_EQ(StorageKinds::fromRawValue(name), kind);
+    }
+    EXPECT_EQ(StorageKinds::fromRawValue(QStringLiteral("música")), std::nullopt);
+}
+
+class Home : public testing::Test {
+protected:
+    Home() {
+        paths.home = tree.url("home");
+        paths.systemRoot = tree.url("system");
+    }
+
+    /// The sizes of the kinds in blocks of 4096 bytes, the last being what is left of `used` such blocks.
+    std::vector<std::int64_t> blocks(std::int64_t used = 1000) const {
+        std::vector<std::int64_t> sizes;
+        for (const StorageCategory& category : StorageOverviewScanner::categories(volume(used * 4096, 0), paths)) {
+            EXPECT_EQ(category.size % 4096, 0);
+            sizes.push_back(category.size / 4096);
+        }
+        return sizes;
+    }
+
+    using Sizes = std::vector<std::int64_t>;
+    TemporaryFolder tree;
+    UserFolderPaths paths;
+};
+
+TEST_F(Home, WithoutFoldersIsAllSystem) {
+    EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 0, 0, 0, 1000}));
+    const StorageCategories withoutVolume = StorageOverviewScanner::categories(std::nullopt, paths);
+    ASSERT_EQ(withoutVolume.size(), 7U);
+    for (std::size_t i = 0; i < withoutVolume.size(); ++i) {
+        EXPECT_EQ(withoutVolume[i], (StorageCategory{StorageKinds::allCases.at(i), 0}));
+    }
+}
+
+TEST_F(Home, IsMeasuredByKind) {
+    const char* const folders[] = {"home/Music/a",
+                                   "home/Movies/a",
+                                   "home/Pictures/a",
+                                   "home/Documents/a",
+                                   "home/Desktop/a",
+                                   "home/Downloads/a",
+                                   "home/Applications/a",
+                                   "system/Applications/a",
+                                   "system/opt/a",
+                                   "system/var/lib/flatpak/app/a",
+                                   "system/var/lib/flatpak/runtime/a",
+                                   "system/var/lib/snapd/snaps/a",
+                                   "home/.local/share/flatpak/app/a",
+                                   "home/.local/share/flatpak/runtime/a",
+                                   "home/Elsewhere/a",
+                                   "system/var/lib/flatpak/repo/a"};
+    std::int64_t size = 1;
+    for (const char* const file : folders) {
+        tree.file(file, size * 4096);
+        size *= 2;
+    }
+    const std::int64_t applications = 64 + 128 + 256 + 512 + 1024 + 2048 + 4096 + 8192;
+    EXPECT_EQ(blocks(20'000), (Sizes{1, 2, 4, 8 + 16, 32, applications, 20'000 - 63 - applications}));
+    EXPECT_EQ(blocks(100), (Sizes{1, 2, 4, 24, 32, applications, 0})) << "never below nothing";
+}
+
+TEST_F(Home, CountsAPlaceOnceAndTheFirstKindWins) {
+    tree.file("home/Music/a", 4096);
+    tree.file("home/Música/a", 2 * 4096);
+    tree.file("home/Documents/Imágenes/a", 4 * 4096);
+    tree.file("disk/vídeos/a", 8 * 4096);
+    tree.file("disk/vídeos/clips/a", 16 * 4096);
+    tree.file("home/.local/share/flatpak/app/a", 32 * 4096);
+    tree.link("home/Vídeos", tree.path("disk/vídeos"));
+    paths.music = tree.url("home/Música");
+    paths.videos = tree.url("home/Vídeos");                // a link to another disk
+    paths.pictures = tree.url("home/Documents/Imágenes");  // inside a folder that is measured anyway
+    paths.documents = paths.home;                          // switched off
+    paths.desktop = tree.url("disk/vídeos/clips");         // inside what an earlier kind has
+    paths.downloads = tree.url("disk");                    // around it
+    EXPECT_EQ(blocks(), (Sizes{3, 24, 0, 4, 0, 32, 1000 - 63}));
+    paths.music = tree.url();  // around the home
+    paths.downloads = tree.url("missing");
+    EXPECT_EQ(blocks(), (Sizes{1, 24, 0, 4, 0, 32, 1000 - 61}));
+}
+
+TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {
+    tree.file("home/Documents/Report.app/inside", 4096);
+    tree.file("home/Documents/.hidden file", 2 * 4096);
+    tree.file("home/Documents/.git/object", 4 * 4096);
+    tree.file("big", 8 * 4096);
+    tree.link("home/Documents/link", tree.path("big"));
+    tree.file("home/Documents/twice", 16 * 4096);
+    ASSERT_EQ(link(tree.path("home/Documents/twice").c_str(), tree.path("home/Documents/again").c_str()), 0);
+    tree.file("home/Documents/b\xFF\n\u202E", 64 * 4096);
+    tree.fifo("home/Documents/pipe");
+    tree.text("home/Downloads", "a file where a folder should be");
+    EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 1 + 32 + 64, 0, 0, 1000 - 97}));
+    EXPECT_EQ(StorageOverviewScanner::allocatedSize(tree.url("big")), 0) << "a file has nothing below it";
+    EXPECT_EQ(StorageOverviewScanner::allocatedSize(tree.url("home/Documents/.git")), 4 * 4096) << "asked for by name";
+}
+
+}  // namespace

@@ -47,6 +47,13 @@ Flickable {
         view: root
     }
 
+    FocusRing {
+        cornerRadius: 4
+        inset: 0
+        parent: root
+        shown: root.activeFocus
+    }
+
     // Asking the disks may take a moment; the window is there first.
     Connections {
         enabled: !root.appeared

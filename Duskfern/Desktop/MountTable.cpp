@@ -53,12 +53,8 @@ bool contains(const auto& names, Names name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-bool isIn(Names path, Names folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 bool isInAny(Names path, const auto& folders) {
-    return std::any_of(folders.begin(), folders.end(), [&](Names folder) { return isIn(path, folder); });
+    return std::any_of(folders.begin(), folders.end(), [&](Names folder) { return isAtOrBelow(path, folder); });
 }
 
 bool isOnDevice(const Mount& mount) {
@@ -165,7 +161,7 @@ std::vector<Mount> visibleMounts(const std::vector<Mount>& table,
     for (const Mount& mount : table) {
         // A later mount covers what was mounted there, or further below, before.
         std::erase_if(disks, [&](const Mount* earlier) {
-            return mount.target == "/" ? earlier->target == "/" : isIn(earlier->target, mount.target);
+            return mount.target == "/" ? earlier->target == "/" : isAtOrBelow(earlier->target, mount.target);
         });
         if (isDisk(mount, isFolder)) {
             disks.push_back(&mount);

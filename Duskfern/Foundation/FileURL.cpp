@@ -27,6 +27,10 @@ FileURL FileURL::appendingPathComponent(std::string_view name) const {
     return FileURL(path.append(name));
 }
 
+bool isAtOrBelow(std::string_view path, std::string_view folder) {
+    return folder == "/" || (path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/'));
+}
+
 QString displayText(std::string_view bytes) {
     QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
     for (QChar& character : text) {

@@ -33,6 +33,9 @@ private:
     std::string m_path = "/";
 };
 
+/// Whether the absolute `path` is that of `folder` or of something below it.
+[[nodiscard]] bool isAtOrBelow(std::string_view path, std::string_view folder);
+
 /// What the screens show of bytes that name a file: UTF-8, with U+FFFD in place of what is not UTF-8, of control
 /// characters (a line break in a name must not break a row) and of the marks that turn the direction of the text
 /// around (they would let a name pretend to be another one).

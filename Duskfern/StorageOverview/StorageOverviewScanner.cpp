@@ -13,7 +13,7 @@ namespace {
 
 /// One folder that is measured for a kind. The first that applies of these says where it is.
 struct FolderRow {
-    StorageKind kind;
+    StorageKind kind = StorageKind::system;
     const char* inHome = nullptr;                            ///< Every home's folder of that name.
     std::optional<FileURL> UserFolderPaths::*own = nullptr;  ///< The folder the user named for it.
     const char* inSystem = nullptr;                          ///< A folder for all users.
@@ -62,10 +62,6 @@ std::string realPath(const FileURL& url) {
     return path ? path.get() : std::string();
 }
 
-bool isIn(const std::string& path, const std::string& folder) {
-    return folder == "/" || (path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/'));
-}
-
 }  // namespace
 
 std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
@@ -105,15 +101,15 @@ std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths) {
             continue;
         }
         if (row.claim != always) {
-            // A purpose that is switched off is written as the home folder.
-            const std::string path = realPath(*url);
+            const std::string place = realPath(*url);
             const bool overlaps = std::any_of(taken.begin(), taken.end(), [&](const std::string& other) {
-                return !other.empty() && (isIn(path, other) || isIn(other, path));
+                return !other.empty() && (isAtOrBelow(place, other) || isAtOrBelow(other, place));
             });
-            if (path.empty() || isIn(home, path) || overlaps) {
+            // A purpose that is switched off is written as the home folder.
+            if (place.empty() || isAtOrBelow(home, place) || overlaps) {
                 continue;
             }
-            taken.push_back(path);
+            taken.push_back(place);
         }
         groups[static_cast<std::size_t>(row.kind)].push_back(*url);
     }

@@ -1,4 +1,5 @@
 #include "Desktop/BusFileManager.h"
+#include "Desktop/DesktopApplications.h"
 #include "Desktop/GioTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/QtFolderChooser.h"
@@ -11,6 +12,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -24,7 +26,8 @@ int run(int& argc, char** argv) {
     PortalColorScheme colorScheme;
     SystemVolumes mountedVolumes;
     XdgUserFolders userFolders;
-    DuskfernApp duskfern({trash, fileManager, folderChooser, colorScheme, mountedVolumes, userFolders});
+    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(userFolders.paths()));
+    DuskfernApp duskfern({trash, fileManager, folderChooser, colorScheme, mountedVolumes, userFolders, applications});
     duskfern.show();
     const int code = QApplication::exec();
     if (Dispatch::shutDown(std::chrono::milliseconds(700)) == Dispatch::Finish::stuck) {

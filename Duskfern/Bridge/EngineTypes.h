@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Formatters.h"
+#include "JunkCleaner/JunkStore.h"
 #include "SpaceScan/FileCategory.h"
 #include "SpaceScan/ScanStore.h"
 #include "StorageOverview/HomeStore.h"
@@ -22,6 +23,13 @@ struct HomeStoreType {
     QML_FOREIGN(HomeStore)
     QML_NAMED_ELEMENT(HomeStore)
     QML_UNCREATABLE("Each visit to the home screen has one, made for it")
+};
+
+struct JunkStoreType {
+    Q_GADGET
+    QML_FOREIGN(JunkStore)
+    QML_NAMED_ELEMENT(JunkStore)
+    QML_UNCREATABLE("Each visit to the screen has one, made for it")
 };
 
 struct VolumeInfoType {

@@ -82,9 +82,7 @@ std::string nameInTrash(std::string_view name, int count) {
 }  // namespace
 
 std::string realPathOf(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path real = std::filesystem::canonical(path, error);
-    return error ? path : real.string();
+    return realPath(FileURL(path)).value_or(path);
 }
 
 std::optional<TrashedItem> TrashedItem::at(const std::string& file) {

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// Where a user keeps things.
+/// Where a user and the user's programs keep things.
 struct UserFolderPaths {
     FileURL home;
     FileURL systemRoot;  ///< Where the system's own folders begin: "/".
@@ -16,6 +16,13 @@ struct UserFolderPaths {
     std::optional<FileURL> documents;
     std::optional<FileURL> desktop;
     std::optional<FileURL> downloads;
+
+    /// Where programs keep things for the user; "/" where that is not known.
+    FileURL cacheHome;
+    FileURL stateHome;
+    FileURL dataHome;
+    FileURL configHome;
+    FileURL temporary;
 };
 
 /// The user's folders as the desktop knows them.

@@ -2,6 +2,8 @@
 
 #include "Desktop/GioSupport.h"
 
+#include <cstdlib>
+
 namespace {
 
 std::optional<FileURL> named(GUserDirectory directory) {
@@ -9,13 +11,20 @@ std::optional<FileURL> named(GUserDirectory directory) {
     return path != nullptr && path[0] == '/' ? std::optional(FileURL(path)) : std::nullopt;
 }
 
+/// The folder that a variable names; a path that is not absolute names none.
+FileURL fromEnvironment(const char* variable, const FileURL& fallback) {
+    const char* const path = std::getenv(variable);
+    return path != nullptr && path[0] == '/' ? FileURL(path) : fallback;
+}
+
 }  // namespace
 
 UserFolderPaths XdgUserFolders::paths() {
     g_reload_user_special_dirs_cache();
-    const char* const home = g_get_home_dir();
+    const char* const homePath = g_get_home_dir();
+    const FileURL home(homePath != nullptr && homePath[0] == '/' ? homePath : "/");
     return {
-        .home = FileURL(home != nullptr && home[0] == '/' ? home : "/"),
+        .home = home,
         .systemRoot = FileURL("/"),
         .music = named(G_USER_DIRECTORY_MUSIC),
         .videos = named(G_USER_DIRECTORY_VIDEOS),
@@ -23,5 +32,10 @@ UserFolderPaths XdgUserFolders::paths() {
         .documents = named(G_USER_DIRECTORY_DOCUMENTS),
         .desktop = named(G_USER_DIRECTORY_DESKTOP),
         .downloads = named(G_USER_DIRECTORY_DOWNLOAD),
+        .cacheHome = fromEnvironment("XDG_CACHE_HOME", home.appendingPathComponent(".cache")),
+        .stateHome = fromEnvironment("XDG_STATE_HOME", home.appendingPathComponent(".local/state")),
+        .dataHome = fromEnvironment("XDG_DATA_HOME", home.appendingPathComponent(".local/share")),
+        .configHome = fromEnvironment("XDG_CONFIG_HOME", home.appendingPathComponent(".config")),
+        .temporary = fromEnvironment("TMPDIR", FileURL("/tmp")),
     };
 }

@@ -1,5 +1,7 @@
 #include "Foundation/FileURL.h"
 
+#include <cstdlib>
+#include <memory>
 #include <utility>
 
 FileURL::FileURL(std::string path) : m_path(std::move(path)) {
@@ -25,6 +27,11 @@ FileURL FileURL::appendingPathComponent(std::string_view name) const {
         path += '/';
     }
     return FileURL(path.append(name));
+}
+
+std::optional<std::string> realPath(const FileURL& url) {
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(url.path().c_str(), nullptr), &std::free);
+    return path ? std::optional<std::string>(path.get()) : std::nullopt;
 }
 
 bool isAtOrBelow(std::string_view path, std::string_view folder) {

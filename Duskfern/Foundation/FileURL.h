@@ -4,6 +4,7 @@
 
 #include <compare>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ public:
 private:
     std::string m_path = "/";
 };
+
+/// The location without links and dots; nothing where it leads nowhere. Asks the disk.
+[[nodiscard]] std::optional<std::string> realPath(const FileURL& url);
 
 /// Whether the absolute `path` is that of `folder` or of something below it.
 [[nodiscard]] bool isAtOrBelow(std::string_view path, std::string_view folder);

@@ -34,11 +34,6 @@ struct CloseMountTable {
     void operator()(FILE* table) const { endmntent(table); }
 };
 
-std::string resolved(const FileURL& url) {
-    const std::unique_ptr<char, decltype(&std::free)> path(realpath(url.path().c_str(), nullptr), &std::free);
-    return path ? path.get() : url.path();
-}
-
 }  // namespace
 
 NameSet hiddenNames(int directory) {
@@ -66,7 +61,7 @@ NameSet hiddenNames(int directory) {
 }
 
 HiddenPlaces::HiddenPlaces(const FileURL& root) {
-    std::string prefix = resolved(root);
+    std::string prefix = realPath(root).value_or(root.path());
     if (prefix.back() != '/') {
         prefix += '/';
     }

@@ -19,6 +19,8 @@ SplitPane {
     function visit() {
         if (root.screens.home !== null) {
             visit.setSource("qrc:/qt/qml/Duskfern/StorageOverview/HomeView.qml", {store: root.screens.home});
+        } else if (root.screens.junk !== null) {
+            visit.setSource("qrc:/qt/qml/Duskfern/JunkCleaner/JunkCleanerView.qml", {store: root.screens.junk});
         } else {
             visit.source = "";
         }

@@ -15,6 +15,7 @@
 
 Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_JunkCleanerPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ShellPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_SpaceMapPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_StorageOverviewPlugin)
@@ -39,7 +40,9 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
       m_colorScheme(services.colorScheme),
       m_dialogs(services.folderChooser),
       m_store(m_dialogs, services.trash, services.fileManager),
-      m_screens(m_store, {services.mountedVolumes, services.userFolders}) {
+      m_screens(m_store,
+                {services.mountedVolumes,
+                 {m_dialogs, services.trash, services.fileManager, services.userFolders, services.applications}}) {
     installAccessibleItems();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QLatin1String(SymbolProvider::name), new SymbolProvider);

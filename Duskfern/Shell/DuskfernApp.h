@@ -9,8 +9,11 @@
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQuick/QQuickWindow>
 
+#include <memory>
+
 class FileManager;
 class FolderChooser;
+class InstalledApplications;
 class MountedVolumes;
 class Trash;
 class UserFolders;
@@ -28,6 +31,7 @@ public:
         ColorScheme& colorScheme;
         MountedVolumes& mountedVolumes;
         UserFolders& userFolders;
+        std::shared_ptr<const InstalledApplications> applications;
     };
 
     /// Sets up what concerns the whole process: names, the language of Qt's own texts, numbers in Spanish where the
@@ -42,6 +46,7 @@ public:
     void show();
 
     [[nodiscard]] ScanStore& store() { return m_store; }
+    [[nodiscard]] ScreenStores& screens() { return m_screens; }
     [[nodiscard]] QQuickWindow& window() { return *m_window; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -18,7 +18,10 @@ Window {
     /// What the keyboard acted on before a dialog took it away.
     property Item lastFocus: null
 
-    readonly property bool blocked: root.dialogs.isOpen || failure.visible
+    /// The store of the screen that cleans while it is shown.
+    readonly property JunkStore junk: root.screens.junk
+
+    readonly property bool blocked: root.dialogs.isOpen || failure.visible || cleaning.visible || cleaned.visible
 
     color: Theme.window
     height: 760
@@ -146,5 +149,26 @@ Window {
         visible: root.store.errorMessage !== "" && !root.dialogs.isOpen
 
         onAnswered: root.store.clearErrorMessage()
+    }
+
+    ProgressDialog {
+        id: cleaning
+
+        done: root.junk?.cleanedCount ?? 0
+        message: "Moviendo a la Papelera…"
+        total: root.junk?.cleaningCount ?? 0
+        visible: root.junk?.isCleaning ?? false
+    }
+
+    AlertDialog {
+        id: cleaned
+
+        buttons: ["Aceptar"]
+        message: root.junk?.message ?? ""
+        symbol: "sparkles"
+        symbolColor: Theme.red
+        visible: message !== ""
+
+        onAnswered: root.junk.clearMessage()
     }
 }

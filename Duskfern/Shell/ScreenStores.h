@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JunkCleaner/JunkStore.h"
 #include "StorageOverview/CategoryMeasurement.h"
 #include "StorageOverview/HomeStore.h"
 
@@ -8,7 +9,6 @@
 
 class MountedVolumes;
 class ScanStore;
-class UserFolders;
 
 /// The stores of the screens that begin anew each time they are shown: made when the mode changes to their screen, gone
 /// when it changes to another one. What lives longer than a visit is kept here.
@@ -21,7 +21,7 @@ public:
     /// The desktop as these stores use it; outlives this.
     struct Services {
         MountedVolumes& mountedVolumes;
-        UserFolders& userFolders;
+        JunkStore::Services junk;
     };
 
     /// Follows the mode of `store`, which outlives this.
@@ -34,6 +34,10 @@ public:
     Q_PROPERTY(HomeStore* home READ home NOTIFY changed)
     [[nodiscard]] HomeStore* home() const { return m_home; }
 
+    /// Likewise, of the screen that cleans.
+    Q_PROPERTY(JunkStore* junk READ junk NOTIFY changed)
+    [[nodiscard]] JunkStore* junk() const { return m_junk; }
+
     Q_SIGNAL void changed();
 
 private:
@@ -42,5 +46,6 @@ private:
     const ScanStore& m_store;
     Services m_services;
     CategoryMeasurement m_measurement;
-    HomeStore* m_home = nullptr;  ///< A child of this.
+    HomeStore* m_home = nullptr;  ///< A child of this, as the next.
+    JunkStore* m_junk = nullptr;
 };

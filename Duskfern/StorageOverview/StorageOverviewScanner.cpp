@@ -4,8 +4,6 @@
 #include "Foundation/CheckedSum.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 namespace StorageOverviewScanner {
 
@@ -56,12 +54,6 @@ std::optional<FileURL> locate(const FolderRow& row, const UserFolderPaths& paths
     return paths.*row.own;
 }
 
-/// The path without links; empty where it leads nowhere.
-std::string realPath(const FileURL& url) {
-    const std::unique_ptr<char, decltype(&std::free)> path(realpath(url.path().c_str(), nullptr), &std::free);
-    return path ? path.get() : std::string();
-}
-
 }  // namespace
 
 std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
@@ -87,13 +79,15 @@ std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
 }
 
 std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths) {
-    std::vector<std::string> taken{};
+    std::vector<std::string> taken;
     for (const FolderRow& row : folderRows) {
         if (row.claim == always) {
-            taken.push_back(realPath(*locate(row, paths)));
+            if (const std::optional<std::string> place = realPath(*locate(row, paths))) {
+                taken.push_back(*place);
+            }
         }
     }
-    const std::string home = realPath(paths.home);
+    const std::string home = realPath(paths.home).value_or(std::string());
     std::vector<std::vector<FileURL>> groups(StorageKinds::allCases.size() - 1);
     for (const FolderRow& row : folderRows) {
         const std::optional<FileURL> url = locate(row, paths);
@@ -101,15 +95,15 @@ std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths) {
             continue;
         }
         if (row.claim != always) {
-            const std::string place = realPath(*url);
-            const bool overlaps = std::any_of(taken.begin(), taken.end(), [&](const std::string& other) {
-                return !other.empty() && (isAtOrBelow(place, other) || isAtOrBelow(other, place));
-            });
+            const std::optional<std::string> place = realPath(*url);
+            const auto overlaps = [&](const std::string& other) {
+                return isAtOrBelow(*place, other) || isAtOrBelow(other, *place);
+            };
             // A purpose that is switched off is written as the home folder.
-            if (place.empty() || isAtOrBelow(home, place) || overlaps) {
+            if (!place || isAtOrBelow(home, *place) || std::any_of(taken.begin(), taken.end(), overlaps)) {
                 continue;
             }
-            taken.push_back(place);
+            taken.push_back(*place);
         }
         groups[static_cast<std::size_t>(row.kind)].push_back(*url);
     }

@@ -9,6 +9,8 @@ T.Popup {
 
     required property string message
     property string informativeText: ""
+    property string symbol: "exclamationmark.triangle.fill"
+    property color symbolColor: Theme.orange
 
     /// The titles of one or two buttons.
     required property list<string> buttons
@@ -60,8 +62,8 @@ T.Popup {
 
             Symbol {
                 anchors.horizontalCenter: parent.horizontalCenter
-                color: Theme.orange
-                name: "exclamationmark.triangle.fill"
+                color: root.symbolColor
+                name: root.symbol
                 size: 44
             }
 

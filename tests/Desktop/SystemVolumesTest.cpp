@@ -128,12 +128,14 @@ TEST(XdgUserFolders, ReadUserDirsAnewEachTime) {
     };
     XdgUserFolders folders;
     write(
-        "# comment\nXDG_MUSIC_DIR=\"$HOME/Música\"\nXDG_VIDEOS_DIR=\"/disk/v\xEDdeos\"\nXDG_PICTURES_DIR=broken\n"
+        "# comment\nXDG_MUSIC_DIR=\"$HOME/Música\"\nXDG_VIDEOS_DIR=\"/disk/v\xED"
+        "deos\"\nXDG_PICTURES_DIR=broken\n"
         "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
     const UserFolderPaths first = folders.paths();
     EXPECT_EQ(first.home, home);
     EXPECT_EQ(first.music, home.appendingPathComponent("Música"));
-    EXPECT_EQ(first.videos, FileURL("/disk/v\xEDdeos"));
+    EXPECT_EQ(first.videos, FileURL("/disk/v\xED"
+                                    "deos"));
     EXPECT_EQ(first.pictures, std::nullopt);
     EXPECT_EQ(first.downloads.value_or(home), home) << "switched off";
     write("XDG_MUSIC_DIR=\"$HOME/Discos\"\n");

@@ -57,7 +57,8 @@ protected:
     FakeColorScheme colorScheme;
     FakeVolumes volumes;
     FakeUserFolders userFolders;
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders}};
+    std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
+    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders, applications}};
     Driver driver{app.window()};
 };
 

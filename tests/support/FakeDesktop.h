@@ -4,10 +4,12 @@
 #include "Desktop/Dialogs.h"
 #include "Desktop/FileManager.h"
 #include "Desktop/FolderChooser.h"
+#include "Desktop/InstalledApplications.h"
 #include "Desktop/MountedVolumes.h"
 #include "Desktop/Trash.h"
 #include "Desktop/UserFolders.h"
 
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -96,6 +98,13 @@ struct FakeUserFolders final : UserFolders {
     [[nodiscard]] UserFolderPaths paths() override { return folders; }
 
     UserFolderPaths folders;
+};
+
+/// Has the names that the test says.
+struct FakeApplications final : InstalledApplications {
+    [[nodiscard]] InstalledNames names() const override { return installed; }
+
+    InstalledNames installed;
 };
 
 /// Prefers what the test says.

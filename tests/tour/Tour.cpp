@@ -3,6 +3,7 @@
 // The window, its stores and the walk are the program's own; only the desktop's folder dialog is answered from here,
 // and the Trash is one that takes nothing.
 
+#include "Desktop/DesktopApplications.h"
 #include "Desktop/SystemVolumes.h"
 #include "Desktop/XdgUserFolders.h"
 #include "Shell/DuskfernApp.h"
@@ -87,7 +88,8 @@ private:
     FakeColorScheme m_scheme;
     SystemVolumes m_volumes;
     XdgUserFolders m_userFolders;
-    DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_scheme, m_volumes, m_userFolders}};
+    DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_scheme, m_volumes, m_userFolders,
+                       std::make_shared<DesktopApplications>(applicationFolders(m_userFolders.paths()))}};
     Driver m_driver{m_app.window()};
 };
 

@@ -1,0 +1,141 @@
+#include "Desktop/DesktopApplications.h"
+
+#include "Desktop/DesktopEntry.h"
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+namespace {
+
+/// No honest desktop entry or property list is larger.
+constexpr qint64 sizeLimit = qint64{1} << 20;
+
+/// Menus are not nested deeper.
+constexpr int depthLimit = 4;
+
+constexpr std::string_view entrySuffix = ".desktop";
+constexpr std::string_view bundleSuffix = ".app";
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
+/// Calls `use` with the name of each entry of a folder and with whether it is, or may be, a folder itself.
+void forEachEntry(const FileURL& folder, const std::function<void(std::string_view name, bool mayBeFolder)>& use) {
+    const std::unique_ptr<DIR, CloseFolder> listing(opendir(folder.path().c_str()));
+    while (const dirent* const entry = listing != nullptr ? readdir(listing.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            use(name, entry->d_type == DT_DIR || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN);
+        }
+    }
+}
+
+QString text(std::string_view bytes) {
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+QString lastPiece(const QString& identifier) {
+    return identifier.mid(identifier.lastIndexOf(QLatin1Char('.')) + 1);
+}
+
+void addBundles(const FileURL& folder, InstalledNames& names) {
+    forEachEntry(folder, [&](std::string_view name, bool) {
+        if (name.size() <= bundleSuffix.size() || !name.ends_with(bundleSuffix)) {
+            return;
+        }
+        names.bundles.push_back(text(name.substr(0, name.size() - bundleSuffix.size())));
+        const std::string list = folder.appendingPathComponent(name).path() + "/Contents/Info.plist";
+        const std::optional<QByteArray> contents = readStart(list, sizeLimit);
+        if (const std::optional<QString> identifier = contents ? bundleIdentifier(*contents) : std::nullopt) {
+            names.bundles.push_back(lastPiece(*identifier));
+        }
+    });
+}
+
+/// `prefix` is what the folders above give to the entries' identifiers: "kde/a.desktop" is "kde-a".
+void addEntries(const FileURL& folder, const std::string& prefix, int depth, InstalledNames& names) {
+    forEachEntry(folder, [&](std::string_view name, bool mayBeFolder) {
+        const FileURL url = folder.appendingPathComponent(name);
+        if (!name.ends_with(entrySuffix)) {
+            if (mayBeFolder && depth < depthLimit) {
+                addEntries(url, prefix + std::string(name) + '-', depth + 1, names);
+            }
+            return;
+        }
+        const std::string id = prefix + std::string(name.substr(0, name.size() - entrySuffix.size()));
+        names.identifiers.insert(id);
+        names.programs.push_back(text(id));
+        names.programs.push_back(lastPiece(text(id)));
+        if (const std::optional<QByteArray> contents = readStart(url.path(), sizeLimit)) {
+            for (QString& found : namesInDesktopEntry(*contents)) {
+                names.programs.push_back(std::move(found));
+            }
+        }
+    });
+}
+
+void addPrograms(const FileURL& folder, InstalledNames& names) {
+    forEachEntry(folder, [&](std::string_view name, bool) {
+        if (access(folder.appendingPathComponent(name).path().c_str(), X_OK) == 0) {
+            names.programs.push_back(text(name));
+        }
+    });
+}
+
+/// Adds the absolute paths in a list with colons between them.
+void addPaths(const char* list, const char* below, std::vector<FileURL>& folders) {
+    std::string_view rest = list == nullptr ? "" : list;
+    while (!rest.empty()) {
+        const std::size_t colon = std::min(rest.find(':'), rest.size());
+        if (rest.front() == '/') {
+            folders.push_back(FileURL(std::string(rest.substr(0, colon)) + below));
+        }
+        rest.remove_prefix(std::min(colon + 1, rest.size()));
+    }
+}
+
+}  // namespace
+
+ApplicationFolders applicationFolders(const UserFolderPaths& paths) {
+    const auto inHome = [&](const char* relative) { return paths.home.appendingPathComponent(relative); };
+    const auto inSystem = [&](const char* relative) { return paths.systemRoot.appendingPathComponent(relative); };
+    ApplicationFolders folders;
+    folders.bundles = {inSystem("Applications"), inHome("Applications")};
+    folders.menus = {
+        paths.dataHome.appendingPathComponent("applications"),
+        inHome(".local/share/applications"),
+        inHome(".local/share/flatpak/exports/share/applications"),
+        inSystem("usr/local/share/applications"),
+        inSystem("usr/share/applications"),
+        inSystem("var/lib/flatpak/exports/share/applications"),
+        inSystem("var/lib/snapd/desktop/applications"),
+    };
+    addPaths(std::getenv("XDG_DATA_DIRS"), "/applications", folders.menus);
+    folders.programs = {inSystem("usr/bin"), inSystem("usr/local/bin"), inHome(".local/bin")};
+    addPaths(std::getenv("PATH"), "", folders.programs);
+    folders.flatpaks = {inSystem("var/lib/flatpak/app"), inHome(".local/share/flatpak/app"),
+                        paths.dataHome.appendingPathComponent("flatpak/app")};
+    return folders;
+}
+
+InstalledNames DesktopApplications::names() const {
+    InstalledNames names;
+    for (const FileURL& folder : m_folders.bundles) {
+        addBundles(folder, names);
+    }
+    for (const FileURL& folder : m_folders.menus) {
+        addEntries(folder, {}, 0, names);
+    }
+    for (const FileURL& folder : m_folders.programs) {
+        addPrograms(folder, names);
+    }
+    for (const FileURL& folder : m_folders.flatpaks) {
+        forEachEntry(folder, [&](std::string_view name, bool) { names.identifiers.insert(name); });
+    }
+    return names;
+}

@@ -1,0 +1,87 @@
+#include "Desktop/DesktopEntry.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <QtCore/QProcess>
+#include <QtCore/QXmlStreamReader>
+
+#include <algorithm>
+
+namespace {
+
+/// The base name of the program that a command line starts.
+QString programOf(const QString& commandLine) {
+    const QStringList words = QProcess::splitCommand(commandLine);
+    const auto baseName = [](const QString& word) { return word.mid(word.lastIndexOf(QLatin1Char('/')) + 1); };
+    auto word = words.begin();
+    if (word != words.end() && baseName(*word) == QLatin1String("env")) {
+        // Options and variables stand before the program.
+        do {
+            ++word;
+        } while (word != words.end() && (word->startsWith(QLatin1Char('-')) || word->contains(QLatin1Char('='))));
+    }
+    return word == words.end() ? QString() : baseName(*word);
+}
+
+}  // namespace
+
+std::optional<QByteArray> readStart(const std::string& path, qint64 limit) {
+    // Without O_NONBLOCK a named pipe would wait for somebody to write into it.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    std::optional<QByteArray> contents;
+    struct stat status {};
+    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+        contents.emplace(std::min<qint64>(limit, status.st_size), '\0');
+        const ssize_t size = read(descriptor, contents->data(), static_cast<size_t>(contents->size()));
+        contents->truncate(std::max<ssize_t>(0, size));
+    }
+    close(descriptor);
+    return contents;
+}
+
+std::vector<QString> namesInDesktopEntry(const QByteArray& contents) {
+    std::vector<QString> names;
+    bool isInEntry = false;
+    for (const QByteArray& rawLine : contents.split('\n')) {
+        const QByteArray line = rawLine.trimmed();
+        if (line.startsWith('[')) {
+            isInEntry = line == "[Desktop Entry]";
+            continue;
+        }
+        const qsizetype equals = line.indexOf('=');
+        if (!isInEntry || equals < 0) {
+            continue;
+        }
+        const QByteArray key = line.left(equals).trimmed();
+        const QString value = QString::fromUtf8(line.mid(equals + 1).trimmed());
+        if (key == "Name" || key == "StartupWMClass") {
+            names.push_back(value);
+        } else if (key == "Exec") {
+            names.push_back(programOf(value));
+        }
+    }
+    return names;
+}
+
+std::optional<QString> bundleIdentifier(const QByteArray& contents) {
+    QXmlStreamReader reader(contents);
+    if (!reader.readNextStartElement() || reader.name() != QLatin1String("plist") || !reader.readNextStartElement() ||
+        reader.name() != QLatin1String("dict")) {
+        return std::nullopt;
+    }
+    bool isNext = false;
+    while (reader.readNextStartElement()) {
+        if (reader.name() == QLatin1String("key")) {
+            isNext = reader.readElementText() == QLatin1String("CFBundleIdentifier");
+        } else if (isNext && reader.name() == QLatin1String("string")) {
+            return reader.readElementText().trimmed();
+        } else {
+            reader.skipCurrentElement();
+        }
+    }
+    return std::nullopt;
+}

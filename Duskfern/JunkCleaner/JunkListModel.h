@@ -1,0 +1,34 @@
+#pragma once
+
+#include "JunkCleaner/JunkStore.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QtCore/QAbstractListModel>
+
+/// The items of a junk store as rows, in its order. Items that were cleaned leave their rows and the list where it is.
+class JunkListModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Set once.
+    Q_PROPERTY(JunkStore* store READ store WRITE setStore NOTIFY storeChanged REQUIRED)
+    [[nodiscard]] JunkStore* store() const { return m_store; }
+    void setStore(JunkStore* store);
+    Q_SIGNAL void storeChanged();
+
+    enum Role { NameRole = Qt::UserRole, KindRole, OriginRole, IconRole, SizeTextRole, SafeRole, TickedRole };
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    void followItems();
+    void followSelection();
+
+    JunkStore* m_store = nullptr;
+    std::vector<JunkItem> m_items;
+};

@@ -1,0 +1,55 @@
+import QtQuick
+import Duskfern.Theme
+
+/// One number of what was found, with its name and a symbol.
+Rectangle {
+    id: root
+
+    required property string title
+    required property string value
+    required property string icon
+
+    border.color: Theme.tint(Theme.red, 0.15)
+    border.width: 1
+    color: Theme.tint(Theme.red, 0.07)
+    implicitHeight: texts.height + 28
+    radius: 12
+
+    Symbol {
+        id: symbol
+
+        anchors.left: parent.left
+        anchors.leftMargin: 14
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.red
+        name: root.icon
+        size: Theme.title3 * 1.1
+    }
+
+    Column {
+        id: texts
+
+        anchors.left: symbol.right
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        anchors.rightMargin: 14
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 3
+
+        Label {
+            color: Theme.secondary
+            font.bold: true
+            font.letterSpacing: 0.3
+            font.pixelSize: Theme.fixed9
+            text: root.title
+            width: parent.width
+        }
+
+        Label {
+            font.bold: true
+            font.pixelSize: Theme.title3
+            text: root.value
+            width: parent.width
+        }
+    }
+}

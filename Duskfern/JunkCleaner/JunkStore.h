@@ -1,0 +1,122 @@
+#pragma once
+
+#include "JunkCleaner/JunkItem.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <vector>
+
+class Dialogs;
+class FileManager;
+class InstalledApplications;
+class Trash;
+class UserFolders;
+
+/// What the junk screen shows: what was found, what of it is ticked, and how cleaning goes. Lives on the main thread
+/// for as long as the screen is shown; a scan that it has begun runs on without it. Each change notifies once, after
+/// the new value is in place.
+class JunkStore : public QObject {
+    Q_OBJECT
+
+public:
+    using Selection = std::unordered_set<FileURL>;
+
+    /// The desktop as this store uses it; outlives it.
+    struct Services {
+        Dialogs& dialogs;
+        Trash& trash;
+        FileManager& fileManager;
+        UserFolders& userFolders;
+        std::shared_ptr<const InstalledApplications> applications;
+    };
+
+    explicit JunkStore(const Services& services, QObject* parent = nullptr);
+    ~JunkStore() override;
+    Q_DISABLE_COPY_MOVE(JunkStore)
+
+    /// What was found, largest first. For the screens: how many, and how many of them are safe.
+    Q_PROPERTY(int count READ count NOTIFY itemsChanged)
+    Q_PROPERTY(int safeCount READ safeCount NOTIFY itemsChanged)
+    [[nodiscard]] const std::vector<JunkItem>& items() const { return m_items; }
+    [[nodiscard]] int count() const { return static_cast<int>(m_items.size()); }
+    [[nodiscard]] int safeCount() const;
+    Q_SIGNAL void itemsChanged();
+
+    /// The ticked items. For the screens: whether there are any, and their bytes.
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChanged)
+    Q_PROPERTY(qint64 selectedSize READ selectedSize NOTIFY selectedChanged)
+    [[nodiscard]] const Selection& selected() const { return m_selected; }
+    [[nodiscard]] bool hasSelection() const { return !m_selected.empty(); }
+    [[nodiscard]] qint64 selectedSize() const;
+    Q_SIGNAL void selectedChanged();
+
+    /// From the start of a scan until its result has come.
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
+    [[nodiscard]] bool isScanning() const { return m_isScanning; }
+    Q_SIGNAL void isScanningChanged();
+
+    /// How the last cleaning went, until it was read; for the screens empty when there is nothing to say.
+    Q_PROPERTY(QString message READ messageText NOTIFY messageChanged)
+    [[nodiscard]] const std::optional<QString>& message() const { return m_message; }
+    [[nodiscard]] QString messageText() const { return m_message.value_or(QString()); }
+    Q_INVOKABLE void clearMessage() { setMessage(std::nullopt); }
+    Q_SIGNAL void messageChanged();
+
+    /// While a cleaning runs: how many items it has dealt with, and of how many.
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY cleaningChanged)
+    Q_PROPERTY(int cleanedCount READ cleanedCount NOTIFY cleaningChanged)
+    Q_PROPERTY(int cleaningCount READ cleaningCount NOTIFY cleaningChanged)
+    [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
+    [[nodiscard]] int cleanedCount() const { return static_cast<int>(m_next); }
+    [[nodiscard]] int cleaningCount() const { return static_cast<int>(m_chosen.size()); }
+    Q_SIGNAL void cleaningChanged();
+
+    /// Looks for junk anew. What was listed goes at once; what is found comes later, all that is safe ticked. Called
+    /// again meanwhile it looks twice, and what comes last stays.
+    Q_INVOKABLE void scan();
+
+    /// Ticks an item, or unticks it.
+    void toggle(const JunkItem& item);
+    Q_INVOKABLE void toggleRow(int row);
+
+    /// Ticks all that is safe and nothing else.
+    Q_INVOKABLE void selectSafe();
+
+    /// Ticks all that is safe and nothing else, then asks and moves it to the Trash.
+    Q_INVOKABLE void cleanAllSafe();
+
+    /// Asks, and moves what is ticked to the Trash: what was ticked when the question was asked, one after the other on
+    /// this thread, with a turn for the window in between. What cannot be moved stays listed and ticked.
+    Q_INVOKABLE void cleanSelected();
+
+    /// Shows an item in the file manager.
+    void reveal(const JunkItem& item);
+    Q_INVOKABLE void revealRow(int row);
+
+private:
+    void setItems(std::vector<JunkItem> items);
+    void setSelected(Selection selected);
+    void setIsScanning(bool isScanning);
+    void setMessage(std::optional<QString> message);
+    void clean(std::vector<JunkItem> chosen);
+    void cleanNext();
+    void finishCleaning();
+    [[nodiscard]] const JunkItem* itemInRow(int row) const;
+
+    Services m_services;
+    std::vector<JunkItem> m_items;
+    Selection m_selected;
+    bool m_isScanning = false;
+    std::optional<QString> m_message;
+
+    bool m_isCleaning = false;
+    std::vector<JunkItem> m_chosen;  ///< What a cleaning moves, in order.
+    std::size_t m_next = 0;
+    Selection m_cleaned;
+    int m_failures = 0;
+    QTimer m_turn;  ///< Fires when the window has had its turn. A queued call would come before it.
+};

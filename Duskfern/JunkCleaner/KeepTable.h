@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+/// Which of the desktop's shared folders something lies in. `none` stands for folders in which every entry belongs to
+/// one application alone.
+enum class KeepList : unsigned char { none, caches, temporary, support };
+
+/// Why an entry of that name stays whatever happens to the rest of its folder; empty when nothing speaks for it. Names
+/// are compared without regard to the case of ASCII letters.
+[[nodiscard]] std::string_view reasonToKeep(KeepList list, std::string_view name);

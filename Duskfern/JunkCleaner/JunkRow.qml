@@ -58,10 +58,10 @@ Item {
 
         Accessible.checkable: true
         Accessible.checked: root.ticked
+        Accessible.role: Accessible.CheckBox
         anchors.left: parent.left
         anchors.leftMargin: -4
         anchors.verticalCenter: parent.verticalCenter
-        role: Accessible.CheckBox
         symbol: root.ticked ? "checkmark.square.fill" : "square"
         text: root.name
         tint: root.ticked ? Theme.red : Theme.secondary

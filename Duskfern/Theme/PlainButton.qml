@@ -1,18 +1,21 @@
 import QtQuick
-import QtQuick.Templates as T
 
-/// A symbol to press, without a frame of its own.
-T.AbstractButton {
+/// A symbol to press, without a frame of its own and out of the way of the Tab key. Not made of Qt's buttons, whose role
+/// cannot be chosen.
+Item {
     id: root
 
-    property string symbol: ""
+    /// What it says to who cannot see it.
+    required property string text
+    required property string symbol
     property color tint: Theme.secondary
     property real symbolSize: Theme.body * 1.2
 
-    /// What a screen reader says when that is not a button.
-    property int role: Accessible.Button
+    readonly property bool hovered: pointer.containsMouse
 
-    /// What a click does, for keys and assistive technologies.
+    signal clicked
+
+    /// What a click does, for assistive technologies.
     function press() {
         if (root.enabled) {
             root.clicked();
@@ -20,25 +23,32 @@ T.AbstractButton {
     }
 
     Accessible.name: root.text
-    Accessible.role: root.role
-    focusPolicy: Qt.NoFocus
-    hoverEnabled: true
+    Accessible.role: Accessible.Button
     implicitHeight: root.symbolSize + 12
     implicitWidth: root.symbolSize + 12
 
     Accessible.onPressAction: root.press()
     Accessible.onToggleAction: root.press()
 
-    background: Rectangle {
-        color: Theme.tint(Theme.primary, root.down ? 0.12 : root.hovered ? 0.06 : 0)
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.tint(Theme.primary, pointer.pressed ? 0.12 : root.hovered ? 0.06 : 0)
         radius: 6
     }
-    contentItem: Item { // qmllint disable deferred-property-id
-        Symbol {
-            anchors.centerIn: parent
-            color: root.tint
-            name: root.symbol
-            size: root.symbolSize
-        }
+
+    Symbol {
+        anchors.centerIn: parent
+        color: root.tint
+        name: root.symbol
+        size: root.symbolSize
+    }
+
+    MouseArea {
+        id: pointer
+
+        anchors.fill: parent
+        hoverEnabled: true
+
+        onClicked: root.clicked()
     }
 }

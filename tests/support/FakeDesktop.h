@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -60,12 +61,16 @@ struct FakeFileManager final : FileManager {
 /// Moves nothing; reports what it was told to.
 struct FakeTrash final : Trash {
     std::optional<TrashError> move(const FileURL& url) override {
+        if (refused.contains(url)) {
+            return TrashError::noPermission;
+        }
         moved.push_back(url);
         return error;
     }
 
     std::optional<TrashError> error;
     std::vector<FileURL> moved;
+    std::set<FileURL> refused;
 };
 
 /// Has the volumes that the test says, in its order.

@@ -55,20 +55,26 @@ void TemporaryFolder::file(std::string_view relative, std::int64_t allocated) co
     close(descriptor);
 }
 
-void TemporaryFolder::text(std::string_view relative, std::string_view contents) const {
+void TemporaryFolder::foldersAbove(std::string_view relative) const {
     const size_t slash = relative.rfind('/');
     if (slash != std::string_view::npos) {
         folder(relative.substr(0, slash));
     }
+}
+
+void TemporaryFolder::text(std::string_view relative, std::string_view contents) const {
+    foldersAbove(relative);
     std::ofstream stream(path(relative), std::ios::binary);
     stream << contents;
     check(stream.good(), path(relative));
 }
 
 void TemporaryFolder::link(std::string_view relative, const std::string& target) const {
+    foldersAbove(relative);
     check(symlink(target.c_str(), path(relative).c_str()) == 0, path(relative));
 }
 
 void TemporaryFolder::fifo(std::string_view relative) const {
+    foldersAbove(relative);
     check(mkfifo(path(relative).c_str(), 0600) == 0, path(relative));
 }

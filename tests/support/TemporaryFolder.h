@@ -28,5 +28,7 @@ public:
     void fifo(std::string_view relative) const;
 
 private:
+    void foldersAbove(std::string_view relative) const;
+
     std::string m_path;
 };

@@ -1,0 +1,160 @@
+#include "JunkCleaner/JunkStore.h"
+
+#include "support/FakeDesktop.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+
+namespace {
+
+bool waitUntil(const std::function<bool()>& condition) {
+    const QDeadlineTimer deadline(20'000);
+    while (!condition() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+    return condition();
+}
+
+class JunkStoreTest : public testing::Test {
+protected:
+    JunkStoreTest() {
+        folders.folders.home = tree.url("home");
+        folders.folders.cacheHome = tree.url("home/.cache");
+        folders.folders.configHome = tree.url("home/.config");
+        for (int i = 1; i <= 10; ++i) {
+            tree.file("home/.cache/app" + std::to_string(i) + "/a", i * 4096);
+        }
+        tree.file("home/.config/Olvidado/a", 100 * 4096);
+    }
+
+    void scan() {
+        store->scan();
+        ASSERT_TRUE(waitUntil([this] { return !store->isScanning(); }));
+        ASSERT_EQ(store->count(), 11);
+    }
+
+    [[nodiscard]] FileURL cache(int i) const { return tree.url("home/.cache/app" + std::to_string(i)); }
+
+    void answer(bool confirmed) {
+        ASSERT_TRUE(dialogs.confirmed);
+        std::exchange(dialogs.confirmed, nullptr)(confirmed);
+        ASSERT_TRUE(waitUntil([this] { return !store->isCleaning(); }));
+    }
+
+    TemporaryFolder tree;
+    FakeDialogs dialogs;
+    FakeTrash trash;
+    FakeFileManager fileManager;
+    FakeUserFolders folders;
+    std::unique_ptr<JunkStore> store = std::make_unique<JunkStore>(
+        JunkStore::Services{dialogs, trash, fileManager, folders, std::make_shared<FakeApplications>()});
+};
+
+TEST_F(JunkStoreTest, TicksWhatIsSafe) {
+    EXPECT_EQ(store->count(), 0);
+    EXPECT_FALSE(store->isScanning());
+    scan();
+    EXPECT_EQ(store->items().front().url, tree.url("home/.config/Olvidado"));
+    EXPECT_EQ(store->selected().size(), 10U);
+    EXPECT_EQ(store->safeCount(), 10);
+    EXPECT_EQ(store->selectedSize(), 55 * 4096);
+    store->toggleRow(0);
+    store->toggleRow(1);
+    store->toggleRow(99);
+    EXPECT_EQ(store->selectedSize(), (55 - 10 + 100) * 4096);
+    store->revealRow(0);
+    EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.config/Olvidado")});
+    store->selectSafe();
+    EXPECT_EQ(store->selectedSize(), 55 * 4096);
+
+    store->toggleRow(0);
+    store->scan();
+    EXPECT_EQ(store->count(), 0) << "at once";
+    EXPECT_TRUE(store->selected().empty());
+    ASSERT_TRUE(waitUntil([this] { return !store->isScanning(); }));
+    EXPECT_EQ(store->selected().size(), 10U);
+}
+
+TEST_F(JunkStoreTest, AsksBeforeItCleans) {
+    scan();
+    for (int row = 1; row <= 10; ++row) {
+        store->toggleRow(row);
+    }
+    store->cleanSelected();
+    EXPECT_FALSE(dialogs.confirmed) << "nothing is ticked, nothing is asked";
+    store->toggleRow(0);
+    store->cleanAllSafe();
+    ASSERT_TRUE(dialogs.lastQuestion);
+    EXPECT_EQ(dialogs.lastQuestion->message, QStringLiteral("¿Mover 10 elementos a la Papelera?"));
+    EXPECT_EQ(dialogs.lastQuestion->informativeText,
+              QStringLiteral("Liberarás aproximadamente 225 KB. Podrás recuperarlos desde la Papelera."));
+    EXPECT_EQ(dialogs.lastQuestion->confirmTitle, QStringLiteral("Limpiar"));
+    EXPECT_EQ(dialogs.lastQuestion->cancelTitle, QStringLiteral("Cancelar"));
+    answer(false);
+    EXPECT_TRUE(trash.moved.empty());
+    EXPECT_EQ(store->count(), 11);
+    EXPECT_EQ(store->message(), std::nullopt);
+    EXPECT_FALSE(store->selected().contains(tree.url("home/.config/Olvidado"))) << "unticked before the question";
+
+    store->cleanSelected();
+    store->toggleRow(0);  // What is ticked after the question was asked is not in it.
+    answer(true);
+    EXPECT_EQ(trash.moved.size(), 10U);
+    EXPECT_EQ(trash.moved.front(), cache(10)) << "in the order of the list";
+    EXPECT_EQ(store->count(), 1);
+    EXPECT_EQ(store->selected(), JunkStore::Selection{tree.url("home/.config/Olvidado")});
+    EXPECT_EQ(store->message(), QStringLiteral("Limpieza completada."));
+    store->clearMessage();
+    EXPECT_EQ(store->message(), std::nullopt);
+}
+
+TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
+    scan();
+    trash.refused = {cache(2), cache(5), cache(9)};
+    store->cleanSelected();
+    std::vector<int> steps;
+    QObject::connect(store.get(), &JunkStore::cleaningChanged, [&] { steps.push_back(store->cleanedCount()); });
+    answer(true);
+    EXPECT_EQ(steps, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 10}));
+    EXPECT_EQ(store->count(), 4);
+    EXPECT_EQ(store->selected(), (JunkStore::Selection{cache(2), cache(5), cache(9)}));
+    EXPECT_EQ(store->message(), QStringLiteral("Limpieza parcial: 3 elementos no se pudieron mover."));
+}
+
+TEST_F(JunkStoreTest, GivesTheWindowItsTurnBetweenTwoMoves) {
+    scan();
+    store->cleanSelected();
+    std::exchange(dialogs.confirmed, nullptr)(true);
+    std::size_t most = 0;
+    while (store->isCleaning()) {
+        const std::size_t before = trash.moved.size();
+        QCoreApplication::processEvents();
+        most = std::max(most, trash.moved.size() - before);
+    }
+    EXPECT_EQ(most, 1U);
+    EXPECT_EQ(trash.moved.size(), 10U);
+}
+
+TEST_F(JunkStoreTest, EndsWithoutHarmWhileItWorks) {
+    scan();
+    store->cleanSelected();
+    auto confirmed = std::exchange(dialogs.confirmed, nullptr);
+    confirmed(true);
+    while (trash.moved.size() < 3) {
+        QCoreApplication::processEvents();
+    }
+    store.reset();
+    waitUntil([deadline = QDeadlineTimer(50)] { return deadline.hasExpired(); });
+    EXPECT_EQ(trash.moved.size(), 3U);
+
+    store = std::make_unique<JunkStore>(
+        JunkStore::Services{dialogs, trash, fileManager, folders, std::make_shared<FakeApplications>()});
+    store->scan();
+    store->scan();
+    store.reset();
+    waitUntil([deadline = QDeadlineTimer(100)] { return deadline.hasExpired(); });
+}
+
+}  // namespace

@@ -38,6 +38,9 @@ ListView {
         width: ListView.view.width - 44
         x: 22
 
+        // A row that waits to be used again would be read aloud.
+        ListView.onPooled: visible = false
+        ListView.onReused: visible = true
         onPressed: row => root.go(row)
         onRevealed: row => root.store.revealRow(row)
         onToggled: row => root.store.toggleRow(row)

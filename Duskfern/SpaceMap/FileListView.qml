@@ -113,6 +113,9 @@ Card {
             height: root.rowHeight
             width: ListView.view.width
 
+            // A row that waits to be used again would be read aloud.
+            ListView.onPooled: visible = false
+            ListView.onReused: visible = true
             onOpened: root.store.revealSelected()
             onPressed: row => root.select(row)
         }

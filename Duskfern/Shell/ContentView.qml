@@ -1,7 +1,6 @@
 import QtQuick
 import Duskfern.Engine
 import Duskfern.Shell
-import Duskfern.SpaceMap
 import Duskfern.Theme
 
 /// The sidebar beside the screen of the current mode.
@@ -13,10 +12,14 @@ SplitPane {
 
     function focusSearch() {
         root.store.mode = Mode.Space;
-        (spaceMap.item as DashboardView).focusSearch();
+        spaceMap.item.focusSearch(); // qmllint disable type
     }
 
-    function visit() {
+    // Screens are named by their files, because the type of an inline one would be loaded at launch.
+    function follow() {
+        if (root.store.mode === Mode.Space && spaceMap.item === null) {
+            spaceMap.setSource("qrc:/qt/qml/Duskfern/SpaceMap/DashboardView.qml", {store: root.store});
+        }
         if (root.screens.home !== null) {
             visit.setSource("qrc:/qt/qml/Duskfern/StorageOverview/HomeView.qml", {store: root.screens.home});
         } else if (root.screens.junk !== null) {
@@ -50,16 +53,8 @@ SplitPane {
         Loader {
             id: spaceMap
 
-            readonly property bool chosen: root.store.mode === Mode.Space
-
-            active: spaceMap.chosen || spaceMap.item !== null
             anchors.fill: parent
-            visible: spaceMap.chosen
-
-            // Bound components cannot be loaded in Qt 6.4.
-            sourceComponent: DashboardView {
-                store: root.store // qmllint disable unqualified
-            }
+            visible: root.store.mode === Mode.Space
         }
 
         // Made anew for each visit. The store is handed over once rather than bound, because it goes away after its
@@ -69,13 +64,13 @@ SplitPane {
 
             anchors.fill: parent
 
-            Component.onCompleted: root.visit()
+            Component.onCompleted: root.follow()
         }
     }
 
     Connections {
         function onChanged() {
-            root.visit();
+            root.follow();
         }
 
         target: root.screens

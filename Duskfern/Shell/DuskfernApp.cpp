@@ -6,7 +6,9 @@
 #include <QtCore/QEvent>
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QLocale>
+#include <QtCore/QThreadPool>
 #include <QtCore/QTranslator>
+#include <QtGui/QFontDatabase>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QIcon>
 #include <QtGui/QPalette>
@@ -22,10 +24,11 @@ Q_IMPORT_QML_PLUGIN(Duskfern_StorageOverviewPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ThemePlugin)
 
 void DuskfernApp::prepareProcess() {
+    // Looking for the system's fonts takes as long as loading half of the window; let it happen beside that.
+    QThreadPool::globalInstance()->start([] { (void)QFontDatabase::families(); });
     QGuiApplication::setApplicationName(QStringLiteral("Duskfern"));
     QGuiApplication::setApplicationVersion(QStringLiteral("2.1"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.duskfern.Duskfern"));
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/assets/AppIcon21.svg")));
     if (QLocale().language() == QLocale::C) {
         QLocale::setDefault(QLocale(QStringLiteral("es_ES")));
     }
@@ -60,6 +63,11 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::followColorScheme);
     qGuiApp->installEventFilter(this);
     followColorScheme();
+    // The icon is drawn in several sizes, which can wait until the window is there.
+    connect(
+        m_window, &QQuickWindow::frameSwapped, this,
+        [] { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/assets/AppIcon21.svg"))); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 DuskfernApp::~DuskfernApp() = default;

@@ -18,10 +18,10 @@ Window {
     /// What the keyboard acted on before a dialog took it away.
     property Item lastFocus: null
 
-    /// The store of the screen that cleans while it is shown.
-    readonly property JunkStore junk: root.screens.junk
+    /// Whether the window has been on the screen.
+    property bool seen: false
 
-    readonly property bool blocked: root.dialogs.isOpen || failure.visible || cleaning.visible || cleaned.visible
+    readonly property bool blocked: root.dialogs.isOpen || alerts.open
 
     color: Theme.window
     height: 760
@@ -45,6 +45,8 @@ Window {
             Qt.callLater(root.restoreFocus); // qmllint disable type
         }
     }
+
+    onFrameSwapped: root.seen = true
 
     Binding {
         property: "dark"
@@ -131,44 +133,18 @@ Window {
         onActivated: root.store.mode = Mode.Junk
     }
 
-    AlertDialog {
-        buttons: root.dialogs.buttons // qmllint disable type
-        informativeText: root.dialogs.informativeText
-        message: root.dialogs.message
-        visible: root.dialogs.isConfirming
+    // Not needed for the first frame, and not quick to make.
+    Loader {
+        id: alerts
 
-        onAnswered: button => root.dialogs.answer(button === 0)
-    }
+        readonly property bool open: (alerts.item as WindowAlerts)?.open ?? false
 
-    AlertDialog {
-        id: failure
+        active: root.seen
 
-        buttons: ["Aceptar"]
-        informativeText: root.store.errorMessage
-        message: "No se pudo completar la acción"
-        visible: root.store.errorMessage !== "" && !root.dialogs.isOpen
-
-        onAnswered: root.store.clearErrorMessage()
-    }
-
-    ProgressDialog {
-        id: cleaning
-
-        done: root.junk?.cleanedCount ?? 0
-        message: "Moviendo a la Papelera…"
-        total: root.junk?.cleaningCount ?? 0
-        visible: root.junk?.isCleaning ?? false
-    }
-
-    AlertDialog {
-        id: cleaned
-
-        buttons: ["Aceptar"]
-        message: root.junk?.message ?? ""
-        symbol: "sparkles"
-        symbolColor: Theme.red
-        visible: message !== ""
-
-        onAnswered: root.junk.clearMessage()
+        sourceComponent: WindowAlerts {
+            dialogs: root.dialogs // qmllint disable unqualified
+            junk: root.screens.junk // qmllint disable unqualified
+            store: root.store // qmllint disable unqualified
+        }
     }
 }

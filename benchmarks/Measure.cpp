@@ -1,0 +1,112 @@
+#include "Measure.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+namespace {
+
+struct Outcome {
+    double milliseconds;
+    double peak;
+};
+
+Outcome inProcess(const std::function<void()>& run) {
+    std::fflush(nullptr);
+    const Clock::time_point start = Clock::now();
+    const pid_t child = fork();
+    if (child == 0) {
+        run();
+        std::_Exit(0);
+    }
+    int status = 0;
+    rusage usage{};
+    if (wait4(child, &status, 0, &usage) < 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        std::cerr << "a contestant failed\n";
+        std::exit(1);
+    }
+    return {milliseconds(Clock::now() - start), static_cast<double>(usage.ru_maxrss) * 1024};
+}
+
+struct BudgetRow {
+    std::string what;
+    double ours;
+    double other;
+    double limit;
+};
+
+std::vector<BudgetRow>& budgets() {
+    static std::vector<BudgetRow> rows;
+    return rows;
+}
+
+}  // namespace
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+bool compete(std::vector<Contestant>& contestants, int rounds, const std::function<bool()>& prepare) {
+    const double idle = inProcess([] {}).peak;
+    for (int round = 0; round < rounds; ++round) {
+        for (Contestant& contestant : contestants) {
+            if (!prepare()) {
+                return false;
+            }
+            const Outcome outcome = inProcess(contestant.run);
+            contestant.times.push_back(outcome.milliseconds);
+            contestant.peaks.push_back(outcome.peak - idle);
+        }
+    }
+    return true;
+}
+
+std::function<void()> command(const std::vector<std::string>& words) {
+    return [words] {
+        std::vector<char*> arguments;
+        for (const std::string& word : words) {
+            arguments.push_back(const_cast<char*>(word.c_str()));  // NOLINT: execvp does not write
+        }
+        arguments.push_back(nullptr);
+        if (std::freopen("/dev/null", "w", stdout) == nullptr) {
+            std::_Exit(1);
+        }
+        execvp(arguments[0], arguments.data());
+        std::_Exit(127);
+    };
+}
+
+bool isInstalled(const std::string& program) {
+    return std::system(("command -v " + program + " >/dev/null 2>&1").c_str()) == 0;  // NOLINT
+}
+
+bool dropCaches() {
+    sync();
+    std::ofstream file("/proc/sys/vm/drop_caches");
+    file << 3 << std::flush;
+    return file.good();
+}
+
+void budget(const std::string& what, double ours, double other, double limit) {
+    budgets().push_back({what, ours, other, limit});
+}
+
+void printBudgets() {
+    std::printf("\n%-52s %10s %10s %8s %8s\n", "budgets", "ours", "against", "is", "may be");
+    for (const BudgetRow& row : budgets()) {
+        const double value = row.ours / row.other;
+        std::printf("%-52s %10.1f %10.1f %8.2f %8.2f %s\n", row.what.c_str(), row.ours, row.other, value, row.limit,
+                    value <= row.limit ? "met" : "MISSED");
+    }
+}

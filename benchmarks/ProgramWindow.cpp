@@ -1,0 +1,126 @@
+// Shows the program's window, with the desktop it really runs on, and measures it:
+//     duskfern_window first-frame       ends after the first frame
+//     duskfern_window scan FOLDER       prints, in milliseconds, the longest absence of the interface thread while the
+//                                       folder is scanned and shown, the longest frame drawn meanwhile, and the longest
+//                                       time from a keystroke to its list and count, and to its rows
+
+#include "Desktop/BusFileManager.h"
+#include "Desktop/DesktopApplications.h"
+#include "Desktop/GioTrash.h"
+#include "Desktop/PortalColorScheme.h"
+#include "Desktop/QtFolderChooser.h"
+#include "Desktop/SystemVolumes.h"
+#include "Desktop/XdgUserFolders.h"
+#include "Foundation/Dispatch.h"
+#include "Measure.h"
+#include "Shell/DuskfernApp.h"
+
+#include <QtCore/QTimer>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+/// Notes for how long the thread it lives on does not come back to its event loop.
+class Absence {
+public:
+    Absence() {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            const Clock::time_point now = Clock::now();
+            m_longest = std::max(m_longest, milliseconds(now - m_last) - 1);
+            m_last = now;
+        });
+        m_timer.setTimerType(Qt::PreciseTimer);
+        m_timer.start(1);
+    }
+
+    [[nodiscard]] double longest() const { return m_longest; }
+
+private:
+    QTimer m_timer;
+    Clock::time_point m_last = Clock::now();
+    double m_longest = 0;
+};
+
+void wait(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void measureScan(DuskfernApp& app, const char* folder) {
+    ScanStore& store = app.store();
+    store.setMode(ScanStore::Mode::space);
+    wait(1000);
+    Clock::time_point frameBegin;
+    double frame = 0;
+    QObject::connect(
+        &app.window(), &QQuickWindow::beforeSynchronizing, &app.window(), [&] { frameBegin = Clock::now(); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &app.window(), &QQuickWindow::frameSwapped, &app.window(),
+        [&] { frame = std::max(frame, milliseconds(Clock::now() - frameBegin)); }, Qt::DirectConnection);
+    double away = 0;
+    {
+        const Absence absence;
+        store.setRootURL(FileURL(folder));
+        store.startScan();
+        while (store.isScanning()) {
+            wait(20);
+        }
+        wait(300);
+        away = absence.longest();
+    }
+    const double drawing = frame;
+
+    double keystroke = 0;
+    double rows = 0;
+    for (const char* const text : {"a", "añ", "año", "", "f", "fo", "fot", "foto", "foto-", "zzz", ""}) {
+        const Clock::time_point start = Clock::now();
+        double shown = 0;
+        const auto connection = QObject::connect(
+            &app.window(), &QQuickWindow::beforeSynchronizing, &app.window(),
+            [&] { shown = shown > 0 ? shown : milliseconds(Clock::now() - start); }, Qt::DirectConnection);
+        store.setSearch(QString::fromUtf8(text));
+        keystroke = std::max(keystroke, milliseconds(Clock::now() - start));
+        while (shown == 0) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        QObject::disconnect(connection);
+        rows = std::max(rows, shown);
+        wait(100);
+    }
+    std::printf("%.2f %.2f %.2f %.2f\n", away, drawing, keystroke, rows);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    setenv("GIO_USE_VFS", "local", 1);
+    QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
+    const QApplication application(argc, argv);
+    DuskfernApp::prepareProcess();
+    GioTrash trash;
+    BusFileManager fileManager;
+    QtFolderChooser folderChooser;
+    PortalColorScheme colorScheme;
+    SystemVolumes volumes;
+    XdgUserFolders folders;
+    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(folders.paths()));
+    DuskfernApp app({trash, fileManager, folderChooser, colorScheme, volumes, folders, applications});
+    if (argc < 3) {
+        QObject::connect(&app.window(), &QQuickWindow::frameSwapped, &application, &QCoreApplication::quit);
+        app.show();
+        QApplication::exec();
+    } else {
+        app.show();
+        measureScan(app, argv[2]);
+    }
+    // A measurement of the user's folders may still run; nobody waits for it.
+    (void)Dispatch::shutDown(std::chrono::milliseconds(0));
+    std::fflush(stdout);
+    std::_Exit(0);
+}

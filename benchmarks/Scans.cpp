@@ -1,0 +1,89 @@
+#include "BareWalk.h"
+#include "Contests.h"
+#include "Measure.h"
+
+#include "Foundation/AllocatedSize.h"
+#include "SpaceScan/FileScanner.h"
+
+#include <malloc.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+
+namespace {
+
+void print(const std::vector<Contestant>& contestants, double files) {
+    const double ours = median(contestants.front().times);
+    for (const Contestant& contestant : contestants) {
+        const double time = median(contestant.times);
+        std::printf("%-28s %10.0f %14.2f %14.0f\n", contestant.name.c_str(), time, ours / time,
+                    median(contestant.peaks) / files);
+    }
+}
+
+/// Resident bytes of this process.
+double residentBytes() {
+    malloc_trim(0);
+    std::ifstream file("/proc/self/statm");
+    double total = 0;
+    double resident = 0;
+    file >> total >> resident;
+    return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+}  // namespace
+
+void compareScans(const std::string& tree, std::int64_t files, bool cold) {
+    std::vector<Contestant> contestants{
+        {"FileScanner::scan", [&] { (void)FileScanner::scan(FileURL(tree), [](std::int64_t) {}); }},
+        {"bare walk, 1 thread", [&] { bareWalk(tree, 1); }},
+        {"bare walk, 2 threads", [&] { bareWalk(tree, 2); }},
+        {"bare walk, 4 threads", [&] { bareWalk(tree, 4); }},
+        {"bare walk, 8 threads", [&] { bareWalk(tree, 8); }},
+        {"du -s", command({"du", "-s", tree})},
+        {"find -printf", command({"find", tree, "-printf", "%b %p\n"})},
+    };
+    if (isInstalled("ncdu")) {
+        contestants.push_back({"ncdu", command({"ncdu", "-0", "-o", "/dev/null", tree})});
+    }
+    if (isInstalled("gdu")) {
+        contestants.push_back({"gdu", command({"gdu", "-n", "-p", "-s", tree})});
+    }
+    if (!cold) {
+        bareWalk(tree, 4);
+    }
+    if (!(cold ? compete(contestants, 3, dropCaches) : compete(contestants, 5))) {
+        std::printf("\n(caches cannot be dropped here: no cold runs)\n");
+        return;
+    }
+    std::printf("\n%-28s %10s %14s %14s\n", cold ? "scan, cold, medians of 3" : "scan, warm, medians of 5", "ms",
+                "ours / it", "peak, B/entry");
+    print(contestants, static_cast<double>(files));
+    const double ours = median(contestants[0].times);
+    const std::string kind = cold ? "scan, cold" : "scan, warm";
+    budget(kind + ", beside du -s", ours, median(contestants[5].times), cold ? 0.45 : 0.5);
+    if (!cold) {
+        budget(kind + ", beside a bare walk on 2 threads", ours, median(contestants[2].times), 1.15);
+        budget("scan, peak bytes an entry", median(contestants[0].peaks) / static_cast<double>(files), 1, 110);
+    }
+}
+
+void compareSizes(const std::string& tree) {
+    std::vector<Contestant> contestants{
+        {"allocatedSizeBelow", [&] { (void)allocatedSizeBelow(FileURL(tree), [](std::string_view) { return true; }); }},
+        {"du -s", command({"du", "-s", tree})},
+    };
+    (void)compete(contestants, 5);
+    std::printf("\n%-28s %10s %14s %14s\n", "one folder, medians of 5", "ms", "ours / it", "peak, bytes");
+    print(contestants, 1);
+    budget("size of a folder, 1 thread, beside du -s", median(contestants[0].times), median(contestants[1].times), 1);
+}
+
+void compareMemory(const std::string& tree) {
+    const double before = residentBytes();
+    const ScanResult result = FileScanner::scan(FileURL(tree), [](std::int64_t) {});
+    const double kept = (residentBytes() - before) / static_cast<double>(result.files.size());
+    std::printf("\nkept of %zu files: %.1f bytes each, search index included\n", result.files.size(), kept);
+    budget("scan, kept bytes a file", kept, 1, 75);
+}

@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
     makeReferenceTree(tree, files, 20'231);
     compareScans(tree, files, false);
     compareSizes(tree);
+    compareJunk(tree);
     compareMemory(tree);
     compareSearches(tree);
     compareSorts(tree);

@@ -12,6 +12,9 @@ void compareScans(const std::string& tree, std::int64_t files, bool cold);
 /// Measuring one folder on one thread, beside `du`.
 void compareSizes(const std::string& tree);
 
+/// Looking for junk in a cache that holds the tree, beside `du`.
+void compareJunk(const std::string& tree);
+
 /// What is left of a scan in memory once it is over.
 void compareMemory(const std::string& tree);
 

@@ -2,7 +2,9 @@
 #include "Contests.h"
 #include "Measure.h"
 
+#include "Desktop/DesktopApplications.h"
 #include "Foundation/AllocatedSize.h"
+#include "JunkCleaner/JunkScanner.h"
 #include "SpaceScan/FileScanner.h"
 
 #include <malloc.h>
@@ -78,6 +80,22 @@ void compareSizes(const std::string& tree) {
     std::printf("\n%-28s %10s %14s %14s\n", "one folder, medians of 5", "ms", "ours / it", "peak, bytes");
     print(contestants, 1);
     budget("size of a folder, 1 thread, beside du -s", median(contestants[0].times), median(contestants[1].times), 1);
+}
+
+void compareJunk(const std::string& tree) {
+    UserFolderPaths paths;
+    paths.home = FileURL(tree + "/no home");
+    paths.cacheHome = FileURL(tree);
+    paths.stateHome = paths.dataHome = paths.configHome = paths.temporary = paths.home;
+    const DesktopApplications applications(applicationFolders(paths));
+    std::vector<Contestant> contestants{
+        {"JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications); }},
+        {"du -s", command({"du", "-s", tree})},
+    };
+    (void)compete(contestants, 5);
+    std::printf("\n%-28s %10s %14s %14s\n", "junk, medians of 5", "ms", "ours / it", "peak, bytes");
+    print(contestants, 1);
+    budget("junk scan, beside du -s", median(contestants[0].times), median(contestants[1].times), 1);
 }
 
 void compareMemory(const std::string& tree) {

@@ -37,7 +37,7 @@ void compareSorts(const std::string& tree) {
     for (std::size_t i = 0; i < records.size(); ++i) {
         // Sizes like those of a home: many small ones, a few of gigabytes, in no order.
         const std::uint64_t mixed = (i + 1) * 0x9E3779B97F4A7C15;
-        records[i].size = ((mixed >> 20) >> (mixed % 32)) * 4096 & ((std::uint64_t{1} << FileRecord::sizeBits) - 1);
+        records[i].size = ((mixed >> 40) >> (mixed % 24)) * 4096 & ((std::uint64_t{1} << FileRecord::sizeBits) - 1);
     }
     std::vector<double> ours;
     std::vector<double> standard;

@@ -27,8 +27,9 @@ private:
 
 }  // namespace
 
-std::int64_t allocatedSizeBelow(const FileURL& url, const DirectoryWalk::Policy& policy, const std::stop_token& stop) {
-    DirectoryWalk walk(url, policy, stop);
+std::int64_t allocatedSizeBelow(const FileURL& url, const DirectoryWalk::Policy& policy, const std::stop_token& stop,
+                                const std::vector<MountPoint>& mounts) {
+    DirectoryWalk walk(url, policy, stop, mounts);
     Adder adder;
     walk.run(adder);
     return adder.sum();

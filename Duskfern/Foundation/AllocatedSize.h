@@ -10,4 +10,5 @@
 /// cannot be read below it is passed over. `policy` decides which folders are entered. Walks on the calling thread and
 /// may take minutes; keeps nothing but the sum. `stop` ends it early with what it has, because nobody waits any more.
 [[nodiscard]] std::int64_t allocatedSizeBelow(const FileURL& url, const DirectoryWalk::Policy& policy,
-                                              const std::stop_token& stop = {});
+                                              const std::stop_token& stop = {},
+                                              const std::vector<MountPoint>& mounts = mountPoints());

@@ -181,11 +181,12 @@ private:
     const NameSet* m_hiddenHere = nullptr;
 };
 
-DirectoryWalk::DirectoryWalk(const FileURL& root, Policy policy, std::stop_token stop)
+DirectoryWalk::DirectoryWalk(const FileURL& root, Policy policy, std::stop_token stop,
+                             const std::vector<MountPoint>& mounts)
     : m_policy(std::move(policy)),
       m_stop(std::move(stop)),
       m_rootDescriptor(::open(root.path().c_str(), openFlags & ~O_NOFOLLOW)),
-      m_hiddenPlaces(std::make_unique<HiddenPlaces>(root)) {
+      m_hiddenPlaces(std::make_unique<HiddenPlaces>(root, mounts)) {
     m_pending.push_back(&m_root);
 }
 

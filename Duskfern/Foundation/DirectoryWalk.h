@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/FileURL.h"
+#include "Foundation/MountPoints.h"
 #include "Foundation/NameArena.h"
 
 #include <condition_variable>
@@ -52,8 +53,10 @@ public:
     /// Decides whether a folder of this name is entered. Called on all workers at once.
     using Policy = std::function<bool(std::string_view name)>;
 
-    /// `root` is entered whatever its name, and followed if it is a link. `stop` ends the walk early.
-    DirectoryWalk(const FileURL& root, Policy policy, std::stop_token stop = {});
+    /// `root` is entered whatever its name, and followed if it is a link. `stop` ends the walk early. Who walks many
+    /// folders spares each the reading of the mount table.
+    DirectoryWalk(const FileURL& root, Policy policy, std::stop_token stop = {},
+                  const std::vector<MountPoint>& mounts = mountPoints());
     ~DirectoryWalk();
     DirectoryWalk(const DirectoryWalk&) = delete;
     DirectoryWalk& operator=(const DirectoryWalk&) = delete;

@@ -1,13 +1,10 @@
 #include "Foundation/HiddenPlaces.h"
 
 #include <fcntl.h>
-#include <mntent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <memory>
 
 namespace {
 
@@ -28,10 +25,6 @@ constexpr std::array<std::string_view, 22> pseudoFileSystems{
     "tracefs", "bpf",      "pstore",    "mqueue",  "hugetlbfs",   "securityfs", "configfs",
     "fusectl", "efivarfs", "selinuxfs", "nsfs",    "binfmt_misc", "rpc_pipefs", "binder",
     "autofs",  // a trigger: entering it would mount something
-};
-
-struct CloseMountTable {
-    void operator()(FILE* table) const { endmntent(table); }
 };
 
 }  // namespace
@@ -60,7 +53,7 @@ NameSet hiddenNames(int directory) {
     return names;
 }
 
-HiddenPlaces::HiddenPlaces(const FileURL& root) {
+HiddenPlaces::HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& mounts) {
     std::string prefix = realPath(root).value_or(root.path());
     if (prefix.back() != '/') {
         prefix += '/';
@@ -75,15 +68,9 @@ HiddenPlaces::HiddenPlaces(const FileURL& root) {
         m_byFolder[std::string(folder)].insert(path.substr(folder.empty() ? 0 : slash + 1));
     };
     std::for_each(systemFolders.begin(), systemFolders.end(), hide);
-    const std::unique_ptr<FILE, CloseMountTable> table(setmntent("/proc/self/mounts", "re"));
-    if (!table) {
-        return;
-    }
-    mntent entry{};
-    std::string buffer(std::size_t{16} * 1024, '\0');
-    while (getmntent_r(table.get(), &entry, buffer.data(), static_cast<int>(buffer.size())) != nullptr) {
-        if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), entry.mnt_type) != pseudoFileSystems.end()) {
-            hide(entry.mnt_dir);
+    for (const MountPoint& mount : mounts) {
+        if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), mount.type) != pseudoFileSystems.end()) {
+            hide(mount.path);
         }
     }
 }

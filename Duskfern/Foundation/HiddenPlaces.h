@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/FileURL.h"
+#include "Foundation/MountPoints.h"
 
 #include <string>
 #include <string_view>
@@ -39,8 +40,8 @@ constexpr std::string_view hiddenListName = ".hidden";
 /// systems that the kernel makes up. They are hidden when a walk meets them, not when it begins in them.
 class HiddenPlaces {
 public:
-    /// Those that lie below `root` (its links resolved) at this moment.
-    explicit HiddenPlaces(const FileURL& root);
+    /// Those that lie below `root` (its links resolved) while `mounts` are all there are.
+    HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& mounts);
 
     /// The names hidden in a folder given by its path relative to the root ("" for the root); null where there are
     /// none.

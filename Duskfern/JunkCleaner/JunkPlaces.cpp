@@ -18,8 +18,8 @@ JunkPlaces junkPlaces(const UserFolderPaths& paths) {
         {.url = paths.configHome, .kind = JunkKind::leftover, .keep = KeepList::support},
     };
     all.personal = {paths.home};
-    for (const char* const folder :
-         {"Music", "Movies", "Pictures", "Documents", "Desktop", "Downloads", "Applications", ".ssh", ".gnupg"}) {
+    for (const char* const folder : {"Music", "Movies", "Pictures", "Documents", "Desktop", "Downloads", "Applications",
+                                     ".ssh", ".gnupg", "Videos", "Public", "Templates", "bin", ".local", "Library"}) {
         all.personal.push_back(inHome(folder));
     }
     for (const std::optional<FileURL>& own :

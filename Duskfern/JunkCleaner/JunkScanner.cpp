@@ -4,6 +4,7 @@
 #include "Foundation/AllocatedSize.h"
 #include "Foundation/FileStatus.h"
 #include "Foundation/HiddenPlaces.h"
+#include "Foundation/MountPoints.h"
 #include "Foundation/Packages.h"
 #include "JunkCleaner/Leftovers.h"
 
@@ -11,7 +12,6 @@
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 #include <QtCore/QDateTime>
@@ -55,6 +55,9 @@ public:
         for (const FileURL& url : places.support) {
             addReal(url, m_support);
         }
+        for (const MountPoint& mount : mountPoints()) {
+            m_mounts.push_back(mount.path);
+        }
     }
 
     /// Adds the direct children of a place for what everybody may throw away.
@@ -95,7 +98,6 @@ private:
         if (place.olderThanDays) {
             m_cutOff = cutOff(*place.olderThanDays);
         }
-        m_device = deviceOf(dirfd(folder.get()));
         while (const dirent* const entry = readdir(folder.get())) {
             const std::string_view name = entry->d_name;
             if (name.front() == '.' || m_hidden.contains(name) || !reasonToKeep(place.keep, name).empty() ||
@@ -107,7 +109,7 @@ private:
             item.kind = place.kind;
             const std::string real = FileURL(*path).appendingPathComponent(name).path();
             if (!holdsAny(real, m_personal) && !holdsAny(real, m_support) && !holdsAny(real, m_visited) &&
-                describe(item, displayText(name))) {
+                !holdsAny(real, m_mounts) && describe(item, displayText(name))) {
                 m_items.push_back(std::move(item));
                 m_listed.push_back(real);
             }
@@ -141,35 +143,26 @@ private:
                (place.kind == JunkKind::leftover || !holdsAny(path, m_support));
     }
 
-    /// Whether the entry is a file or folder of the user's own, no mount, and old enough.
+    /// Whether the entry is a file or folder of the user's own, and old enough.
     [[nodiscard]] bool mayGo(const JunkPlace& place, int folder, const char* name) const {
         struct statx status {};
         constexpr unsigned mask = STATX_TYPE | STATX_UID | STATX_MTIME;
         if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, mask, &status) != 0) {
             return false;
         }
-        // Kernels before 5.8 do not tell mount points; another device is one then.
-        const bool isMount = (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0
-                                 ? (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0
-                                 : makedev(status.stx_dev_major, status.stx_dev_minor) != m_device;
-        return (S_ISREG(status.stx_mode) || S_ISDIR(status.stx_mode)) && status.stx_uid == geteuid() && !isMount &&
+        return (S_ISREG(status.stx_mode) || S_ISDIR(status.stx_mode)) && status.stx_uid == geteuid() &&
                !(place.olderThanDays && isLaterThan(status.stx_mtime, m_cutOff));
-    }
-
-    static dev_t deviceOf(int folder) {
-        struct stat status {};
-        return fstat(folder, &status) == 0 ? status.st_dev : 0;
     }
 
     const InstalledAppTokens m_tokens;
     std::vector<std::string> m_personal;  ///< Without links, as all paths below; the home first.
     std::vector<std::string> m_support;
+    std::vector<std::string> m_mounts;
     std::vector<std::string> m_visited;  ///< Places.
     std::vector<std::string> m_listed;   ///< Items.
     std::vector<JunkItem> m_items;
     NameSet m_hidden;
     QDateTime m_cutOff;
-    dev_t m_device = 0;
 };
 
 /// Fills in the sizes, a few items at a time: on a cold cache that hides the disk's latency.
@@ -211,9 +204,9 @@ std::int64_t allocatedSize(const FileURL& url, const std::stop_token& stop) {
     if (!status || S_ISREG(status->mode)) {
         return status ? status->allocated : 0;
     }
-    return S_ISDIR(status->mode) ? allocatedSizeBelow(
-                                       url, [](std::string_view name) { return !isPackageName(name); }, stop)
-                                 : 0;
+    // An item that is offered has no mount inside, so there is no need to look for kernel file systems in each.
+    const auto isEntered = [](std::string_view name) { return !isPackageName(name); };
+    return S_ISDIR(status->mode) ? allocatedSizeBelow(url, isEntered, stop, {}) : 0;
 }
 
 }  // namespace JunkScanner

@@ -57,9 +57,4 @@ T.AbstractButton {
         inset: 0
         shown: root.visualFocus
     }
-
-    HoverTip {
-        text: root.path
-        visible: root.hovered
-    }
 }

@@ -40,7 +40,8 @@ BubbleMapCanvas::BubbleMapCanvas(QQuickItem* parent) : QQuickPaintedItem(parent)
 
 void BubbleMapCanvas::setModel(BubbleMapModel* model) {
     m_model = model;
-    connect(model, &QAbstractItemModel::modelReset, this, [this] { update(); });
+    connect(model, &QAbstractItemModel::rowsInserted, this, [this] { update(); });
+    connect(model, &QAbstractItemModel::rowsRemoved, this, [this] { update(); });
     connect(model, &QAbstractItemModel::dataChanged, this, [this] { update(); });
     Q_EMIT modelChanged();
 }

@@ -32,11 +32,31 @@ void BubbleMapModel::follow() {
     if (items == m_items) {
         return;
     }
-    beginResetModel();
+    // Bubbles are kept and show other files, because new ones take longer to make than a search.
+    const int before = count();
+    const int kept = std::min(before, static_cast<int>(items.size()));
+    if (kept < before) {
+        beginRemoveRows({}, kept, before - 1);
+        m_items.resize(static_cast<std::size_t>(kept));
+        lay();
+        endRemoveRows();
+    }
+    std::vector<FileItem> added(items.begin() + kept, items.end());
+    items.resize(static_cast<std::size_t>(kept));
     m_items = std::move(items);
+    if (!added.empty()) {
+        beginInsertRows({}, kept, kept + static_cast<int>(added.size()) - 1);
+        m_items.insert(m_items.end(), added.begin(), added.end());
+        lay();
+        endInsertRows();
+    }
     lay();
-    endResetModel();
-    Q_EMIT countChanged();
+    if (kept > 0) {
+        Q_EMIT dataChanged(index(0), index(kept - 1));
+    }
+    if (count() != before) {
+        Q_EMIT countChanged();
+    }
 }
 
 void BubbleMapModel::lay() {

@@ -71,6 +71,7 @@ Card {
             bodyFont.pixelSize: Theme.body
             cornerRadius: 14
             from: Theme.tint(Theme.teal, 0.95)
+            hovered: tip.bubble?.index ?? -1
             model: bubbles
             sizeFont.bold: true
             sizeFont.family: Theme.family
@@ -97,12 +98,25 @@ Card {
             }
         }
 
+        // One for all bubbles: a tip takes longer to make than all they have besides.
+        HoverTip {
+            id: tip
+
+            property BubbleButton bubble: null
+
+            parent: tip.bubble ?? area // qmllint disable type
+            text: tip.bubble?.path ?? ""
+            visible: tip.bubble !== null
+        }
+
         Repeater {
             model: bubbles
 
             delegate: BubbleButton {
+                id: bubble
+
                 onClicked: root.store.selectRow(index)
-                onHoveredChanged: canvas.hovered = hovered ? index : canvas.hovered === index ? -1 : canvas.hovered
+                onHoveredChanged: tip.bubble = hovered ? bubble : tip.bubble === bubble ? null : tip.bubble
                 onPressedChanged: canvas.pressed = pressed
                 onRevealed: root.store.revealSelected()
             }

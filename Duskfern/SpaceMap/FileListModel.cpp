@@ -3,6 +3,7 @@
 #include "Foundation/Formatters.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -10,21 +11,25 @@ int rows(const FilteredFiles& files) {
     return static_cast<int>(std::min(files.size(), FileListModel::maximumRows));
 }
 
-/// The row that is in `before` and missing in `after`, all others being the same; -1 if more than that differs.
-int removedRow(const FilteredFiles& before, const FilteredFiles& after) {
+/// The row that is in `before` and missing in `after`, all others being the same; the number of rows if what is missing
+/// lies behind them. None if more than that differs.
+std::optional<int> removedRow(const FilteredFiles& before, const FilteredFiles& after) {
     if (!before.sharesStorage(after) || before.size() != after.size() + 1) {
-        return -1;
+        return std::nullopt;
     }
+    const auto isSame = [&](int old, int now) {
+        return before.keyAt(static_cast<size_t>(old)) == after.keyAt(static_cast<size_t>(now));
+    };
     int row = 0;
-    while (row < rows(after) && before.keyAt(static_cast<size_t>(row)) == after.keyAt(static_cast<size_t>(row))) {
+    while (row < rows(after) && isSame(row, row)) {
         ++row;
     }
     for (int rest = row; rest < rows(after) && rest + 1 < rows(before); ++rest) {
-        if (before.keyAt(static_cast<size_t>(rest) + 1) != after.keyAt(static_cast<size_t>(rest))) {
-            return -1;
+        if (!isSame(rest + 1, rest)) {
+            return std::nullopt;
         }
     }
-    return row < rows(before) ? row : -1;
+    return row;
 }
 
 }  // namespace
@@ -37,32 +42,33 @@ void FileListModel::setStore(ScanStore* store) {
     Q_EMIT storeChanged();
 }
 
-/// A file that went to the Trash leaves its row, and the rest of the list where it is; any other change makes a new
-/// list.
+/// A file that went to the Trash leaves its row, and the rest of the list where it is. Any other change puts new files
+/// into the rows there are, because new rows take longer to make than a search.
 void FileListModel::follow() {
     const FilteredFiles& files = m_store->filteredFiles();
-    const int removed = removedRow(m_files, files);
-    if (removed >= 0) {
-        const int before = rows(m_files);
-        beginRemoveRows({}, removed, removed);
+    const std::optional<int> removed = removedRow(m_files, files);
+    if (removed != m_shownRows) {
+        const int kept = removed ? m_shownRows - 1 : std::min(m_shownRows, rows(files));
+        if (removed || kept < m_shownRows) {
+            beginRemoveRows({}, removed.value_or(kept), removed.value_or(m_shownRows - 1));
+            m_files = files;
+            m_shownRows = kept;
+            endRemoveRows();
+        }
         m_files = files;
-        m_shownRows = before - 1;
-        endRemoveRows();
-        if (rows(m_files) == before) {
-            beginInsertRows({}, before - 1, before - 1);
-            m_shownRows = before;
+        if (kept > 0) {
+            Q_EMIT dataChanged(index(0), index(kept - 1));
+        }
+        if (rows(files) > kept) {
+            beginInsertRows({}, kept, rows(files) - 1);
+            m_shownRows = rows(files);
             endInsertRows();
         }
-        if (removed < m_shownRows) {
-            // Each later file has moved up by one.
-            Q_EMIT dataChanged(index(removed), index(m_shownRows - 1), {NumberRole});
+        if (!removed) {
+            Q_EMIT replaced();
         }
-    } else {
-        beginResetModel();
-        m_files = files;
-        m_shownRows = rows(m_files);
-        endResetModel();
     }
+    m_files = files;
     findSelection();
 }
 

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] int selectedRow() const { return m_selectedRow; }
     Q_SIGNAL void selectedRowChanged();
 
+    /// The rows show other files than before.
+    Q_SIGNAL void replaced();
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;

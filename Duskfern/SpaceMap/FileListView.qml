@@ -144,6 +144,10 @@ Card {
     }
 
     Connections {
+        function onReplaced() {
+            list.positionViewAtBeginning();
+        }
+
         function onSelectedRowChanged() {
             if (files.selectedRow >= 0) {
                 list.positionViewAtIndex(files.selectedRow, ListView.Contain);

@@ -76,8 +76,8 @@ public:
 
     [[nodiscard]] bool containsKey(std::uint32_t key) const;
 
-    /// The keys of the files whose names contain a text, as `NameFolding` folds it; perhaps of removed files too.
-    [[nodiscard]] KeySet search(std::string_view folded) const { return m_storage->index.search(folded); }
+    /// The keys of the files whose names contain a text, as `NameFolding` folds it.
+    [[nodiscard]] KeySet search(std::string_view folded) const;
 
     /// Where the file at `url` stands, if it does.
     [[nodiscard]] std::optional<std::size_t> indexOf(const FileURL& url) const;

@@ -31,7 +31,13 @@ FilteredFiles::FilteredFiles(FileList files, FileCategory category, QString sear
             take(m_files.keyAt(index));
         }
     } else if (const auto folded = NameFolding(QLocale()).foldText(m_search)) {
-        m_files.search(*folded).forEach(take);
+        const KeySet found = m_files.search(*folded);
+        if (category == FileCategory::all) {
+            m_keys->reserve(found.count());
+            found.forEach([this](std::uint32_t key) { m_keys->push_back(key); });
+        } else {
+            found.forEach(take);
+        }
     }
 }
 

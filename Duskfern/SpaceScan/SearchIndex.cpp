@@ -56,20 +56,57 @@ public:
         return any != 0;
     }
 
-    template <class Visit>
-    void forEach(Visit visit) const {
-        for (std::size_t word = 0; word < stepSize; word += sizeof(std::uint64_t)) {
-            std::uint64_t bits = 0;
-            std::memcpy(&bits, m_marks.data() + word, sizeof bits);
-            for (; bits != 0; bits &= bits - 1) {
-                visit(word + static_cast<unsigned>(__builtin_ctzll(bits)) / 8);
-            }
+    /// The places as bits, the first one lowest.
+    [[nodiscard]] std::uint64_t places() const {
+        static_assert(stepSize == 64);
+        // Moves the lowest bits of eight bytes next to each other.
+        constexpr std::uint64_t gather = 0x0102040810204080;
+        std::uint64_t places = 0;
+        for (unsigned at = 0; at < stepSize; at += 8) {
+            std::uint64_t marks = 0;
+            std::memcpy(&marks, m_marks.data() + at, sizeof marks);
+            places |= (marks * gather >> 56) << at;
         }
+        return places;
     }
 
 private:
     std::array<char, stepSize> m_marks{};
 };
+
+/// How many names end in `size` bytes, at least sixteen; as many at a time, in any processor's registers.
+std::uint32_t countEnds(const char* bytes, std::size_t size) {
+    using Lanes [[gnu::vector_size(16)]] = unsigned char;
+    constexpr std::size_t width = sizeof(Lanes);
+    constexpr Lanes numbers{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+    const auto endsAt = [](const char* place) {
+        Lanes chunk;
+        std::memcpy(&chunk, place, width);
+        return static_cast<Lanes>(chunk == 0) & 1;
+    };
+    std::uint32_t count = 0;
+    for (const char* const last = bytes + size - width; bytes <= last;) {
+        Lanes ends{};
+        // A lane can count to 255.
+        for (unsigned step = 0; step < 254 && bytes < last; ++step, bytes += width) {
+            ends += endsAt(bytes);
+        }
+        if (bytes >= last) {
+            // Of the last sixteen bytes some were counted before.
+            const auto counted = static_cast<unsigned char>(bytes - last);
+            ends += endsAt(last) & static_cast<Lanes>(numbers >= counted);
+            bytes = last + 1;
+        }
+        std::array<std::uint64_t, 2> halves{};
+        std::memcpy(halves.data(), &ends, width);
+        constexpr std::uint64_t everySecond = 0x00FF00FF00FF00FF;
+        for (const std::uint64_t half : halves) {
+            count += static_cast<std::uint32_t>(
+                (((half & everySecond) + ((half >> 8) & everySecond)) * 0x0001000100010001) >> 48);
+        }
+    }
+    return count;
+}
 
 }  // namespace
 
@@ -100,9 +137,13 @@ public:
         if (offset > m_end + far) {
             leapTowards(offset);
         }
+        if (offset > m_end + near) {
+            m_number += countEnds(m_data + m_end, offset - m_end);
+            // The name began behind the last end; where is of no interest.
+            m_end = end(offset);
+        }
         while (m_end <= offset) {
-            m_begin = m_end + 1;
-            m_end = end(m_begin);
+            m_end = end(m_end + 1);
             ++m_number;
         }
     }
@@ -113,8 +154,11 @@ public:
     [[nodiscard]] std::size_t nameEnd() const { return m_end; }
 
 private:
-    /// Over shorter distances names are passed one by one.
-    static constexpr std::size_t far = 1024;
+    /// Over longer distances the noted positions are asked.
+    static constexpr std::size_t far = 4096;
+
+    /// Over shorter distances names are passed one by one; over those between, their ends are counted.
+    static constexpr std::size_t near = 64;
 
     [[nodiscard]] std::size_t end(std::size_t begin) const { return begin + std::strlen(m_data + begin); }
 
@@ -125,8 +169,7 @@ private:
         const auto number = static_cast<std::uint32_t>(mark - m_names.m_positions.begin()) * stride;
         if (number > m_number) {
             m_number = number;
-            m_begin = *mark - NameArena::position(m_block, 0);
-            m_end = end(m_begin);
+            m_end = end(*mark - NameArena::position(m_block, 0));
         }
     }
 
@@ -134,7 +177,6 @@ private:
     std::size_t m_block;
     std::uint32_t m_number;
     const char* m_data;
-    std::size_t m_begin = 0;
     std::size_t m_end;
 };
 
@@ -145,18 +187,23 @@ void FoldedNames::search(std::string_view text, Found found) const {
         const Probe probe = rarestBytes(text, block);
         Cursor cursor(*this, index);
         std::size_t next = 0;  // Nothing before it is of interest.
-        const auto check = [&](std::size_t at) {
-            if (at >= next && at + text.size() <= block.size &&
-                std::memcmp(block.data + at, text.data(), text.size()) == 0) {
-                cursor.moveTo(at);
-                found(cursor.number());
-                next = cursor.nameEnd();
-            }
-        };
         Hits hits;
         for (std::size_t step = 0; step < block.size; step += stepSize) {
-            if (hits.find(block.data + step, text, probe)) {
-                hits.forEach([&](std::size_t offset) { check(step + offset); });
+            if (next >= step + stepSize || !hits.find(block.data + step, text, probe)) {
+                continue;
+            }
+            std::uint64_t places = hits.places();
+            while ((places &= next > step ? ~std::uint64_t{0} << (next - step) : ~std::uint64_t{0}) != 0) {
+                const std::size_t at = step + static_cast<unsigned>(__builtin_ctzll(places));
+                next = at + 1;
+                if (at + text.size() <= block.size && std::memcmp(block.data + at, text.data(), text.size()) == 0) {
+                    cursor.moveTo(at);
+                    found(cursor.number());
+                    next = cursor.nameEnd();
+                }
+                if (next >= step + stepSize) {
+                    break;
+                }
             }
         }
     }

@@ -3,8 +3,10 @@
 #include "Foundation/NameArena.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <functional>
+#include <numeric>
 #include <string_view>
 #include <vector>
 
@@ -14,6 +16,14 @@ public:
     explicit KeySet(std::size_t count) : m_words((count + 63) / 64) {}
 
     void insert(std::uint32_t key) { m_words[key / 64] |= std::uint64_t{1} << (key % 64); }
+
+    void erase(std::uint32_t key) { m_words[key / 64] &= ~(std::uint64_t{1} << (key % 64)); }
+
+    [[nodiscard]] std::size_t count() const {
+        return std::accumulate(m_words.begin(), m_words.end(), std::size_t{0}, [](std::size_t sum, std::uint64_t word) {
+            return sum + static_cast<std::size_t>(std::popcount(word));
+        });
+    }
 
     /// Adds the keys of a set for as many files.
     void insert(const KeySet& others) {

@@ -84,13 +84,17 @@ TEST_F(ModelsTest, ATrashedFileLeavesItsRowAlone) {
     EXPECT_EQ(text(5, FileListModel::NumberRole), QStringLiteral("6"));
     EXPECT_EQ(list.rowCount(), 1000) << "the next file moves up into the last row";
     EXPECT_EQ(resets.count(), 0);
+    store.selectRow(1100);
+    trashSelected();
+    EXPECT_EQ(list.rowCount(), 1000) << "what lies behind the rows changes none of them";
+    EXPECT_EQ(resets.count(), 0);
 
     store.setSearch(QStringLiteral("1000.png"));
     store.selectRow(0);
     trashSelected();
     EXPECT_EQ(list.rowCount(), 0);
     store.setSearch({});
-    EXPECT_EQ(store.filteredCount(), 1198);
+    EXPECT_EQ(store.filteredCount(), 1197);
     EXPECT_EQ(text(0, FileListModel::NameRole), QStringLiteral("1001.png"));
 }
 

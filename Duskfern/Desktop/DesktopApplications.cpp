@@ -93,7 +93,7 @@ void addPaths(const char* list, const char* below, std::vector<FileURL>& folders
     while (!rest.empty()) {
         const std::size_t colon = std::min(rest.find(':'), rest.size());
         if (rest.front() == '/') {
-            folders.push_back(FileURL(std::string(rest.substr(0, colon)) + below));
+            folders.emplace_back(std::string(rest.substr(0, colon)) + below);
         }
         rest.remove_prefix(std::min(colon + 1, rest.size()));
     }

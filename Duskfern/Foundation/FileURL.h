@@ -28,7 +28,8 @@ public:
 
     [[nodiscard]] FileURL appendingPathComponent(std::string_view name) const;
 
-    auto operator<=>(const FileURL&) const = default;
+    // clang-tidy 14 takes the zero in the generated comparison for a null pointer.
+    auto operator<=>(const FileURL&) const = default;  // NOLINT(modernize-use-nullptr)
 
 private:
     std::string m_path = "/";

@@ -32,7 +32,7 @@ struct CloseFolder {
 
 /// The last moment whose files are old enough: so many days before now by the calendar, whatever the clocks did since.
 QDateTime cutOff(int days) {
-    const QDateTime moment = QDateTime::currentDateTime().addDays(-days);
+    QDateTime moment = QDateTime::currentDateTime().addDays(-days);
     if (!moment.isValid()) {
         qFatal("there is no such day");
     }

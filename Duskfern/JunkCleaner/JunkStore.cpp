@@ -45,7 +45,7 @@ std::vector<JunkItem> onlyThose(const std::vector<JunkItem>& items, const JunkSt
 
 }  // namespace
 
-JunkStore::JunkStore(const Services& services, QObject* parent) : QObject(parent), m_services(services) {
+JunkStore::JunkStore(Services services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
     connect(&m_turn, &QTimer::timeout, this, &JunkStore::cleanNext);
 }
 

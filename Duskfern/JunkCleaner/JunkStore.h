@@ -34,7 +34,7 @@ public:
         std::shared_ptr<const InstalledApplications> applications;
     };
 
-    explicit JunkStore(const Services& services, QObject* parent = nullptr);
+    explicit JunkStore(Services services, QObject* parent = nullptr);
     ~JunkStore() override;
     Q_DISABLE_COPY_MOVE(JunkStore)
 

@@ -77,7 +77,7 @@ TEST(DesktopEntry, NamesItsApplication) {
 }
 
 TEST(PropertyList, NamesItsBundle) {
-    const char* const start = "<?xml version=\"1.0\"?><!DOCTYPE plist><plist version=\"1.0\"><dict>";
+    const char* const start = R"(<?xml version="1.0"?><!DOCTYPE plist><plist version="1.0"><dict>)";
     const std::pair<std::string, std::optional<QString>> rows[] = {
         {"<key>Other</key><dict><key>CFBundleIdentifier</key><string>no</string></dict>"
          "<key>CFBundleIdentifier</key><string> com.example.Editor </string></dict></plist>",

@@ -6,6 +6,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -41,6 +42,9 @@ int openBelow(int base, const char* path) {
     how.resolve = RESOLVE_NO_SYMLINKS;
     return static_cast<int>(syscall(SYS_openat2, base, path, &how, sizeof how));
 }
+
+/// Of the threads that walk: with this a thread of the window that has something to do gets most of a core.
+constexpr int niceness = 5;
 
 }  // namespace
 
@@ -210,7 +214,11 @@ void DirectoryWalk::start(const std::vector<WalkVisitor*>& visitors, std::functi
         m_workers.push_back(std::make_unique<Worker>(*this, *visitor));
     }
     for (const auto& worker : m_workers) {
-        m_threads.emplace_back([&worker = *worker] { worker.run(); });
+        m_threads.emplace_back([&worker = *worker] {
+            // More threads than cores are at work; what a person looks at comes first.
+            (void)setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness);
+            worker.run();
+        });
     }
 }
 

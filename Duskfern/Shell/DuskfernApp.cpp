@@ -6,7 +6,6 @@
 #include <QtCore/QEvent>
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QLocale>
-#include <QtCore/QThreadPool>
 #include <QtCore/QTranslator>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QGuiApplication>
@@ -24,8 +23,6 @@ Q_IMPORT_QML_PLUGIN(Duskfern_StorageOverviewPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ThemePlugin)
 
 void DuskfernApp::prepareProcess() {
-    // Looking for the system's fonts takes as long as loading half of the window; let it happen beside that.
-    QThreadPool::globalInstance()->start([] { (void)QFontDatabase::families(); });
     QGuiApplication::setApplicationName(QStringLiteral("Duskfern"));
     QGuiApplication::setApplicationVersion(QStringLiteral("2.1"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.duskfern.Duskfern"));
@@ -40,6 +37,7 @@ void DuskfernApp::prepareProcess() {
 
 DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     : QObject(parent),
+      m_fonts([] { (void)QFontDatabase::families(); }),
       m_colorScheme(services.colorScheme),
       m_dialogs(services.folderChooser),
       m_store(m_dialogs, services.trash, services.fileManager),

@@ -10,6 +10,7 @@
 #include <QtQuick/QQuickWindow>
 
 #include <memory>
+#include <thread>
 
 class FileManager;
 class FolderChooser;
@@ -53,6 +54,9 @@ public:
 
 private:
     void followColorScheme();
+
+    /// Looks for the system's fonts, which takes as long as loading half of the window, beside that.
+    std::jthread m_fonts;
 
     ColorScheme& m_colorScheme;
     WindowDialogs m_dialogs;

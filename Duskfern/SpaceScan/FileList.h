@@ -71,6 +71,9 @@ public:
     /// the indices.
     [[nodiscard]] std::uint32_t keyAt(std::size_t index) const;
 
+    /// All keys are below it.
+    [[nodiscard]] std::uint32_t keyCount() const { return static_cast<std::uint32_t>(m_storage->records.size()); }
+
     /// Where the file with this key stands, which must be in the list.
     [[nodiscard]] std::size_t indexOfKey(std::uint32_t key) const;
 

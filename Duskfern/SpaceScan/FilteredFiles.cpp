@@ -16,29 +16,24 @@ FilteredFiles::FilteredFiles(FileList files, FileCategory category, QString sear
     if (category == FileCategory::all && m_search.isEmpty()) {
         return;
     }
-    m_keys.emplace();
     if (previous != nullptr && previous->m_keys && previous->size() <= fewFiles && previous->includesAllOf(*this)) {
-        takeFrom(*previous->m_keys);
+        m_keys.emplace(matching(*previous->m_keys));
         return;
     }
-    const auto take = [this](std::uint32_t key) {
-        if (passes(key)) {
-            m_keys->push_back(key);
-        }
-    };
+    KeySet keys(m_files.keyCount());
     if (m_search.isEmpty()) {
-        for (std::size_t index = 0; index < m_files.size(); ++index) {
-            take(m_files.keyAt(index));
+        for (std::uint32_t key = 0; key < m_files.keyCount(); ++key) {
+            if (passes(key)) {
+                keys.insert(key);
+            }
         }
     } else if (const auto folded = NameFolding(QLocale()).foldText(m_search)) {
-        const KeySet found = m_files.search(*folded);
-        if (category == FileCategory::all) {
-            m_keys->reserve(found.count());
-            found.forEach([this](std::uint32_t key) { m_keys->push_back(key); });
-        } else {
-            found.forEach(take);
+        keys = m_files.search(*folded);
+        if (category != FileCategory::all) {
+            keys.filter([this](std::uint32_t key) { return passes(key); });
         }
     }
+    m_keys.emplace(std::move(keys));
 }
 
 /// Whether a file is in the list and of the category.
@@ -57,9 +52,14 @@ bool FilteredFiles::includesAllOf(const FilteredFiles& narrower) const {
            narrower.m_search.contains(m_search) && isPlain(narrower.m_search);
 }
 
-void FilteredFiles::takeFrom(const std::vector<std::uint32_t>& candidates) {
+/// Those of `candidates` that pass.
+KeySet FilteredFiles::matching(const RankedKeys& candidates) const {
+    KeySet keys(m_files.keyCount());
     NameMatcher matcher(NameFolding(QLocale()), m_search);
-    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(*m_keys), [&](std::uint32_t key) {
-        return passes(key) && matcher.matches(m_files.nameAt(m_files.indexOfKey(key)));
+    candidates.forEach([&](std::uint32_t key) {
+        if (passes(key) && matcher.matches(m_files.nameAt(m_files.indexOfKey(key)))) {
+            keys.insert(key);
+        }
     });
+    return keys;
 }

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 /// The files of a list that pass a filter, in the list's order. A value; shares the list.
 class FilteredFiles {
@@ -37,10 +36,10 @@ private:
     }
     [[nodiscard]] bool passes(std::uint32_t key) const;
     [[nodiscard]] bool includesAllOf(const FilteredFiles& narrower) const;
-    void takeFrom(const std::vector<std::uint32_t>& candidates);
+    [[nodiscard]] KeySet matching(const RankedKeys& candidates) const;
 
     FileList m_files;
     FileCategory m_category = FileCategory::all;
     QString m_search;
-    std::optional<std::vector<std::uint32_t>> m_keys;  ///< Ascending; none when every file passes.
+    std::optional<RankedKeys> m_keys;  ///< None when every file passes.
 };

@@ -1,18 +1,23 @@
 #include "SpaceScan/SearchIndex.h"
 
+#include "SpaceScan/BytePlaces.h"
+
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <atomic>
 #include <thread>
+#include <utility>
 
 namespace {
 
 /// A name can be three times as long when it is folded, and no longer text can be found in it.
 constexpr std::size_t longestText = 3 * NameArena::maximumLength;
 
-/// So many bytes are looked at in one step; few enough for the registers of any processor.
-constexpr std::size_t stepSize = 64;
-static_assert(longestText + stepSize < NameArena::slack);
+using BytePlaces::stepSize;
+static_assert(longestText + 2 * stepSize < NameArena::slack);
+
+/// A keystroke is spread over no more threads than this: the memory has no more to give.
+constexpr std::size_t mostThreads = 4;
 
 /// The two bytes of a text that a search looks for first.
 struct Probe {
@@ -38,76 +43,6 @@ Probe rarestBytes(std::string_view text, const NameArena::Block& block) {
     return probe;
 }
 
-/// The places in one step where both bytes of a probe are.
-class Hits {
-public:
-    /// Whether there are any. Written so that the compiler turns it into a few vector instructions.
-    bool find(const char* step, std::string_view text, const Probe& probe) {
-        const char* const firsts = step + probe.first;
-        const char* const seconds = step + probe.second;
-        const char first = text[probe.first];
-        const char second = text[probe.second];
-        char any = 0;
-        for (std::size_t i = 0; i < stepSize; ++i) {
-            const bool hit = (firsts[i] == first) & (seconds[i] == second);  // NOLINT: no branches
-            m_marks[i] = hit ? 1 : 0;                                        // NOLINT: no checks
-            any = static_cast<char>(any | m_marks[i]);                       // NOLINT
-        }
-        return any != 0;
-    }
-
-    /// The places as bits, the first one lowest.
-    [[nodiscard]] std::uint64_t places() const {
-        static_assert(stepSize == 64);
-        // Moves the lowest bits of eight bytes next to each other.
-        constexpr std::uint64_t gather = 0x0102040810204080;
-        std::uint64_t places = 0;
-        for (unsigned at = 0; at < stepSize; at += 8) {
-            std::uint64_t marks = 0;
-            std::memcpy(&marks, m_marks.data() + at, sizeof marks);
-            places |= (marks * gather >> 56) << at;
-        }
-        return places;
-    }
-
-private:
-    std::array<char, stepSize> m_marks{};
-};
-
-/// How many names end in `size` bytes, at least sixteen; as many at a time, in any processor's registers.
-std::uint32_t countEnds(const char* bytes, std::size_t size) {
-    using Lanes [[gnu::vector_size(16)]] = unsigned char;
-    constexpr std::size_t width = sizeof(Lanes);
-    constexpr Lanes numbers{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
-    const auto endsAt = [](const char* place) {
-        Lanes chunk;
-        std::memcpy(&chunk, place, width);
-        return static_cast<Lanes>(chunk == 0) & 1;
-    };
-    std::uint32_t count = 0;
-    for (const char* const last = bytes + size - width; bytes <= last;) {
-        Lanes ends{};
-        // A lane can count to 255.
-        for (unsigned step = 0; step < 254 && bytes < last; ++step, bytes += width) {
-            ends += endsAt(bytes);
-        }
-        if (bytes >= last) {
-            // Of the last sixteen bytes some were counted before.
-            const auto counted = static_cast<unsigned char>(bytes - last);
-            ends += endsAt(last) & static_cast<Lanes>(numbers >= counted);
-            bytes = last + 1;
-        }
-        std::array<std::uint64_t, 2> halves{};
-        std::memcpy(halves.data(), &ends, width);
-        constexpr std::uint64_t everySecond = 0x00FF00FF00FF00FF;
-        for (const std::uint64_t half : halves) {
-            count += static_cast<std::uint32_t>(
-                (((half & everySecond) + ((half >> 8) & everySecond)) * 0x0001000100010001) >> 48);
-        }
-    }
-    return count;
-}
-
 }  // namespace
 
 void FoldedNames::append(std::string_view folded) {
@@ -122,89 +57,125 @@ void FoldedNames::append(std::string_view folded) {
     ++m_size;
 }
 
-/// Finds out which name a byte belongs to, for bytes in ascending order.
+/// A text to compare bytes with, many times.
+class FoldedNames::Pattern {
+public:
+    explicit Pattern(std::string_view text) : m_text(text) {
+        std::memcpy(&m_start, text.data(), std::min(text.size(), sizeof m_start));
+        std::memset(&m_mask, 0xFF, std::min(text.size(), sizeof m_mask));
+    }
+
+    /// Whether it stands at `place`. Reads at least eight bytes there: for short texts a call would take longest.
+    [[nodiscard]] bool isAt(const char* place) const {
+        std::uint64_t start = 0;
+        std::memcpy(&start, place, sizeof start);
+        return (start & m_mask) == m_start &&
+               (m_text.size() <= sizeof start || std::memcmp(place, m_text.data(), m_text.size()) == 0);
+    }
+
+private:
+    std::string_view m_text;
+    std::uint64_t m_start = 0;
+    std::uint64_t m_mask = 0;
+};
+
+/// Counts the names before a place, for places in ascending order.
 class FoldedNames::Cursor {
 public:
     Cursor(const FoldedNames& names, std::size_t block)
         : m_names(names),
-          m_block(block),
-          m_number(names.m_firsts[block]),
           m_data(names.m_names.block(block).data),
-          m_end(end(0)) {}
+          m_blockPosition(NameArena::position(block, 0)),
+          m_number(names.m_firsts[block]) {}
 
-    /// Moves to the name with the byte at `offset` of the block.
+    /// Moves to a step at `offset` of the block.
     void moveTo(std::size_t offset) {
-        if (offset > m_end + far) {
+        if (offset > m_offset + far) {
             leapTowards(offset);
         }
-        if (offset > m_end + near) {
-            m_number += countEnds(m_data + m_end, offset - m_end);
-            // The name began behind the last end; where is of no interest.
-            m_end = end(offset);
+        for (; m_offset + stepSize <= offset; m_offset += stepSize) {
+            m_number += countOf(m_ends);
+            m_ends = endsAt(m_offset + stepSize);
         }
-        while (m_end <= offset) {
-            m_end = end(m_end + 1);
-            ++m_number;
+        if (m_offset < offset) {
+            m_number += countOf(m_ends & below(offset - m_offset));
+            m_offset = offset;
+            m_ends = endsAt(offset);
         }
     }
 
-    [[nodiscard]] std::uint32_t number() const { return m_number; }
+    /// The number of the name with this byte of the step.
+    [[nodiscard]] std::uint32_t numberAt(unsigned place) const { return m_number + countOf(m_ends & below(place)); }
 
-    /// Where the name ends.
-    [[nodiscard]] std::size_t nameEnd() const { return m_end; }
+    /// Where the name with this byte of the step ends: an offset of the block.
+    [[nodiscard]] std::size_t nameEnd(unsigned place) const {
+        const std::uint64_t ends = m_ends & ~below(place);
+        return ends != 0 ? m_offset + static_cast<unsigned>(std::countr_zero(ends))
+                         : m_offset + stepSize + std::strlen(m_data + m_offset + stepSize);
+    }
 
 private:
     /// Over longer distances the noted positions are asked.
-    static constexpr std::size_t far = 4096;
+    static constexpr std::size_t far = 1024;
 
-    /// Over shorter distances names are passed one by one; over those between, their ends are counted.
-    static constexpr std::size_t near = 64;
+    static std::uint64_t below(std::size_t place) { return (std::uint64_t{1} << place) - 1; }
 
-    [[nodiscard]] std::size_t end(std::size_t begin) const { return begin + std::strlen(m_data + begin); }
+    /// Processors have an instruction for it, but not all that the program runs on; without it std::popcount is a call.
+    static std::uint32_t countOf(std::uint64_t places) {
+        constexpr std::uint64_t all = ~std::uint64_t{0};
+        places -= (places >> 1) & (all / 3);
+        places = (places & (all / 5)) + ((places >> 2) & (all / 5));
+        return static_cast<std::uint32_t>((((places + (places >> 4)) & (all / 17)) * (all / 255)) >> 56);
+    }
+    [[nodiscard]] std::uint64_t endsAt(std::size_t offset) const { return BytePlaces::of('\0', m_data + offset); }
 
     /// Moves to the last noted name that begins at or before `offset`, if it is ahead.
     void leapTowards(std::size_t offset) {
         const auto from = m_names.m_positions.begin() + m_number / stride;
-        const auto mark = std::upper_bound(from, m_names.m_positions.end(), NameArena::position(m_block, offset)) - 1;
+        const auto position = m_blockPosition + static_cast<std::uint32_t>(offset);
+        const auto mark = std::upper_bound(from, m_names.m_positions.end(), position) - 1;
         const auto number = static_cast<std::uint32_t>(mark - m_names.m_positions.begin()) * stride;
         if (number > m_number) {
             m_number = number;
-            m_end = end(*mark - NameArena::position(m_block, 0));
+            m_offset = *mark - m_blockPosition;
+            m_ends = endsAt(m_offset);
         }
     }
 
     const FoldedNames& m_names;
-    std::size_t m_block;
-    std::uint32_t m_number;
     const char* m_data;
-    std::size_t m_end;
+    std::uint32_t m_blockPosition;
+    std::uint32_t m_number;    ///< Of the name with the byte at the offset.
+    std::size_t m_offset = 0;  ///< Where the step begins.
+    std::uint64_t m_ends = endsAt(0);
 };
 
 template <class Found>
-void FoldedNames::search(std::string_view text, Found found) const {
-    for (std::size_t index = 0; index < m_names.blockCount(); ++index) {
-        const NameArena::Block block = m_names.block(index);
-        const Probe probe = rarestBytes(text, block);
-        Cursor cursor(*this, index);
-        std::size_t next = 0;  // Nothing before it is of interest.
-        Hits hits;
-        for (std::size_t step = 0; step < block.size; step += stepSize) {
-            if (next >= step + stepSize || !hits.find(block.data + step, text, probe)) {
+void FoldedNames::search(std::size_t block, std::string_view text, Found found) const {
+    const auto [data, size] = m_names.block(block);
+    const Probe probe = rarestBytes(text, {data, size});
+    const Pattern pattern(text);
+    Cursor cursor(*this, block);
+    std::size_t next = 0;  // Nothing before it is of interest.
+    for (std::size_t step = 0; step < size; step += stepSize) {
+        std::uint64_t places = BytePlaces::ofBoth(text[probe.first], data + step + probe.first,  //
+                                                  text[probe.second], data + step + probe.second);
+        if (places == 0 || next >= step + stepSize) {
+            continue;
+        }
+        if (next > step) {
+            places &= ~std::uint64_t{0} << (next - step);
+        }
+        while (places != 0) {
+            const auto place = static_cast<unsigned>(std::countr_zero(places));
+            if (!pattern.isAt(data + step + place)) {
+                places &= places - 1;
                 continue;
             }
-            std::uint64_t places = hits.places();
-            while ((places &= next > step ? ~std::uint64_t{0} << (next - step) : ~std::uint64_t{0}) != 0) {
-                const std::size_t at = step + static_cast<unsigned>(__builtin_ctzll(places));
-                next = at + 1;
-                if (at + text.size() <= block.size && std::memcmp(block.data + at, text.data(), text.size()) == 0) {
-                    cursor.moveTo(at);
-                    found(cursor.number());
-                    next = cursor.nameEnd();
-                }
-                if (next >= step + stepSize) {
-                    break;
-                }
-            }
+            cursor.moveTo(step);
+            found(cursor.numberAt(place));
+            next = cursor.nameEnd(place);
+            places = next < step + stepSize ? places & ~std::uint64_t{0} << (next - step) : 0;
         }
     }
 }
@@ -224,17 +195,31 @@ KeySet SearchIndex::search(std::string_view text) const {
         }
         return keys;
     }
-    // Two threads halve the time of a keystroke; each fills a set of its own.
-    const auto half = static_cast<std::ptrdiff_t>(m_parts.size() / 2);
-    KeySet others(m_size);
-    const auto searchParts = [&](std::ptrdiff_t from, std::ptrdiff_t to, KeySet& found) {
-        for (auto part = m_parts.begin() + from; part != m_parts.begin() + to; ++part) {
-            part->names.search(text, [&](std::uint32_t number) { found.insert(m_keys[part->base + number]); });
+    std::vector<std::pair<const Part*, std::size_t>> blocks;
+    for (const Part& part : m_parts) {
+        for (std::size_t block = 0; block < part.names.blockCount(); ++block) {
+            blocks.emplace_back(&part, block);
+        }
+    }
+    // Each thread fills a set of its own, and takes the next block when it is done with one.
+    std::atomic<std::size_t> next = 0;
+    const auto searchBlocks = [&](KeySet& found) {
+        for (std::size_t at = next++; at < blocks.size(); at = next++) {
+            const auto [part, block] = blocks[at];
+            part->names.search(block, text,
+                               [&, base = part->base](std::uint32_t number) { found.insert(m_keys[base + number]); });
         }
     };
-    std::thread helper(searchParts, 0, half, std::ref(others));
-    searchParts(half, static_cast<std::ptrdiff_t>(m_parts.size()), keys);
-    helper.join();
-    keys.insert(others);
+    const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
+    std::vector<KeySet> sets(std::clamp<std::size_t>(std::min(blocks.size(), cores), 1, mostThreads) - 1, keys);
+    {
+        std::vector<std::jthread> helpers;
+        helpers.reserve(sets.size());
+        for (KeySet& set : sets) {
+            helpers.emplace_back([&searchBlocks, &set] { searchBlocks(set); });
+        }
+        searchBlocks(keys);
+    }
+    std::for_each(sets.begin(), sets.end(), [&](const KeySet& set) { keys.insert(set); });
     return keys;
 }

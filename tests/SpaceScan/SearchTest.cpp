@@ -1,4 +1,5 @@
 #include "Foundation/NameFolding.h"
+#include "SpaceScan/BytePlaces.h"
 #include "SpaceScan/FileScanner.h"
 #include "SpaceScan/FilteredFiles.h"
 #include "support/TemporaryFolder.h"
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 #include <random>
 
@@ -30,6 +32,43 @@ std::vector<std::uint32_t> keys(const FilteredFiles& files) {
         all.push_back(files.keyAt(row));
     }
     return all;
+}
+
+TEST(BytePlaces, AreTheSameOnAnyProcessor) {
+    std::mt19937 random(7);
+    std::array<char, BytePlaces::stepSize + 1> bytes{};
+    for (int round = 0; round < 1000; ++round) {
+        std::generate(bytes.begin(), bytes.end(), [&] { return "ab\0\xFF"[random() % 4]; });
+        std::uint64_t ends = 0;
+        std::uint64_t pairs = 0;
+        for (unsigned at = 0; at < BytePlaces::stepSize; ++at) {
+            ends |= std::uint64_t{bytes.at(at) == '\0'} << at;
+            pairs |= std::uint64_t{bytes.at(at) == '\xFF' && bytes.at(at + 1) == 'a'} << at;
+        }
+        ASSERT_EQ(BytePlaces::of('\0', bytes.data()), ends);
+        ASSERT_EQ(BytePlaces::ofBoth('\xFF', bytes.data(), 'a', bytes.data() + 1), pairs);
+        const auto lanes = static_cast<BytePlaces::Lanes>(BytePlaces::load(bytes.data()) == 0);
+        ASSERT_EQ(BytePlaces::gatheredBits(lanes), ends & 0xFFFF);
+    }
+}
+
+TEST(RankedKeys, AreThoseOfTheSetInOrder) {
+    std::mt19937 random(9);
+    for (const unsigned rarity : {1U, 3U, 100U, 5000U}) {
+        KeySet set(20'000);
+        std::vector<std::uint32_t> expected;
+        for (std::uint32_t key = 0; key < 20'000; ++key) {
+            if (random() % rarity == 0) {
+                set.insert(key);
+                expected.push_back(key);
+            }
+        }
+        const RankedKeys keys(set);
+        ASSERT_EQ(keys.size(), expected.size());
+        for (size_t rank = 0; rank < expected.size(); ++rank) {
+            ASSERT_EQ(keys[rank], expected[rank]);
+        }
+    }
 }
 
 TEST(SearchIndex, FindsNamesOverManyBlocks) {

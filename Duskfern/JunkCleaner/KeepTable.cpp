@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <span>
 
 namespace {
 
@@ -99,6 +100,8 @@ constexpr KeepRow supportRows[] = {
     {"recently-used.xbel*", "recent files"},
     {"RecentDocuments", "recent files"},
     {"user-places.xbel*", "bookmarks of the file manager"},
+    {"telepathy", "online accounts"},
+    {"grilo-plugins", "what all media players know"},
     {"vulkan", "the graphics driver's layers"},
     {"rime", "input methods and learnt words"},
     {"dconf", "every setting of the desktop"},
@@ -111,7 +114,7 @@ constexpr KeepRow supportRows[] = {
     {"user-dirs.*", "where the user's folders are"},
     {"user-tmpfiles.d", "settings of the session"},
     {"gtk-*", "settings of all GTK programs"},
-    {"gtk*rc*", "settings of all GTK programs"},
+    {"gtkrc*", "settings of all GTK programs"},
     {"qt5ct", "settings of all Qt programs"},
     {"qt6ct", "settings of all Qt programs"},
     {"QtProject.conf", "settings of all Qt programs"},
@@ -140,6 +143,15 @@ constexpr KeepRow supportRows[] = {
     {"kxmlgui*", "settings of all KDE programs"},
     {"plasma*", "settings of the desktop"},
     {"powerdevilrc", "settings of the desktop"},
+    {"bluedevilglobalrc", "settings of the desktop"},
+    {"breezerc", "settings of the desktop"},
+    {"oxygenrc", "settings of the desktop"},
+    {"touchpadrc", "settings of the desktop"},
+    {"startkderc", "settings of the desktop"},
+    {"filetypesrc", "file types"},
+    {"emaildefaults", "the mail program to use"},
+    {"emailidentities", "a person's addresses"},
+    {"klipper", "what was copied"},
     {"powermanagementprofilesrc", "settings of the desktop"},
     {"systemsettingsrc", "settings of the desktop"},
     {"session", "the saved session"},
@@ -241,6 +253,7 @@ constexpr KeepRow supportRows[] = {
     {"Nextcloud", "keys to online storage"},
     {"syncthing", "keys to other devices"},
     {"kdeconnect", "keys to other devices"},
+    {"remmina", "keys to other devices"},
     {"electrum", "wallets"},
     {"monero*", "wallets"},
     {"gnucash", "accounts"},
@@ -270,6 +283,9 @@ constexpr KeepRow supportRows[] = {
     {"pypoetry", "environments of projects"},
     {"jupyter", "kernels of notebooks"},
     {"emacs", "unsaved edits"},
+    {"Code", "unsaved edits"},
+    {"VSCodium", "unsaved edits"},
+    {"sublime-text*", "unsaved edits"},
     {"fish", "a shell's history and functions"},
     {"bash-completion", "what a person wrote for the shell"},
     {"Bitcoin", "wallets"},
@@ -293,25 +309,33 @@ bool matches(std::string_view name, std::string_view pattern) {
            isSame(name.substr(name.size() - tail.size()), tail);
 }
 
-template <class Rows>
-std::string_view reasonIn(const Rows& rows, std::string_view name) {
-    const auto* const row = std::find_if(std::begin(rows), std::end(rows),
-                                         [&](const KeepRow& candidate) { return matches(name, candidate.pattern); });
-    return row == std::end(rows) ? std::string_view() : row->reason;
+std::span<const KeepRow> rowsOf(KeepList list) {
+    switch (list) {
+        case KeepList::caches:
+            return cacheRows;
+        case KeepList::temporary:
+            return temporaryRows;
+        case KeepList::support:
+            return supportRows;
+        case KeepList::none:
+            break;
+    }
+    return {};
 }
 
 }  // namespace
 
 std::string_view reasonToKeep(KeepList list, std::string_view name) {
-    switch (list) {
-        case KeepList::caches:
-            return reasonIn(cacheRows, name);
-        case KeepList::temporary:
-            return reasonIn(temporaryRows, name);
-        case KeepList::support:
-            return reasonIn(supportRows, name);
-        case KeepList::none:
-            break;
+    const auto rows = rowsOf(list);
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [&](const KeepRow& candidate) { return matches(name, candidate.pattern); });
+    return row == rows.end() ? std::string_view() : row->reason;
+}
+
+std::vector<std::string_view> keepPatterns(KeepList list) {
+    std::vector<std::string_view> patterns;
+    for (const KeepRow& row : rowsOf(list)) {
+        patterns.push_back(row.pattern);
     }
-    return {};
+    return patterns;
 }

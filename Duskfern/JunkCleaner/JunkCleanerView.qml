@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Duskfern.Engine
 import Duskfern.JunkCleaner
@@ -69,48 +71,59 @@ Item {
         width: parent.width
     }
 
-    Column {
-        anchors.centerIn: results
-        spacing: 14
-        visible: root.isEmpty
-        width: results.width - 32
-
-        Symbol {
-            anchors.horizontalCenter: parent.horizontalCenter
-            color: Theme.red
-            name: "sparkles"
-            size: 52
-        }
-
-        Label {
-            font.pixelSize: Theme.title
-            horizontalAlignment: Text.AlignHCenter
-            text: "Busca basura olvidada"
-            width: parent.width
-        }
-
-        Label {
-            color: Theme.secondary
-            horizontalAlignment: Text.AlignHCenter
-            text: "El análisis es local y no modifica nada."
-            width: parent.width
-        }
-
-        ProgressBar {
-            anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.store.isScanning
-            width: 200
-        }
-    }
-
-    JunkResults {
-        id: results
+    // What is not shown is not there, not even for a screen reader; a Loader takes no bound component.
+    Item {
+        id: body
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: divider.bottom
-        store: root.store
-        visible: !root.isEmpty
+
+        Repeater {
+            model: root.isEmpty ? 0 : 1
+
+            JunkResults {
+                anchors.fill: body
+                store: root.store
+            }
+        }
+
+        Repeater {
+            model: root.isEmpty ? 1 : 0
+
+            Column {
+                anchors.centerIn: body
+                spacing: 14
+                width: body.width - 32
+
+                Symbol {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    color: Theme.red
+                    name: "sparkles"
+                    size: 52
+                }
+
+                Label {
+                    font.pixelSize: Theme.title
+                    horizontalAlignment: Text.AlignHCenter
+                    text: "Busca basura olvidada"
+                    width: parent.width
+                }
+
+                Label {
+                    color: Theme.secondary
+                    horizontalAlignment: Text.AlignHCenter
+                    text: "El análisis es local y no modifica nada."
+                    width: parent.width
+                }
+
+                ProgressBar {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    visible: root.store.isScanning
+                    width: 200
+                }
+            }
+        }
     }
 }

@@ -113,21 +113,25 @@ Flickable {
             }
         }
 
-        Column {
-            spacing: 6
-            visible: root.store.isScanning
-            width: parent.width
+        // What is not shown is not there, not even for a screen reader; a Loader takes no bound component.
+        Repeater {
+            model: root.store.isScanning ? 1 : 0
 
-            Label {
-                id: progressLabel
+            Column {
+                spacing: 6
+                width: content.width
 
-                text: "Calculando tamaños… Puede tardar unos minutos"
-                width: parent.width
-            }
+                Label {
+                    id: progressLabel
 
-            ProgressBar {
-                Accessible.name: progressLabel.text
-                width: parent.width
+                    text: "Calculando tamaños… Puede tardar unos minutos"
+                    width: parent.width
+                }
+
+                ProgressBar {
+                    Accessible.name: progressLabel.text
+                    width: parent.width
+                }
             }
         }
 

@@ -90,7 +90,8 @@ TEST(KeepTable, KeepsWhatIsSharedOrAPersonsData) {
         1Password | rclone | Nextcloud | syncthing | kdeconnect | remmina | electrum | monero-project | gnucash | borg
         | restic | gnote | tomboy | joplin-desktop | obsidian | zotero | calibre | shotwell | digikam | darktable |
         Anki2 | pipx | cargo | composer | pnpm | rustup | mise | asdf | opam | conda | mamba | virtualenvs | pypoetry
-        | jupyter | emacs | Code | VSCodium | sublime-text-3 | fish | bash-completion | Bitcoin
+        | jupyter | emacs | Code | VSCodium | sublime-text-3 | fish | bash-completion | Bitcoin |
+        ibus-table | kpeoplevcard | webkitgtk | kcookiejar | configstore | gegl-0.4 | libfm | xsettingsd
     )"),
                names(R"(
         pulse-secure | pulseview | chromium-clone | mozilla-old | google-earth | steamtinkerlaunch | fontsmanager |

@@ -11,6 +11,20 @@
 
 #include <QtWidgets/QApplication>
 using Application = QApplication;
+
+namespace {
+
+QtMessageHandler defaultHandler = nullptr;
+
+/// A screen that complains has a part that does not work, whatever else is seen of it.
+void failOnComplaints(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    defaultHandler(type, context, text);
+    if (text.contains(QLatin1String(".qml"))) {
+        ADD_FAILURE() << qPrintable(text);
+    }
+}
+
+}  // namespace
 #else
 using Application = QCoreApplication;
 #endif
@@ -37,6 +51,7 @@ int main(int argc, char** argv) {
     const Application application(argc, argv);
 #ifdef DUSKFERN_TEST_WINDOW
     DuskfernApp::prepareProcess();
+    defaultHandler = qInstallMessageHandler(failOnComplaints);
 #endif
     return RUN_ALL_TESTS();
 }

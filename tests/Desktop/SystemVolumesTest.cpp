@@ -98,12 +98,18 @@ TEST(SystemVolumes, DoNotWaitForAMountThatNeverAnswers) {
         const auto mounts = volumes.visibleMounts();
         const Mount* const silent = find(*mounts, target);
         ASSERT_NE(silent, nullptr);
+        int afterFirst = 0;
         for (int round = 0; round < 5; ++round) {
             const auto values = volumes.values({*silent, *find(*mounts, "/")});
             EXPECT_FALSE(values[0].has_value());
             EXPECT_TRUE(values[1].has_value());
-            EXPECT_LE(threads(), 3) << "the first question still waits, and one may just be ending";
+            afterFirst = round == 0 ? threads() : afterFirst;
         }
+        // Threads that have answered take a moment to end.
+        for (int patience = 100; threads() > afterFirst && patience > 0; --patience) {
+            usleep(20'000);
+        }
+        EXPECT_LE(threads(), afterFirst) << "only the first question still waits";
         close(server);
     });
     if (!passed) {

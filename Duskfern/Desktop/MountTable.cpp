@@ -1,6 +1,7 @@
 #include "Desktop/MountTable.h"
 
 #include <libmount/libmount.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -125,6 +126,17 @@ std::string text(const char* bytes) {
     return bytes == nullptr ? std::string() : bytes;
 }
 
+/// A process whose root was changed to a folder that is no mount point does not find it in its table.
+void addMissingRoot(std::vector<Mount>& mounts) {
+    struct stat status {};
+    if (std::none_of(mounts.begin(), mounts.end(), [](const Mount& mount) { return mount.target == "/"; }) &&
+        stat("/", &status) == 0) {
+        Mount root;
+        root.device = status.st_dev;
+        mounts.insert(mounts.begin(), std::move(root));
+    }
+}
+
 }  // namespace
 
 std::optional<std::vector<Mount>> readMountTable(const char* mountinfo, const char* fstab) {
@@ -152,6 +164,7 @@ std::optional<std::vector<Mount>> readMountTable(const char* mountinfo, const ch
                                (note != nullptr && hasHideOption(mnt_fs_get_options(note)));
         mounts.push_back(std::move(mount));
     }
+    addMissingRoot(mounts);
     return mounts;
 }
 

@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// The mount table of this process with what the mounters noted beside it; none when it cannot be read. The paths are
-/// of files in the forms of /proc/self/mountinfo and /etc/fstab and are there for tests.
+/// The mount table of this process with what the mounters noted beside it; none when it cannot be read. "/" is always
+/// in it. The paths are of files in the forms of /proc/self/mountinfo and /etc/fstab and are there for tests.
 [[nodiscard]] std::optional<std::vector<Mount>> readMountTable(const char* mountinfo = nullptr,
                                                                const char* fstab = nullptr);
 

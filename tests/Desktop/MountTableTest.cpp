@@ -122,6 +122,11 @@ const Machine machines[] = {
      "33 29 0:70 / /data rw - tmpfs tmpfs rw\n",
      "",
      {"/", "/mnt"}},
+    {"a root that is a folder of a disk",
+     "50 29 0:21 / /proc rw - proc proc rw\n"
+     "51 29 8:17 / /media/stick rw - vfat /dev/sdb1 rw\n",
+     "",
+     {"/", "/media/stick"}},
 };
 
 class MountTable : public testing::TestWithParam<Machine> {};

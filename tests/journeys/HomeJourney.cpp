@@ -1,14 +1,11 @@
-#include "Shell/DuskfernApp.h"
-#include "support/Driver.h"
-#include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "support/Journey.h"
 
 #include <gtest/gtest.h>
 #include <QtTest/QTest>
 
 namespace {
 
-class HomeJourney : public testing::Test {
+class HomeJourney : public Journey<FakeTrash> {
 protected:
     void SetUp() override {
         userFolders.folders.home = tree.url("home");
@@ -21,32 +18,16 @@ protected:
         volumes.add("/", VolumeValues{QString(), 494'000'000'000, {}, 374'000'000'000});
     }
 
-    void open() {
-        app.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
-    }
-
     /// Whether the measurement is over.
     [[nodiscard]] bool waitForSizes() const {
         return Driver::waitUntil([this] { return driver.isEnabled(QStringLiteral("Actualizar")); }) &&
                driver.waitFor(QStringLiteral("10,2 MB"));
     }
-
-    TemporaryFolder tree;
-    FakeTrash trash;
-    FakeFileManager fileManager;
-    FakeFolderChooser chooser;
-    FakeColorScheme colorScheme;
-    FakeVolumes volumes;
-    FakeUserFolders userFolders;
-    std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders, applications}};
-    Driver driver{app.window()};
 };
 
 TEST_F(HomeJourney, TheDisksAndWhatFillsTheMainOne) {
     EXPECT_EQ(volumes.asked, 0) << "the window comes first";
-    open();
+    showWindow();
     ASSERT_TRUE(waitForSizes());
     const QString note = QStringLiteral(
         "“Sistema y otros” es una estimación que incluye macOS, datos del sistema, instantáneas APFS y archivos del "
@@ -76,7 +57,7 @@ TEST_F(HomeJourney, TheDisksAndWhatFillsTheMainOne) {
 }
 
 TEST_F(HomeJourney, EachVisitBeginsAnewAndNothingPilesUp) {
-    open();
+    showWindow();
     for (int visit = 0; visit < 50; ++visit) {
         driver.key(visit % 2 == 0 ? Qt::Key_3 : Qt::Key_2, Qt::ControlModifier);
         driver.key(Qt::Key_1, Qt::ControlModifier);
@@ -97,7 +78,7 @@ TEST_F(HomeJourney, EachVisitBeginsAnewAndNothingPilesUp) {
 TEST_F(HomeJourney, NarrowWideAndWithoutVolumes) {
     volumes.mounts->clear();
     volumes.answers.clear();
-    open();
+    showWindow();
     ASSERT_TRUE(waitForSizes());
     EXPECT_TRUE(driver.waitFor(QStringLiteral("Uso del disco principal")));
     EXPECT_EQ(driver.names(QAccessible::Grouping).size(), 7U);

@@ -1,8 +1,5 @@
 #include "Desktop/GioTrash.h"
-#include "Shell/DuskfernApp.h"
-#include "support/Driver.h"
-#include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "support/Journey.h"
 
 #include <gtest/gtest.h>
 #include <QtTest/QTest>
@@ -28,7 +25,7 @@ struct PickyTrash final : Trash {
     std::set<FileURL> refused;
 };
 
-class JunkJourney : public testing::Test {
+class JunkJourney : public Journey<PickyTrash> {
 protected:
     void SetUp() override {
         UserFolderPaths& paths = userFolders.folders;
@@ -44,8 +41,7 @@ protected:
         tree.file("home/.config/dconf/user", 4096);
         tree.file("home/Documents/tesis", 4096);
         tree.file("home/Library/Caches/com.example.Editor/a", 50 * 4096);
-        app.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
+        showWindow();
     }
 
     void open() {
@@ -80,17 +76,6 @@ protected:
         return fs::exists(qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/files/" + name) &&
                fs::exists(qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/info/" + name + ".trashinfo");
     }
-
-    TemporaryFolder tree;
-    PickyTrash trash;
-    FakeFileManager fileManager;
-    FakeFolderChooser chooser;
-    FakeColorScheme colorScheme;
-    FakeVolumes volumes;
-    FakeUserFolders userFolders;
-    std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders, applications}};
-    Driver driver{app.window()};
 };
 
 TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {

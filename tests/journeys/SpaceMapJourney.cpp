@@ -1,8 +1,5 @@
 #include "Desktop/GioTrash.h"
-#include "Shell/DuskfernApp.h"
-#include "support/Driver.h"
-#include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "support/Journey.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -20,7 +17,7 @@ constexpr auto list = QAccessible::ListItem;
 constexpr auto dialog = QAccessible::Dialog;
 constexpr auto field = QAccessible::EditableText;
 
-class SpaceMapJourney : public testing::Test {
+class SpaceMapJourney : public Journey<GioTrash> {
 protected:
     void SetUp() override {
         tree.file("vídeos/Boda.mov", 40 * 4096);
@@ -32,8 +29,7 @@ protected:
         chooser.folder = tree.url();
         userFolders.folders.home = tree.url("no home");
         userFolders.folders.systemRoot = tree.url("no system");
-        app.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
+        showWindow();
     }
 
     void analyse() {
@@ -49,17 +45,6 @@ protected:
     static std::string trashPath(const std::string& below) {
         return qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/" + below;
     }
-
-    TemporaryFolder tree;
-    GioTrash trash;
-    FakeFileManager fileManager;
-    FakeFolderChooser chooser;
-    FakeColorScheme colorScheme;
-    FakeVolumes volumes;
-    FakeUserFolders userFolders;
-    std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders, applications}};
-    Driver driver{app.window()};
 };
 
 TEST_F(SpaceMapJourney, FromTheFirstLookToTheTrashAndBack) {

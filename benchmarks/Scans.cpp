@@ -24,6 +24,16 @@ void print(const std::vector<Contestant>& contestants, double files) {
     }
 }
 
+/// One way to add up what a tree takes, which is to be no slower than `du`.
+void compareWithDu(const std::string& name, const std::function<void()>& run, const std::string& tree,
+                   const std::string& what) {
+    std::vector<Contestant> contestants{{name, run}, {"du -s", command({"du", "-s", tree})}};
+    (void)compete(contestants, 5);
+    std::printf("\n%-28s %10s %14s %14s\n", "one folder, medians of 5", "ms", "ours / it", "peak, bytes");
+    print(contestants, 1);
+    budget(what, median(contestants[0].times), median(contestants[1].times), 1);
+}
+
 /// Resident bytes of this process.
 double residentBytes() {
     malloc_trim(0);
@@ -72,14 +82,10 @@ void compareScans(const std::string& tree, std::int64_t files, bool cold) {
 }
 
 void compareSizes(const std::string& tree) {
-    std::vector<Contestant> contestants{
-        {"allocatedSizeBelow", [&] { (void)allocatedSizeBelow(FileURL(tree), [](std::string_view) { return true; }); }},
-        {"du -s", command({"du", "-s", tree})},
-    };
-    (void)compete(contestants, 5);
-    std::printf("\n%-28s %10s %14s %14s\n", "one folder, medians of 5", "ms", "ours / it", "peak, bytes");
-    print(contestants, 1);
-    budget("size of a folder, 1 thread, beside du -s", median(contestants[0].times), median(contestants[1].times), 1);
+    const auto all = [](std::string_view) { return true; };
+    compareWithDu(
+        "allocatedSizeBelow", [&] { (void)allocatedSizeBelow(FileURL(tree), all); }, tree,
+        "size of a folder, 1 thread, beside du -s");
 }
 
 void compareJunk(const std::string& tree) {
@@ -88,14 +94,9 @@ void compareJunk(const std::string& tree) {
     paths.cacheHome = FileURL(tree);
     paths.stateHome = paths.dataHome = paths.configHome = paths.temporary = paths.home;
     const DesktopApplications applications(applicationFolders(paths));
-    std::vector<Contestant> contestants{
-        {"JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications); }},
-        {"du -s", command({"du", "-s", tree})},
-    };
-    (void)compete(contestants, 5);
-    std::printf("\n%-28s %10s %14s %14s\n", "junk, medians of 5", "ms", "ours / it", "peak, bytes");
-    print(contestants, 1);
-    budget("junk scan, beside du -s", median(contestants[0].times), median(contestants[1].times), 1);
+    compareWithDu(
+        "JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications); }, tree,
+        "junk scan, beside du -s");
 }
 
 void compareMemory(const std::string& tree) {

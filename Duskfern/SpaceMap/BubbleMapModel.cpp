@@ -34,24 +34,23 @@ void BubbleMapModel::follow() {
     }
     // Bubbles are kept and show other files, because new ones take longer to make than a search.
     const int before = count();
-    const int kept = std::min(before, static_cast<int>(items.size()));
-    if (kept < before) {
-        beginRemoveRows({}, kept, before - 1);
-        m_items.resize(static_cast<std::size_t>(kept));
+    const int now = static_cast<int>(items.size());
+    const auto show = [&] {
+        m_items = std::move(items);
         lay();
+    };
+    if (now < before) {
+        beginRemoveRows({}, now, before - 1);
+        show();
         endRemoveRows();
-    }
-    std::vector<FileItem> added(items.begin() + kept, items.end());
-    items.resize(static_cast<std::size_t>(kept));
-    m_items = std::move(items);
-    if (!added.empty()) {
-        beginInsertRows({}, kept, kept + static_cast<int>(added.size()) - 1);
-        m_items.insert(m_items.end(), added.begin(), added.end());
-        lay();
+    } else if (now > before) {
+        beginInsertRows({}, before, now - 1);
+        show();
         endInsertRows();
+    } else {
+        show();
     }
-    lay();
-    if (kept > 0) {
+    if (const int kept = std::min(before, now); kept > 0) {
         Q_EMIT dataChanged(index(0), index(kept - 1));
     }
     if (count() != before) {

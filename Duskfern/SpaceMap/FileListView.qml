@@ -146,6 +146,8 @@ Card {
     Connections {
         function onReplaced() {
             list.positionViewAtBeginning();
+            // That is where the first row begins, without the margin above it.
+            list.contentY = list.originY - list.topMargin;
         }
 
         function onSelectedRowChanged() {

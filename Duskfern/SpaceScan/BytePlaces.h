@@ -42,15 +42,6 @@ inline std::uint64_t bits(Lanes lanes) {
 #endif
 }
 
-/// The places of `byte` in the step at `bytes`.
-inline std::uint64_t of(char byte, const char* bytes) {
-    std::uint64_t places = 0;
-    for (unsigned at = 0; at < stepSize; at += sizeof(Lanes)) {
-        places |= bits(static_cast<Lanes>(load(bytes + at) == static_cast<unsigned char>(byte))) << at;
-    }
-    return places;
-}
-
 /// The places where `first` is in the step at `firsts` and `second` in that at `seconds`.
 inline std::uint64_t ofBoth(char first, const char* firsts, char second, const char* seconds) {
     std::uint64_t places = 0;
@@ -60,6 +51,11 @@ inline std::uint64_t ofBoth(char first, const char* firsts, char second, const c
                   << at;
     }
     return places;
+}
+
+/// The places of `byte` in the step at `bytes`.
+inline std::uint64_t of(char byte, const char* bytes) {
+    return ofBoth(byte, bytes, byte, bytes);
 }
 
 }  // namespace BytePlaces

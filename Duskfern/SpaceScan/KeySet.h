@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 /// A set of files, by their keys: one bit a file.
@@ -25,17 +26,14 @@ public:
     /// Keeps only the keys for which `keep` is true.
     template <class Keep>
     void filter(Keep keep) {
-        for (std::size_t word = 0; word < m_words.size(); ++word) {
-            for (std::uint64_t rest = m_words[word]; rest != 0; rest &= rest - 1) {
-                const auto key = static_cast<std::uint32_t>(word * bits + lowest(rest));
-                if (!keep(key)) {
-                    erase(key);
-                }
+        forEach([&](std::uint32_t key) {
+            if (!keep(key)) {
+                erase(key);
             }
-        }
+        });
     }
 
-    /// Calls `visit` with each key, ascending.
+    /// Calls `visit` with each key, ascending; `visit` may take it out.
     template <class Visit>
     void forEach(Visit visit) const {
         for (std::size_t word = 0; word < m_words.size(); ++word) {

@@ -57,28 +57,6 @@ void FoldedNames::append(std::string_view folded) {
     ++m_size;
 }
 
-/// A text to compare bytes with, many times.
-class FoldedNames::Pattern {
-public:
-    explicit Pattern(std::string_view text) : m_text(text) {
-        std::memcpy(&m_start, text.data(), std::min(text.size(), sizeof m_start));
-        std::memset(&m_mask, 0xFF, std::min(text.size(), sizeof m_mask));
-    }
-
-    /// Whether it stands at `place`. Reads at least eight bytes there: for short texts a call would take longest.
-    [[nodiscard]] bool isAt(const char* place) const {
-        std::uint64_t start = 0;
-        std::memcpy(&start, place, sizeof start);
-        return (start & m_mask) == m_start &&
-               (m_text.size() <= sizeof start || std::memcmp(place, m_text.data(), m_text.size()) == 0);
-    }
-
-private:
-    std::string_view m_text;
-    std::uint64_t m_start = 0;
-    std::uint64_t m_mask = 0;
-};
-
 /// Counts the names before a place, for places in ascending order.
 class FoldedNames::Cursor {
 public:
@@ -127,6 +105,7 @@ private:
         places = (places & (all / 5)) + ((places >> 2) & (all / 5));
         return static_cast<std::uint32_t>((((places + (places >> 4)) & (all / 17)) * (all / 255)) >> 56);
     }
+
     [[nodiscard]] std::uint64_t endsAt(std::size_t offset) const { return BytePlaces::of('\0', m_data + offset); }
 
     /// Moves to the last noted name that begins at or before `offset`, if it is ahead.
@@ -154,7 +133,6 @@ template <class Found>
 void FoldedNames::search(std::size_t block, std::string_view text, Found found) const {
     const auto [data, size] = m_names.block(block);
     const Probe probe = rarestBytes(text, {data, size});
-    const Pattern pattern(text);
     Cursor cursor(*this, block);
     std::size_t next = 0;  // Nothing before it is of interest.
     for (std::size_t step = 0; step < size; step += stepSize) {
@@ -168,7 +146,7 @@ void FoldedNames::search(std::size_t block, std::string_view text, Found found) 
         }
         while (places != 0) {
             const auto place = static_cast<unsigned>(std::countr_zero(places));
-            if (!pattern.isAt(data + step + place)) {
+            if (std::memcmp(data + step + place, text.data(), text.size()) != 0) {
                 places &= places - 1;
                 continue;
             }

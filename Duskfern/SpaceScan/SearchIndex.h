@@ -24,7 +24,6 @@ public:
 
 private:
     class Cursor;
-    class Pattern;
 
     /// Only each of so many names has its position noted; the ones between are counted.
     static constexpr std::uint32_t stride = 16;

@@ -52,25 +52,6 @@ TEST(BytePlaces, AreTheSameOnAnyProcessor) {
     }
 }
 
-TEST(RankedKeys, AreThoseOfTheSetInOrder) {
-    std::mt19937 random(9);
-    for (const unsigned rarity : {1U, 3U, 100U, 5000U}) {
-        KeySet set(20'000);
-        std::vector<std::uint32_t> expected;
-        for (std::uint32_t key = 0; key < 20'000; ++key) {
-            if (random() % rarity == 0) {
-                set.insert(key);
-                expected.push_back(key);
-            }
-        }
-        const RankedKeys keys(set);
-        ASSERT_EQ(keys.size(), expected.size());
-        for (size_t rank = 0; rank < expected.size(); ++rank) {
-            ASSERT_EQ(keys[rank], expected[rank]);
-        }
-    }
-}
-
 TEST(SearchIndex, FindsNamesOverManyBlocks) {
     std::mt19937 random(5);
     std::vector<std::string> names;

@@ -1,8 +1,10 @@
 #include "Desktop/DesktopApplications.h"
 
 #include "Desktop/DesktopEntry.h"
+#include "Foundation/SmallFile.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -12,7 +14,7 @@
 namespace {
 
 /// No honest desktop entry or property list is larger.
-constexpr qint64 sizeLimit = qint64{1} << 20;
+constexpr std::size_t sizeLimit = std::size_t{1} << 20;
 
 /// Menus are not nested deeper.
 constexpr int depthLimit = 4;
@@ -50,8 +52,9 @@ void addBundles(const FileURL& folder, InstalledNames& names) {
         }
         names.bundles.push_back(text(name.substr(0, name.size() - bundleSuffix.size())));
         const std::string list = folder.appendingPathComponent(name).path() + "/Contents/Info.plist";
-        const std::optional<QByteArray> contents = readStart(list, sizeLimit);
-        if (const std::optional<QString> identifier = contents ? bundleIdentifier(*contents) : std::nullopt) {
+        const std::optional<std::string> contents = readSmallFile(AT_FDCWD, list.c_str(), sizeLimit);
+        if (const std::optional<QString> identifier =
+                contents ? bundleIdentifier(QByteArray::fromStdString(*contents)) : std::nullopt) {
             names.bundles.push_back(lastPiece(*identifier));
         }
     });
@@ -71,8 +74,8 @@ void addEntries(const FileURL& folder, const std::string& prefix, int depth, Ins
         names.identifiers.insert(id);
         names.programs.push_back(text(id));
         names.programs.push_back(lastPiece(text(id)));
-        if (const std::optional<QByteArray> contents = readStart(url.path(), sizeLimit)) {
-            for (QString& found : namesInDesktopEntry(*contents)) {
+        if (const std::optional<std::string> contents = readSmallFile(AT_FDCWD, url.path().c_str(), sizeLimit)) {
+            for (QString& found : namesInDesktopEntry(QByteArray::fromStdString(*contents))) {
                 names.programs.push_back(std::move(found));
             }
         }

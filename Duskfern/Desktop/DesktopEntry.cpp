@@ -1,8 +1,5 @@
 #include "Desktop/DesktopEntry.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <QtCore/QProcess>
 #include <QtCore/QXmlStreamReader>
 
@@ -25,23 +22,6 @@ QString programOf(const QString& commandLine) {
 }
 
 }  // namespace
-
-std::optional<QByteArray> readStart(const std::string& path, qint64 limit) {
-    // Without O_NONBLOCK a named pipe would wait for somebody to write into it.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) {
-        return std::nullopt;
-    }
-    std::optional<QByteArray> contents;
-    struct stat status {};
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
-        contents.emplace(std::min<qint64>(limit, status.st_size), '\0');
-        const ssize_t size = read(descriptor, contents->data(), static_cast<size_t>(contents->size()));
-        contents->truncate(std::max<ssize_t>(0, size));
-    }
-    close(descriptor);
-    return contents;
-}
 
 std::vector<QString> namesInDesktopEntry(const QByteArray& contents) {
     std::vector<QString> names;

@@ -6,9 +6,6 @@
 #include <string>
 #include <vector>
 
-/// The first `limit` bytes of a regular file, links followed; nothing when there is none that can be read.
-[[nodiscard]] std::optional<QByteArray> readStart(const std::string& path, qint64 limit);
-
 /// What a desktop entry calls its application: its Name, the program it starts (the one behind an `env` too) and the
 /// class of its windows. Takes from a malformed entry what can be made out.
 [[nodiscard]] std::vector<QString> namesInDesktopEntry(const QByteArray& contents);

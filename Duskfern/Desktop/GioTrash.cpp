@@ -2,6 +2,7 @@
 
 #include "Desktop/GioSupport.h"
 #include "Desktop/TrashedItem.h"
+#include "Foundation/OpenPath.h"
 
 #include <fcntl.h>
 #include <gio/gunixmounts.h>
@@ -13,20 +14,6 @@
 #include <climits>
 
 namespace {
-
-/// The item itself, whatever its name comes to mean while it is moved. Negative if it could not be opened.
-struct Descriptor {
-    explicit Descriptor(const std::string& path) : number(open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW)) {}
-    ~Descriptor() {
-        if (number >= 0) {
-            close(number);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    const int number;
-};
 
 TrashError errorOf(int number) {
     switch (number) {
@@ -83,7 +70,7 @@ bool holdsMount(const std::string& path) {
 }
 
 /// Why an item cannot be moved, as far as that shows beforehand.
-std::optional<TrashError> refusal(const FileURL& url, int item) {
+std::optional<TrashError> reasonAgainst(const FileURL& url, int item) {
     const std::string_view name = url.lastPathComponent();
     if (name == "/" || name == "." || name == "..") {
         return TrashError::other;
@@ -140,7 +127,7 @@ TrashError errorOf(const GError& error, const FileURL& url, int item) {
         case G_IO_ERROR_PERMISSION_DENIED:
         case G_IO_ERROR_READ_ONLY:
             // Where the item could be taken away it is the Trash that cannot be written.
-            return refusal(url, item).value_or(TrashError::noTrash);
+            return reasonAgainst(url, item).value_or(TrashError::noTrash);
         case G_IO_ERROR_NO_SPACE:
             return TrashError::full;
         case G_IO_ERROR_NOT_SUPPORTED:
@@ -154,19 +141,29 @@ TrashError errorOf(const GError& error, const FileURL& url, int item) {
 
 }  // namespace
 
-std::optional<TrashError> GioTrash::move(const FileURL& url) {
+std::optional<TrashError> GioTrash::refusal(const FileURL& url) {
+    const Descriptor item = openPath(url, O_PATH | O_NOFOLLOW);
+    return item.isOpen() ? reasonAgainst(url, item.number()) : errorOf(errno);
+}
+
+std::optional<TrashError> GioTrash::move(const FileURL& url, const FileIdentity& wanted, const Progress& /*progress*/,
+                                         const std::stop_token& /*stop*/) {
     const std::string& origin = url.path();
-    const Descriptor item(origin);
-    if (item.number < 0) {
+    const Descriptor item = openPath(url, O_PATH | O_NOFOLLOW);
+    if (!item.isOpen()) {
         return errorOf(errno);
     }
-    if (const std::optional<TrashError> reason = refusal(url, item.number)) {
+    const std::optional<FileStatus> status = fileStatus(item.number(), "");
+    if (!status || status->identity != wanted) {
+        return TrashError::changed;
+    }
+    if (const std::optional<TrashError> reason = reasonAgainst(url, item.number())) {
         return reason;
     }
     const GObjectPtr<GFile> file(g_file_new_for_path(origin.c_str()));
     // GIO resolves ".." by the letter, which behind a link leads somewhere else.
     const char* const meant = g_file_peek_path(file.get());
-    if (!meant || !isItemAt(meant, item.number)) {
+    if (!meant || !isItemAt(meant, item.number())) {
         return TrashError::other;
     }
     const TrashOrphanGuard guard(trashFolders(url), url.lastPathComponent());
@@ -177,10 +174,10 @@ std::optional<TrashError> GioTrash::move(const FileURL& url) {
     GPtr<GError> error;
     g_file_trash(file.get(), nullptr, Out(error));
 
-    if (isItemAt(origin, item.number)) {
-        return error ? errorOf(*error, url, item.number) : TrashError::other;
+    if (isItemAt(origin, item.number())) {
+        return error ? errorOf(*error, url, item.number()) : TrashError::other;
     }
-    const std::optional<std::string> place = whereIs(item.number);
+    const std::optional<std::string> place = whereIs(item.number());
     const std::optional<TrashedItem> trashed = place ? TrashedItem::at(*place) : std::nullopt;
     if (!trashed) {
         // Somebody else took the item away in the meantime, or replaced it.

@@ -7,5 +7,7 @@
 /// not overwritten. Names of more than 245 bytes and file systems that GIO calls system internal are refused.
 class GioTrash final : public Trash {
 public:
-    [[nodiscard]] std::optional<TrashError> move(const FileURL& url) override;
+    [[nodiscard]] std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress& progress,
+                                                 const std::stop_token& stop) override;
+    [[nodiscard]] std::optional<TrashError> refusal(const FileURL& url) override;
 };

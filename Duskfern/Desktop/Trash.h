@@ -1,31 +1,48 @@
 #pragma once
 
+#include "Foundation/FileStatus.h"
 #include "Foundation/FileURL.h"
 
 #include <QtCore/QString>
 
+#include <cstdint>
+#include <functional>
 #include <optional>
+#include <stop_token>
 
 /// Why something could not be moved to the Trash.
 enum class TrashError {
     gone,          ///< Nothing is there any more.
+    changed,       ///< Something else than what was confirmed is there now.
     noPermission,  ///< The user may not take it out of its folder.
     readOnly,      ///< The file system it lies on cannot be written.
     full,          ///< No space is left to note where it came from.
     noTrash,       ///< The file system it lies on has no Trash, or does not let us make one.
     nameTooLong,   ///< The Trash cannot hold a name of this length.
+    stopped,       ///< It was given up because the program closes.
     other,
 };
 
 /// Moves things to the user's Trash as the freedesktop.org Trash 1.0 describes it.
 class Trash {
 public:
+    /// How far a move is that has to copy: bytes copied, and in all. Called on the thread that moves.
+    using Progress = std::function<void(std::int64_t copied, std::int64_t total)>;
+
     virtual ~Trash() = default;
 
-    /// Moves one file or folder (a link itself, never its target) to the Trash and returns nothing, or why not. What is
-    /// reported as moved can be restored: its note of origin is complete. Whatever is not moved stays where it was.
-    /// Blocks; may be called on any thread.
-    [[nodiscard]] virtual std::optional<TrashError> move(const FileURL& url) = 0;
+    /// Moves one file or folder (a link itself, never its target) to the Trash and returns nothing, or why not. Only
+    /// `item` itself is moved: whatever else has come to lie at `url` stays, as `TrashError::changed`. What is reported
+    /// as moved can be restored: its note of origin is complete. Whatever is not moved stays where it was, whole.
+    /// Blocks, without end where a disk does not answer; may be called on any thread, and on several at once. `stop`
+    /// gives up a move that takes long, before anything of the original is gone.
+    [[nodiscard]] virtual std::optional<TrashError> move(const FileURL& url, const FileIdentity& item,
+                                                         const Progress& progress = {},
+                                                         const std::stop_token& stop = {}) = 0;
+
+    /// Why `move` would refuse what lies at `url`, as far as that shows without trying; nothing when it should work.
+    /// Looks at the item and the folders it lies in, not at what is inside. Blocks as `move` does; any thread.
+    [[nodiscard]] virtual std::optional<TrashError> refusal(const FileURL& url) = 0;
 };
 
 /// The sentence a person reads when `url` could not be moved; names the file.

@@ -6,6 +6,10 @@ QString pattern(TrashError error) {
     switch (error) {
         case TrashError::gone:
             return QStringLiteral("No se encontró “%1”. Puede que se haya movido o eliminado.");
+        case TrashError::changed:
+            return QStringLiteral("“%1” ha cambiado desde que se mostró. Analiza de nuevo antes de moverlo.");
+        case TrashError::stopped:
+            return QStringLiteral("No se movió “%1” a la papelera porque el programa se cierra.");
         case TrashError::noPermission:
             return QStringLiteral("No tienes permiso para mover “%1” a la papelera.");
         case TrashError::readOnly:

@@ -3,8 +3,6 @@
 #include "Foundation/CheckedSum.h"
 #include "Foundation/FileStatus.h"
 
-#include <sys/stat.h>
-
 namespace {
 
 class Adder final : public WalkVisitor {
@@ -14,8 +12,8 @@ public:
     void unreadable() override {}
     void file(int directory, std::string_view name) override {
         const std::optional<FileStatus> status = fileStatus(directory, name.data());
-        if (status && S_ISREG(status->mode)) {
-            m_sum = checkedSum(m_sum, status->allocated);
+        if (status && status->isRegularFile()) {
+            m_sum = checkedSum(m_sum, status->allocated.value_or(0));
         }
     }
 

@@ -1,21 +1,59 @@
 #include "Foundation/FileStatus.h"
 
+#include "Foundation/OpenPath.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <algorithm>
 #include <limits>
 
+bool FileIdentity::isRegularFile() const {
+    return S_ISREG(kind);
+}
+
+bool FileIdentity::isFolder() const {
+    return S_ISDIR(kind);
+}
+
+bool FileStatus::isRegularFile() const {
+    return S_ISREG(mode);
+}
+
+bool FileStatus::isFolder() const {
+    return S_ISDIR(mode);
+}
+
 std::optional<FileStatus> fileStatus(int directory, const char* name) {
     struct statx status {};
-    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
-    if (statx(directory, name, flags, STATX_TYPE | STATX_BLOCKS, &status) != 0) {
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH;
+    constexpr unsigned mask = STATX_TYPE | STATX_MODE | STATX_BLOCKS | STATX_SIZE | STATX_INO | STATX_UID | STATX_MTIME;
+    if (statx(directory, name, flags, mask, &status) != 0) {
         return std::nullopt;
     }
-    // The kernel counts blocks of 512 bytes whatever those of the file system are. A file system that does not know
-    // them says so, and the length has to do.
-    const bool known = (status.stx_mask & STATX_BLOCKS) != 0;
-    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
-    const std::uint64_t bytes = known ? std::min<std::uint64_t>(status.stx_blocks, most / 512) * 512
-                                      : std::min<std::uint64_t>(status.stx_size, most);
-    return FileStatus{status.stx_mode, static_cast<std::int64_t>(bytes)};
+    constexpr std::uint64_t maximum = std::numeric_limits<std::int64_t>::max();
+    FileStatus result;
+    result.mode = status.stx_mode;
+    result.identity = {makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino,
+                       static_cast<std::uint16_t>(status.stx_mode & S_IFMT)};
+    result.owner = status.stx_uid;
+    result.modifiedSeconds = status.stx_mtime.tv_sec;
+    result.modifiedNanoseconds = status.stx_mtime.tv_nsec;
+    result.isMountPoint = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+    result.length = static_cast<std::int64_t>(std::min<std::uint64_t>(status.stx_size, maximum));
+    if ((status.stx_mask & STATX_BLOCKS) != 0) {
+        // The kernel counts blocks of 512 bytes whatever those of the file system are.
+        result.allocated = static_cast<std::int64_t>(std::min<std::uint64_t>(status.stx_blocks, maximum / 512) * 512);
+    }
+    return result;
+}
+
+std::optional<FileStatus> fileStatus(const FileURL& url) {
+    const Descriptor folder = openPath(url.deletingLastPathComponent(), O_PATH | O_DIRECTORY);
+    if (!folder.isOpen()) {
+        return std::nullopt;
+    }
+    // The root has no name in its own folder.
+    const std::string name = url.path() == "/" ? std::string() : std::string(url.lastPathComponent());
+    return fileStatus(folder.number(), name.c_str());
 }

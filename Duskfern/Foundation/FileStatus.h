@@ -1,14 +1,43 @@
 #pragma once
 
+#include "Foundation/FileURL.h"
+
 #include <cstdint>
 #include <optional>
 
-/// What is asked of an entry of a folder.
-struct FileStatus {
-    std::uint16_t mode = 0;      ///< As in `st_mode`.
-    std::int64_t allocated = 0;  ///< Bytes it takes on disk.
+/// What tells one item of the disk from any other that comes to have its path: device, inode and kind. Holds as long
+/// as the item exists; file systems may give the number of a deleted item to a new one.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint16_t kind = 0;  ///< The file type bits of `st_mode` (S_IFMT).
+
+    bool operator==(const FileIdentity&) const = default;
+
+    [[nodiscard]] bool isRegularFile() const;
+    [[nodiscard]] bool isFolder() const;
 };
 
-/// The status of the entry `name` of the open folder `directory`, of a link itself; never sets off an automount.
-/// Nothing if it cannot be read, for instance because it vanished.
+/// What is asked of an entry of a folder.
+struct FileStatus {
+    std::uint16_t mode = 0;  ///< As in `st_mode`.
+    FileIdentity identity;
+    std::uint32_t owner = 0;                ///< User id.
+    std::int64_t modifiedSeconds = 0;       ///< Since the epoch.
+    std::uint32_t modifiedNanoseconds = 0;  ///< Beyond those.
+    bool isMountPoint = false;              ///< False where the kernel does not tell (before 5.8).
+
+    std::optional<std::int64_t> allocated;  ///< Bytes it takes on disk; none where the file system does not know.
+    std::int64_t length = 0;                ///< Bytes it holds.
+
+    [[nodiscard]] bool isRegularFile() const;
+    [[nodiscard]] bool isFolder() const;
+};
+
+/// The status of the entry `name` of the open folder `directory`, of a link itself; never sets off an automount. An
+/// empty name asks about the descriptor itself. Nothing, with errno set, if it cannot be read, for instance because it
+/// vanished. The only place of the program that asks the kernel.
 [[nodiscard]] std::optional<FileStatus> fileStatus(int directory, const char* name);
+
+/// The same for a location of any length.
+[[nodiscard]] std::optional<FileStatus> fileStatus(const FileURL& url);

@@ -1,8 +1,7 @@
 #include "Foundation/HiddenPlaces.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "Foundation/SmallFile.h"
+
 #include <algorithm>
 #include <array>
 
@@ -31,25 +30,16 @@ constexpr std::array<std::string_view, 22> pseudoFileSystems{
 
 NameSet hiddenNames(int directory) {
     NameSet names;
-    const int descriptor = openat(directory, hiddenListName.data(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) {
-        return names;
-    }
-    struct stat status {};
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
-        constexpr size_t limit = 1 << 20;
-        std::string text(std::min<size_t>(limit, static_cast<size_t>(status.st_size)), '\0');
-        const ssize_t size = read(descriptor, text.data(), text.size());
-        text.resize(static_cast<size_t>(std::max<ssize_t>(0, size)));
-        for (size_t begin = 0; begin < text.size();) {
-            const size_t end = std::min(text.find('\n', begin), text.size());
-            if (end > begin) {
-                names.insert(std::string_view(text).substr(begin, end - begin));
-            }
-            begin = end + 1;
+    constexpr std::size_t limit = std::size_t{1} << 20;
+    const std::string text =
+        readSmallFile(directory, hiddenListName.data(), limit, FollowLinks::no).value_or(std::string());
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        if (end > begin) {
+            names.insert(std::string_view(text).substr(begin, end - begin));
         }
+        begin = end + 1;
     }
-    close(descriptor);
     return names;
 }
 

@@ -11,11 +11,12 @@
 /// arena is gone, also when the arena moves or is absorbed by another one.
 class NameArena {
 public:
-    /// What the kernel allows a name to have, in bytes.
-    static constexpr std::size_t maximumLength = 255;
+    /// Longer names than this, in bytes, are not to be expected: file systems that count characters allow 255 of up to
+    /// four bytes each, FUSE file systems what a path can hold. The limit is one of searching, not of keeping.
+    static constexpr std::size_t maximumLength = 4095;
 
     /// Behind the used part of each block so many bytes can be read: they are zero.
-    static constexpr std::size_t slack = 4096;
+    static constexpr std::size_t slack = 16384;
 
     /// One block's names: `size` bytes from `data`.
     struct Block {
@@ -38,12 +39,9 @@ public:
     /// Whether a position for one more name fits 32 bits; false only beyond 4 GiB of names.
     [[nodiscard]] bool hasRoom() const { return m_blocks.size() < maximumBlocks; }
 
+    /// The name at this position; it ends at its NUL.
     [[nodiscard]] const char* at(std::uint32_t position) const {
         return m_blocks[position >> blockBits].pages.data() + (position & (blockSize - 1));
-    }
-
-    [[nodiscard]] std::string_view view(std::uint32_t position, std::size_t length) const {
-        return {at(position), length};
     }
 
     [[nodiscard]] std::size_t blockCount() const { return m_blocks.size(); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/FileStatus.h"
 #include "Foundation/FileURL.h"
 
 #include <QtCore/QMetaType>
@@ -31,6 +32,7 @@ using JunkKinds::JunkKind;
 /// A file or folder that could go to the Trash.
 struct JunkItem {
     FileURL url;            ///< A direct child of one of the places looked at.
+    FileIdentity identity;  ///< What lay there when it was found, and nothing else, is what may be moved.
     std::int64_t size = 0;  ///< Bytes allocated on disk; of a folder, those of its contents.
     JunkKind kind = JunkKind::leftover;
     QString origin;              ///< What it belongs to, for people.

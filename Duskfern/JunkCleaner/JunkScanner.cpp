@@ -39,10 +39,11 @@ QDateTime cutOff(int days) {
     return moment;
 }
 
-bool isLaterThan(const statx_timestamp& time, const QDateTime& moment) {
+bool isModifiedAfter(const FileStatus& status, const QDateTime& moment) {
     const qint64 seconds = moment.toSecsSinceEpoch();
-    return time.tv_sec > seconds ||
-           (time.tv_sec == seconds && time.tv_nsec > static_cast<std::uint32_t>(moment.time().msec()) * 1'000'000);
+    return status.modifiedSeconds > seconds ||
+           (status.modifiedSeconds == seconds &&
+            status.modifiedNanoseconds > static_cast<std::uint32_t>(moment.time().msec()) * 1'000'000);
 }
 
 /// Lists the places one after the other.
@@ -100,12 +101,16 @@ private:
         }
         while (const dirent* const entry = readdir(folder.get())) {
             const std::string_view name = entry->d_name;
-            if (name.front() == '.' || m_hidden.contains(name) || !reasonToKeep(place.keep, name).empty() ||
-                !mayGo(place, dirfd(folder.get()), entry->d_name)) {
+            if (name.front() == '.' || m_hidden.contains(name) || !reasonToKeep(place.keep, name).empty()) {
+                continue;
+            }
+            const std::optional<FileStatus> status = fileStatus(dirfd(folder.get()), entry->d_name);
+            if (!status || !mayGo(place, *status)) {
                 continue;
             }
             JunkItem item;
             item.url = place.url.appendingPathComponent(name);
+            item.identity = status->identity;
             item.kind = place.kind;
             const std::string real = FileURL(*path).appendingPathComponent(name).path();
             if (!holdsAny(real, m_personal) && !holdsAny(real, m_support) && !holdsAny(real, m_visited) &&
@@ -144,14 +149,9 @@ private:
     }
 
     /// Whether the entry is a file or folder of the user's own, and old enough.
-    [[nodiscard]] bool mayGo(const JunkPlace& place, int folder, const char* name) const {
-        struct statx status {};
-        constexpr unsigned mask = STATX_TYPE | STATX_UID | STATX_MTIME;
-        if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, mask, &status) != 0) {
-            return false;
-        }
-        return (S_ISREG(status.stx_mode) || S_ISDIR(status.stx_mode)) && status.stx_uid == geteuid() &&
-               !(place.olderThanDays && isLaterThan(status.stx_mtime, m_cutOff));
+    [[nodiscard]] bool mayGo(const JunkPlace& place, const FileStatus& status) const {
+        return (status.isRegularFile() || status.isFolder()) && status.owner == geteuid() &&
+               !(place.olderThanDays && isModifiedAfter(status, m_cutOff));
     }
 
     const InstalledAppTokens m_tokens;
@@ -200,13 +200,13 @@ std::vector<JunkItem> scan(const JunkPlaces& places, const InstalledApplications
 }
 
 std::int64_t allocatedSize(const FileURL& url, const std::stop_token& stop) {
-    const std::optional<FileStatus> status = fileStatus(AT_FDCWD, url.path().c_str());
-    if (!status || S_ISREG(status->mode)) {
-        return status ? status->allocated : 0;
+    const std::optional<FileStatus> status = fileStatus(url);
+    if (!status || status->isRegularFile()) {
+        return status ? status->allocated.value_or(0) : 0;
     }
     // An item that is offered has no mount inside, so there is no need to look for kernel file systems in each.
     const auto isEntered = [](std::string_view name) { return !isPackageName(name); };
-    return S_ISDIR(status->mode) ? allocatedSizeBelow(url, isEntered, stop, {}) : 0;
+    return status->isFolder() ? allocatedSizeBelow(url, isEntered, stop, {}) : 0;
 }
 
 }  // namespace JunkScanner

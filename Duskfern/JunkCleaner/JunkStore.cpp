@@ -166,7 +166,7 @@ void JunkStore::cleanNext() {
         return;
     }
     const JunkItem& item = m_chosen[m_next];
-    if (m_services.trash.move(item.url)) {
+    if (m_services.trash.move(item.url, item.identity)) {
         ++m_failures;
     } else {
         m_cleaned.insert(item.id());

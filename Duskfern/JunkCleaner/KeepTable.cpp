@@ -1,7 +1,6 @@
 #include "JunkCleaner/KeepTable.h"
 
 #include <algorithm>
-#include <cctype>
 #include <span>
 
 namespace {
@@ -299,8 +298,9 @@ constexpr KeepRow supportRows[] = {
     {"Bitcoin", "wallets"},
 };
 
-unsigned char folded(char character) {
-    return static_cast<unsigned char>(std::tolower(static_cast<unsigned char>(character)));
+/// Lower case of an ASCII letter, whatever the locale: a Turkish one has another "i".
+char folded(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
 bool isSame(std::string_view a, std::string_view b) {

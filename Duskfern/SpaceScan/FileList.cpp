@@ -58,15 +58,13 @@ FileCategory FileList::categoryAt(std::size_t index) const {
 }
 
 std::string_view FileList::nameAt(std::size_t index) const {
-    const FileRecord& file = record(index);
-    return m_storage->names.view(file.name, file.nameLength);
+    return m_storage->names.at(record(index).name);
 }
 
 FileURL FileList::folderURL(std::uint32_t folder) const {
     std::vector<std::string_view> names;
     for (; folder != 0; folder = m_storage->folders[folder].parent) {
-        const FolderRecord& at = m_storage->folders[folder];
-        names.push_back(m_storage->names.view(at.name, at.nameLength));
+        names.emplace_back(m_storage->names.at(m_storage->folders[folder].name));
     }
     std::string path = m_storage->root.path() == "/" ? std::string() : m_storage->root.path();
     for (auto name = names.rbegin(); name != names.rend(); ++name) {

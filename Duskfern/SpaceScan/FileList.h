@@ -14,12 +14,11 @@
 
 /// What a `FileList` keeps of one file: 16 bytes, so that millions of files fit into memory.
 struct FileRecord {
-    static constexpr unsigned sizeBits = 53;
+    static constexpr unsigned sizeBits = 61;
 
-    std::uint64_t size : sizeBits;  ///< Bytes; what takes more than 8 PiB is taken for 8 PiB.
+    std::uint64_t size : sizeBits;  ///< Bytes; what takes more than 2 EiB is taken for 2 EiB.
     std::uint64_t category : 3;
-    std::uint64_t nameLength : 8;
-    std::uint32_t name;    ///< Position in the names of the list.
+    std::uint32_t name;    ///< Position in the names of the list; the name ends at a NUL, whatever its length.
     std::uint32_t folder;  ///< Index into the folders of the list.
 };
 static_assert(sizeof(FileRecord) == 16);
@@ -28,7 +27,6 @@ static_assert(sizeof(FileRecord) == 16);
 struct FolderRecord {
     std::uint32_t parent = 0;  ///< Index of the parent; the root, at index 0, has itself.
     std::uint32_t name = 0;
-    std::uint32_t nameLength = 0;
 };
 
 /// The files of a scan in order, as a value: copies share what they hold, and nothing changes it any more. A

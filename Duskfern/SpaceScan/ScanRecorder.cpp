@@ -4,7 +4,6 @@
 #include "Foundation/FileStatus.h"
 #include "SpaceScan/FileClassifier.h"
 
-#include <sys/stat.h>
 #include <algorithm>
 
 void ScanRecorder::beginFolder(WalkFolder& folder) {
@@ -18,14 +17,13 @@ void ScanRecorder::file(int directory, std::string_view name) {
         m_skipped = checkedSum(m_skipped, 1);
         return;
     }
-    if (!S_ISREG(status->mode)) {
+    if (!status->isRegularFile()) {
         return;
     }
-    constexpr std::uint64_t most = (std::uint64_t{1} << FileRecord::sizeBits) - 1;
+    constexpr std::uint64_t maximum = (std::uint64_t{1} << FileRecord::sizeBits) - 1;
     FileRecord& record = m_files.append();
-    record.size = std::min(static_cast<std::uint64_t>(status->allocated), most) & most;
+    record.size = std::min(static_cast<std::uint64_t>(status->allocated.value_or(status->length)), maximum) & maximum;
     record.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
-    record.nameLength = name.size() & NameArena::maximumLength;
     record.name = m_names.append(name);
     m_folded.clear();
     m_folding.fold(name, m_folded);
@@ -73,7 +71,7 @@ FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& roo
             return;
         }
         const auto index = static_cast<std::uint32_t>(all.folders.size());
-        all.folders.push_back({parent, all.names.append({folder.name, folder.nameLength}), folder.nameLength});
+        all.folders.push_back({parent, all.names.append({folder.name, folder.nameLength})});
         open.push_back({listing, index, listing->firstFile, listing->firstChild});
     };
     enter(root, 0);

@@ -7,7 +7,22 @@
 
 #include <QtCore/QPointer>
 
+#include <future>
+#include <memory>
 #include <utility>
+
+namespace {
+
+/// Moves the regular file that lay at `url` when it had that `status`; only regular files are ever moved from here.
+std::optional<TrashError> moveFile(Trash& trash, const FileURL& url, const std::optional<FileStatus>& status,
+                                   const std::stop_token& stop) {
+    if (!status) {
+        return TrashError::gone;
+    }
+    return status->isRegularFile() ? trash.move(url, status->identity, {}, stop) : TrashError::changed;
+}
+
+}  // namespace
 
 ScanStore::ScanStore(Dialogs& dialogs, Trash& trash, FileManager& fileManager, QObject* parent)
     : QObject(parent), m_dialogs(dialogs), m_trash(trash), m_fileManager(fileManager) {}
@@ -155,19 +170,24 @@ void ScanStore::moveSelectedToTrash() {
         return;
     }
     const FileItem item = *m_selected;
+    // What lies there when the question is asked is what may be moved. The disk is asked on another thread, because it
+    // may not answer.
+    const auto asked = std::make_shared<std::promise<std::optional<FileStatus>>>();
+    const std::shared_future<std::optional<FileStatus>> status = asked->get_future().share();
+    Dispatch::background([asked, url = item.url](const std::stop_token&) { asked->set_value(fileStatus(url)); });
     const Confirmation question{
         QStringLiteral("¿Mover “%1” a la papelera?").arg(item.name()),
         QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
         QStringLiteral("Mover a la papelera"),
         QStringLiteral("Cancelar"),
     };
-    m_dialogs.confirm(question, [self = QPointer(this), item](bool confirmed) {
+    m_dialogs.confirm(question, [self = QPointer(this), item, status](bool confirmed) {
         if (self == nullptr || !confirmed) {
             return;
         }
         // A disk that is slow or does not answer must not freeze the window.
-        Dispatch::background([self, item, &trash = self->m_trash](const std::stop_token&) {
-            const std::optional<TrashError> error = trash.move(item.url);
+        Dispatch::background([self, item, status, &trash = self->m_trash](const std::stop_token& stop) {
+            const std::optional<TrashError> error = moveFile(trash, item.url, status.get(), stop);
             std::optional<QString> failure;
             if (error) {
                 failure = trashErrorText(*error, item.url);

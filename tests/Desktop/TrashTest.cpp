@@ -79,6 +79,11 @@ protected:
         return FileURL((home / "folder" / name).string());
     }
 
+    /// Moves what lies at `url` now.
+    std::optional<TrashError> move(const FileURL& url) {
+        return adapter.move(url, fileStatus(url).value_or(FileStatus()).identity, {}, {});
+    }
+
     fs::path home;
     fs::path trash;
     GioTrash adapter;
@@ -107,7 +112,7 @@ TEST_F(TrashTest, KeepsOddNamesToTheByte) {
     Origins expected;
     for (const std::string name : names) {
         const FileURL url = make(name, name);
-        ASSERT_EQ(adapter.move(url), std::nullopt) << name;
+        ASSERT_EQ(move(url), std::nullopt) << name;
         EXPECT_FALSE(isThere(url.path())) << name;
         EXPECT_EQ(contentOf(trash / "files" / name), name);
         expected.insert(url.path());
@@ -121,7 +126,7 @@ TEST_F(TrashTest, MovesWholeFoldersAndSeveralItemsOfOneName) {
         fs::create_directories(home / "folder" / "cache.d" / "inner");
         const FileURL url = make("cache.d");
         const FileURL inside = make("cache.d/inner/file", std::to_string(i));
-        ASSERT_EQ(adapter.move(url), std::nullopt);
+        ASSERT_EQ(move(url), std::nullopt);
         EXPECT_FALSE(isThere(inside.path()));
         expected.insert(url.path());
     }
@@ -134,14 +139,14 @@ TEST_F(TrashTest, MovesALinkItselfAndFollowsLinksOnTheWay) {
     for (const char* content : {"target", "nowhere"}) {
         const fs::path link = home / "folder" / (std::string("link to ") + content);
         fs::create_symlink(content, link);
-        EXPECT_EQ(adapter.move(FileURL(link.string())), std::nullopt);
+        EXPECT_EQ(move(FileURL(link.string())), std::nullopt);
         EXPECT_EQ(fs::read_symlink(trash / "files" / link.filename()), content);
     }
     EXPECT_TRUE(isThere(target.path()));
 
     fs::create_directory_symlink("folder", home / "way");
     const FileURL behindLink((home / "way" / "target").string());
-    EXPECT_EQ(adapter.move(behindLink), std::nullopt);
+    EXPECT_EQ(move(behindLink), std::nullopt);
     EXPECT_EQ(originsIn(trash).count(behindLink.path()), 1U);
     fs::remove(home / "way");
 }
@@ -150,26 +155,26 @@ TEST_F(TrashTest, TellsHardLinksApart) {
     const FileURL first = make("first");
     const FileURL second(first.deletingLastPathComponent().appendingPathComponent("second"));
     fs::create_hard_link(first.path(), second.path());
-    EXPECT_EQ(adapter.move(first), std::nullopt);
+    EXPECT_EQ(move(first), std::nullopt);
     EXPECT_TRUE(isThere(second.path()));
-    EXPECT_EQ(adapter.move(second), std::nullopt);
+    EXPECT_EQ(move(second), std::nullopt);
     EXPECT_EQ(originsIn(trash), (Origins{first.path(), second.path()}));
 }
 
 TEST_F(TrashTest, WritesTheNoteOfLongNamesOrRefusesThem) {
     for (const size_t length : {238U, 239U, 245U}) {
         const FileURL url = make("%41\n\xff" + std::string(length - 5, 'n'));
-        EXPECT_EQ(adapter.move(url), std::nullopt) << length;
+        EXPECT_EQ(move(url), std::nullopt) << length;
         EXPECT_EQ(originsIn(trash).count(url.path()), 1U) << length;
     }
     // Its second one would be called ".2" more than the Trash can note.
     const FileURL again = make("%41\n\xff" + std::string(240, 'n'), "second");
-    EXPECT_EQ(adapter.move(again), TrashError::nameTooLong);
+    EXPECT_EQ(move(again), TrashError::nameTooLong);
     EXPECT_EQ(contentOf(again.path()), "second");
     EXPECT_EQ(originsIn(trash).count("broken"), 0U);
     for (const size_t length : {246U, 255U}) {
         const FileURL url = make(std::string(length, 'n'));
-        EXPECT_EQ(adapter.move(url), TrashError::nameTooLong) << length;
+        EXPECT_EQ(move(url), TrashError::nameTooLong) << length;
         EXPECT_TRUE(isThere(url.path())) << length;
     }
 }
@@ -181,7 +186,7 @@ TEST_F(TrashTest, DoesNotOverwriteWhatLiesInTheTrashWithoutANote) {
         std::ofstream(trash / "files" / orphan) << "orphan";
     }
     const FileURL url = make("a.txt", "new");
-    EXPECT_EQ(adapter.move(url), std::nullopt);
+    EXPECT_EQ(move(url), std::nullopt);
     EXPECT_EQ(contentOf(trash / "files" / "a.txt"), "orphan");
     EXPECT_EQ(contentOf(trash / "files" / "a.2.txt"), "orphan");
     EXPECT_EQ(contentOf(trash / "files" / "a.3.txt"), "new");
@@ -191,7 +196,7 @@ TEST_F(TrashTest, DoesNotOverwriteWhatLiesInTheTrashWithoutANote) {
 
 TEST_F(TrashTest, TakesNoBrokenNoteForOneAndWritesItAnew) {
     const FileURL url = make("50% é");
-    ASSERT_EQ(adapter.move(url), std::nullopt);
+    ASSERT_EQ(move(url), std::nullopt);
     const fs::path note = trash / "info" / "50% é.trashinfo";
     const std::string whole = contentOf(note);
     const std::optional<TrashedItem> item = TrashedItem::at((trash / "files" / "50% é").string());
@@ -224,7 +229,7 @@ TEST_F(TrashTest, PutsBackOnlyWhereNothingIs) {
     const FileURL folder((home / "folder" / "sub").string());
     make("sub/inside", "trashed");
     for (const FileURL& each : {url, folder}) {
-        ASSERT_EQ(adapter.move(each), std::nullopt);
+        ASSERT_EQ(move(each), std::nullopt);
         const fs::path file = trash / "files" / each.lastPathComponent();
         const std::optional<TrashedItem> item = TrashedItem::at(file.string());
         ASSERT_TRUE(item);
@@ -260,7 +265,7 @@ TEST_F(TrashTest, RefusesWhatIsGoneOrHasNoPlaceToGoBackTo) {
         {FileURL((home / "folder" / "way" / ".." / "file").string()), TrashError::other},
     }};
     for (const auto& [url, error] : cases) {
-        EXPECT_EQ(adapter.move(url), error) << url.path();
+        EXPECT_EQ(move(url), error) << url.path();
     }
     EXPECT_TRUE(isThere(file.path()));
     EXPECT_TRUE(isThere(home / "elsewhere" / "file"));
@@ -274,7 +279,7 @@ TEST_F(TrashTest, RefusesWhatMayNotBeTakenAway) {
         ioctl(file, FS_IOC_GETFLAGS, &flags);
         int fixed = flags | FS_IMMUTABLE_FL;
         const bool possible = ioctl(file, FS_IOC_SETFLAGS, &fixed) == 0;
-        const std::optional<TrashError> result = possible ? adapter.move(url) : TrashError::noPermission;
+        const std::optional<TrashError> result = possible ? move(url) : TrashError::noPermission;
         ioctl(file, FS_IOC_SETFLAGS, &flags);
         close(file);
         EXPECT_EQ(result, TrashError::noPermission);
@@ -284,17 +289,17 @@ TEST_F(TrashTest, RefusesWhatMayNotBeTakenAway) {
     const FileURL folder((home / "folder" / "closed folder").string());
     const FileURL inside = make("closed folder/file");
     fs::permissions(folder.path(), fs::perms::owner_read | fs::perms::owner_exec);
-    EXPECT_EQ(adapter.move(inside), TrashError::noPermission);
-    EXPECT_EQ(adapter.move(folder), TrashError::noPermission);
+    EXPECT_EQ(move(inside), TrashError::noPermission);
+    EXPECT_EQ(move(folder), TrashError::noPermission);
     fs::permissions(folder.path(), fs::perms::none);
-    EXPECT_EQ(adapter.move(inside), TrashError::noPermission);
+    EXPECT_EQ(move(inside), TrashError::noPermission);
     fs::permissions(folder.path(), fs::perms::owner_all);
     EXPECT_TRUE(isThere(inside.path()));
 
     const FileURL free = make("free");
-    ASSERT_EQ(adapter.move(make("first")), std::nullopt);
+    ASSERT_EQ(move(make("first")), std::nullopt);
     fs::permissions(trash / "info", fs::perms::owner_read | fs::perms::owner_exec);
-    EXPECT_EQ(adapter.move(free), TrashError::noTrash);
+    EXPECT_EQ(move(free), TrashError::noTrash);
     fs::permissions(trash / "info", fs::perms::owner_all);
     EXPECT_TRUE(isThere(free.path()));
 }
@@ -309,14 +314,14 @@ TEST_F(TrashTest, PutsBackWhatAFullVolumeHasNoNoteFor) {
         const FileURL folder((home / "folder" / "sub").string());
         std::ofstream(home / "filling") << std::string(1U << 20U, 'x');
 
-        EXPECT_EQ(adapter.move(url), TrashError::full);
-        EXPECT_EQ(adapter.move(folder), TrashError::full);
+        EXPECT_EQ(move(url), TrashError::full);
+        EXPECT_EQ(move(folder), TrashError::full);
         EXPECT_EQ(contentOf(url.path()), "precious");
         EXPECT_EQ(contentOf(folder.path() + "/inside"), "precious too");
         EXPECT_EQ(originsIn(trash), Origins{});
 
         fs::remove(home / "filling");
-        EXPECT_EQ(adapter.move(url), std::nullopt);
+        EXPECT_EQ(move(url), std::nullopt);
         EXPECT_EQ(originsIn(trash), Origins{url.path()});
     });
     if (!passed) {
@@ -331,11 +336,11 @@ TEST_F(TrashTest, MindsWhereTheItemIsMounted) {
         fs::create_directories(disk);
         ASSERT_EQ(mount("memory", disk.c_str(), "tmpfs", 0, "size=1m"), 0);
         const FileURL url = make("disk/file");
-        EXPECT_EQ(adapter.move(url), TrashError::noTrash) << "GIO has no Trash in memory";
-        EXPECT_EQ(adapter.move(FileURL(disk.string())), TrashError::other) << "a mount point";
-        EXPECT_EQ(adapter.move(FileURL((home / "folder").string())), TrashError::other) << "a folder with one inside";
+        EXPECT_EQ(move(url), TrashError::noTrash) << "GIO has no Trash in memory";
+        EXPECT_EQ(move(FileURL(disk.string())), TrashError::other) << "a mount point";
+        EXPECT_EQ(move(FileURL((home / "folder").string())), TrashError::other) << "a folder with one inside";
         ASSERT_EQ(mount(nullptr, disk.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
-        EXPECT_EQ(adapter.move(url), TrashError::readOnly);
+        EXPECT_EQ(move(url), TrashError::readOnly);
         EXPECT_EQ(contentOf(url.path()), "content");
     });
     if (!passed) {
@@ -353,16 +358,16 @@ TEST_F(TrashTest, UsesTheTrashOfTheVolumeTheItemLiesOn) {
         ASSERT_EQ(mount("disk", disk.c_str(), "ramfs", 0, nullptr), 0);
         fs::create_directories(disk / "sub");
 
-        EXPECT_EQ(adapter.move(make("disk/sub/50% é")), std::nullopt);
+        EXPECT_EQ(move(make("disk/sub/50% é")), std::nullopt);
         EXPECT_EQ(originsIn(disk / (".Trash-" + user)), Origins{"sub/50% é"});
         // The note of so long a name has to be written afterwards, here with a path relative to the volume.
         const std::string name(245, 'n');
-        EXPECT_EQ(adapter.move(make("disk/sub/" + name)), std::nullopt);
+        EXPECT_EQ(move(make("disk/sub/" + name)), std::nullopt);
         EXPECT_EQ(originsIn(disk / (".Trash-" + user)), (Origins{"sub/50% é", "sub/" + name}));
 
         fs::create_directories(disk / ".Trash");
         fs::permissions(disk / ".Trash", fs::perms::all | fs::perms::sticky_bit);
-        EXPECT_EQ(adapter.move(make("disk/" + name)), std::nullopt);
+        EXPECT_EQ(move(make("disk/" + name)), std::nullopt);
         EXPECT_EQ(originsIn(disk / ".Trash" / user), Origins{name});
     });
     if (!passed) {

@@ -17,9 +17,11 @@ constexpr auto dialog = QAccessible::Dialog;
 
 /// A Trash that takes everything but what the test says.
 struct PickyTrash final : Trash {
-    [[nodiscard]] std::optional<TrashError> move(const FileURL& url) override {
-        return refused.contains(url) ? TrashError::noPermission : real.move(url);
+    [[nodiscard]] std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress& progress,
+                                                 const std::stop_token& stop) override {
+        return refused.contains(url) ? TrashError::noPermission : real.move(url, item, progress, stop);
     }
+    [[nodiscard]] std::optional<TrashError> refusal(const FileURL& url) override { return real.refusal(url); }
 
     GioTrash real;
     std::set<FileURL> refused;

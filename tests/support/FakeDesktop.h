@@ -60,16 +60,22 @@ struct FakeFileManager final : FileManager {
 
 /// Moves nothing; reports what it was told to.
 struct FakeTrash final : Trash {
-    std::optional<TrashError> move(const FileURL& url) override {
+    std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress&,
+                                   const std::stop_token&) override {
         if (refused.contains(url)) {
             return TrashError::noPermission;
         }
         moved.push_back(url);
+        identities.push_back(item);
         return error;
+    }
+    std::optional<TrashError> refusal(const FileURL& url) override {
+        return refused.contains(url) ? std::optional(TrashError::noPermission) : std::nullopt;
     }
 
     std::optional<TrashError> error;
     std::vector<FileURL> moved;
+    std::vector<FileIdentity> identities;
     std::set<FileURL> refused;
 };
 

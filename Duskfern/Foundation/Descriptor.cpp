@@ -1,0 +1,12 @@
+#include "Foundation/Descriptor.h"
+
+#include <cerrno>
+
+void Descriptor::reset(int number) {
+    const int old = std::exchange(m_number, number);
+    if (old >= 0) {
+        const int error = errno;
+        close(old);
+        errno = error;
+    }
+}

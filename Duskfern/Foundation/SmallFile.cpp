@@ -1,0 +1,35 @@
+#include "Foundation/SmallFile.h"
+
+#include "Foundation/Descriptor.h"
+#include "Foundation/FileStatus.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+
+std::optional<std::string> readSmallFile(int directory, const char* path, std::size_t limit, FollowLinks links) {
+    // Without O_NONBLOCK a named pipe would wait for somebody to write into it.
+    const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (links == FollowLinks::no ? O_NOFOLLOW : 0);
+    const Descriptor file(openat(directory, path, flags));
+    const std::optional<FileStatus> status = file.isOpen() ? fileStatus(file.number(), "") : std::nullopt;
+    if (!status || !status->isRegularFile()) {
+        return std::nullopt;
+    }
+    // Only the owner may ask for this; anybody else reads as usual.
+    (void)fcntl(file.number(), F_SETFL, O_RDONLY | O_NONBLOCK | O_NOATIME);
+    std::string text(std::min(limit, static_cast<std::size_t>(std::max<std::int64_t>(0, status->length))), '\0');
+    std::size_t size = 0;
+    while (size < text.size()) {
+        const ssize_t count = read(file.number(), text.data() + size, text.size() - size);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            break;
+        }
+        size += static_cast<std::size_t>(count);
+    }
+    text.resize(size);
+    return text;
+}

@@ -43,7 +43,7 @@ NameSet hiddenNames(int directory) {
     return names;
 }
 
-HiddenPlaces::HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& mounts) {
+HiddenPlaces::HiddenPlaces(const FileURL& root, const std::vector<Mount>& mounts) {
     std::string prefix = realPath(root).value_or(root.path());
     if (prefix.back() != '/') {
         prefix += '/';
@@ -58,9 +58,9 @@ HiddenPlaces::HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& m
         m_byFolder[std::string(folder)].insert(path.substr(folder.empty() ? 0 : slash + 1));
     };
     std::for_each(systemFolders.begin(), systemFolders.end(), hide);
-    for (const MountPoint& mount : mounts) {
+    for (const Mount& mount : mounts) {
         if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), mount.type) != pseudoFileSystems.end()) {
-            hide(mount.path);
+            hide(mount.target);
         }
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/FileURL.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 
 #include <string>
 #include <string_view>
@@ -41,7 +41,7 @@ constexpr std::string_view hiddenListName = ".hidden";
 class HiddenPlaces {
 public:
     /// Those that lie below `root` (its links resolved) while `mounts` are all there are.
-    HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& mounts);
+    HiddenPlaces(const FileURL& root, const std::vector<Mount>& mounts);
 
     /// The names hidden in a folder given by its path relative to the root ("" for the root); null where there are
     /// none.

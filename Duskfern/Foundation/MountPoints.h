@@ -1,13 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include "Foundation/MountTable.h"
 
-/// Where something is mounted, and what kind of file system it is.
-struct MountPoint {
-    std::string path;  ///< Absolute, without links.
-    std::string type;  ///< "ext4", "proc", "fuse.sshfs" …
-};
+/// The mount table as walks take it.
+using MountPoint = Mount;
 
-/// The mount points at this moment, in the order in which they were mounted; none when the kernel does not tell.
-[[nodiscard]] std::vector<MountPoint> mountPoints();
+/// The mounts at this moment; none when the kernel does not tell.
+[[nodiscard]] inline std::vector<MountPoint> mountPoints() {
+    return readMountTable().value_or(std::vector<Mount>());
+}

@@ -57,7 +57,7 @@ public:
             addReal(url, m_support);
         }
         for (const MountPoint& mount : mountPoints()) {
-            m_mounts.push_back(mount.path);
+            m_mounts.push_back(mount.target);
         }
     }
 

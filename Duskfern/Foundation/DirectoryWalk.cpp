@@ -51,7 +51,7 @@ Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker)
 }  // namespace
 
 DirectoryWalk::DirectoryWalk(std::vector<WalkRoot> roots, Policy policy, std::stop_token stop,
-                             std::vector<MountPoint> mounts)
+                             std::vector<Mount> mounts)
     : m_state(std::make_shared<WalkState>(std::move(roots), std::move(policy), std::move(stop), std::move(mounts))) {}
 
 DirectoryWalk::~DirectoryWalk() = default;

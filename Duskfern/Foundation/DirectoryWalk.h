@@ -3,7 +3,7 @@
 #include "Foundation/DiskPatience.h"
 #include "Foundation/FileStatus.h"
 #include "Foundation/FileURL.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 
 #include <cstdint>
 #include <functional>
@@ -66,7 +66,7 @@ public:
     /// `mounts` are those below which kernel file systems hide; none are looked for where it is empty. `stop` ends the
     /// walk early.
     DirectoryWalk(std::vector<WalkRoot> roots, Policy policy, std::stop_token stop = {},
-                  std::vector<MountPoint> mounts = mountPoints());
+                  std::vector<Mount> mounts = currentMounts());
     ~DirectoryWalk();
     DirectoryWalk(const DirectoryWalk&) = delete;
     DirectoryWalk& operator=(const DirectoryWalk&) = delete;

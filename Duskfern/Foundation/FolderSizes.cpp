@@ -28,7 +28,7 @@ private:
 }  // namespace
 
 FolderSizes folderSizes(std::vector<WalkRoot> folders, const DirectoryWalk::Policy& policy, const std::stop_token& stop,
-                        const std::vector<MountPoint>& mounts) {
+                        const std::vector<Mount>& mounts) {
     FolderSizes sizes{std::vector<std::int64_t>(folders.size()), nullptr};
     if (folders.empty()) {
         return sizes;

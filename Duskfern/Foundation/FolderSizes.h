@@ -20,4 +20,4 @@ struct FolderSizes {
 /// beyond 64 bits ends the program. `stop` ends it early with what it has, because nobody waits any more.
 [[nodiscard]] FolderSizes folderSizes(std::vector<WalkRoot> folders, const DirectoryWalk::Policy& policy,
                                       const std::stop_token& stop = {},
-                                      const std::vector<MountPoint>& mounts = mountPoints());
+                                      const std::vector<Mount>& mounts = currentMounts());

@@ -43,7 +43,7 @@ NameSet hiddenNames(int directory) {
     return names;
 }
 
-HiddenPlaces::HiddenPlaces(std::string_view root, const std::vector<MountPoint>& mounts,
+HiddenPlaces::HiddenPlaces(std::string_view root, const std::vector<Mount>& mounts,
                            const std::vector<std::string>& others) {
     std::string prefix(root);
     if (prefix.empty() || prefix.back() != '/') {
@@ -61,9 +61,9 @@ HiddenPlaces::HiddenPlaces(std::string_view root, const std::vector<MountPoint>&
     };
     std::for_each(systemFolders.begin(), systemFolders.end(), hide);
     std::for_each(others.begin(), others.end(), hide);
-    for (const MountPoint& mount : mounts) {
+    for (const Mount& mount : mounts) {
         if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), mount.type) != pseudoFileSystems.end()) {
-            hide(mount.path);
+            hide(mount.target);
         }
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/FileURL.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 
 #include <string>
 #include <string_view>
@@ -44,7 +44,7 @@ public:
 
     /// Those that lie below the absolute path `root` while `mounts` are all there are, and the paths `others`. No path
     /// leads over a link.
-    HiddenPlaces(std::string_view root, const std::vector<MountPoint>& mounts, const std::vector<std::string>& others);
+    HiddenPlaces(std::string_view root, const std::vector<Mount>& mounts, const std::vector<std::string>& others);
 
     /// Whether a folder whose path relative to the root has that many bytes may have any.
     [[nodiscard]] bool mayHaveNamesIn(std::size_t pathLength) const {

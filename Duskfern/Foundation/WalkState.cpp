@@ -6,7 +6,7 @@
 #include <utility>
 
 WalkState::WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPolicy, std::stop_token stopToken,
-                     std::vector<MountPoint> mountTable)
+                     std::vector<Mount> mountTable)
     : policy(std::move(enterPolicy)), stop(std::move(stopToken)), mounts(std::move(mountTable)), roots(places.size()) {
     for (std::size_t index = 0; index < roots.size(); ++index) {
         roots[index].place = std::move(places[index]);
@@ -92,18 +92,18 @@ void WalkState::passOverMountOf(const WalkFolder& folder) {
         return;
     }
     const std::string path = pathOf(folder);
-    const MountPoint* nearest = nullptr;
-    for (const MountPoint& mount : mounts) {
-        if (isAtOrBelow(path, mount.path) && (nearest == nullptr || mount.path.size() >= nearest->path.size())) {
+    const Mount* nearest = nullptr;
+    for (const Mount& mount : mounts) {
+        if (isAtOrBelow(path, mount.target) && (nearest == nullptr || mount.target.size() >= nearest->target.size())) {
             nearest = &mount;
         }
     }
     // A disk that a root lies on may only be slow: what is passed over there is no more than what was asked for.
     const bool holdsRoot = nearest == nullptr || std::any_of(roots.begin(), roots.end(), [&](const Root& root) {
-                               return isAtOrBelow(pathOf(root.folder), nearest->path);
+                               return isAtOrBelow(pathOf(root.folder), nearest->target);
                            });
     if (!holdsRoot) {
-        m_deadMounts.push_back(nearest->path);
+        m_deadMounts.push_back(nearest->target);
     }
 }
 

@@ -24,7 +24,7 @@ public:
     };
 
     WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy policy, std::stop_token stop,
-              std::vector<MountPoint> mounts);
+              std::vector<Mount> mounts);
     ~WalkState();
 
     /// The folder to list next, the one found last, so that few are pending at a time. Waits for one; null when the
@@ -48,7 +48,7 @@ public:
 
     const DirectoryWalk::Policy policy;
     const std::stop_token stop;
-    const std::vector<MountPoint> mounts;
+    const std::vector<Mount> mounts;
     std::vector<Root> roots;  ///< Never resized.
     const std::shared_ptr<LateAnswer> late = std::make_shared<LateAnswer>();
 

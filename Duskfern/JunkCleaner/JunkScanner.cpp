@@ -2,7 +2,7 @@
 
 #include "Desktop/InstalledApplications.h"
 #include "Foundation/FolderSizes.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 #include "Foundation/Packages.h"
 #include "JunkCleaner/JunkListing.h"
 #include "JunkCleaner/Leftovers.h"
@@ -92,8 +92,8 @@ class Judge {
 public:
     explicit Judge(Answers answers)
         : m_answers(std::move(answers)), m_tokens(m_answers.names.value_or(InstalledNames())) {
-        for (const MountPoint& mount : mountPoints()) {
-            m_mounts.push_back(mount.path);
+        for (const Mount& mount : currentMounts()) {
+            m_mounts.push_back(mount.target);
         }
     }
 

@@ -1,6 +1,6 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/GioTrash.h"
+#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/QtFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
@@ -20,7 +20,7 @@ int run(int& argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
     const QApplication application(argc, argv);
     DuskfernApp::prepareProcess();
-    GioTrash trash;
+    FreedesktopTrash trash;
     BusFileManager fileManager;
     QtFolderChooser folderChooser;
     PortalColorScheme colorScheme;

@@ -7,7 +7,7 @@
 
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/GioTrash.h"
+#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/QtFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
@@ -110,7 +110,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
     const QApplication application(argc, argv);
     DuskfernApp::prepareProcess();
-    GioTrash trash;
+    FreedesktopTrash trash;
     BusFileManager fileManager;
     QtFolderChooser folderChooser;
     PortalColorScheme colorScheme;

@@ -11,10 +11,24 @@ Rectangle {
 
     required property ScanStore store
 
+    readonly property bool open: menu.visible
+
+    /// It was shown and is not any more.
+    signal closed
     signal quitRequested
+
+    function toggle() {
+        if (menu.visible) {
+            menu.close();
+        } else {
+            menu.popup(title, 0, title.height);
+        }
+    }
 
     color: Theme.sidebar
     implicitHeight: title.implicitHeight + 4
+
+    onEnabledChanged: menu.close()
 
     Divider {
         anchors.bottom: parent.bottom
@@ -39,10 +53,10 @@ Rectangle {
                 title.clicked();
             }
         }
-        Keys.onDownPressed: title.clicked()
-        Keys.onEnterPressed: title.clicked()
-        Keys.onReturnPressed: title.clicked()
-        onClicked: menu.visible ? menu.close() : menu.popup(title, 0, title.height)
+        Keys.onDownPressed: root.toggle()
+        Keys.onEnterPressed: root.toggle()
+        Keys.onReturnPressed: root.toggle()
+        onClicked: root.toggle()
 
         background: Rectangle {
             color: Theme.tint(Theme.primary, menu.visible || title.down ? 0.12 : title.hovered ? 0.07 : 0)
@@ -51,7 +65,7 @@ Rectangle {
             FocusRing {
                 cornerRadius: 6
                 inset: -1
-                shown: title.visualFocus
+                shown: title.activeFocus
             }
         }
         contentItem: Label {
@@ -61,13 +75,6 @@ Rectangle {
             text: title.text
             verticalAlignment: Text.AlignVCenter
         }
-    }
-
-    Shortcut {
-        enabled: root.enabled
-        sequences: ["Alt+A", "F10"]
-
-        onActivated: title.clicked()
     }
 
     T.Menu {
@@ -80,6 +87,14 @@ Rectangle {
         margins: 4
         modal: false
         padding: 5
+
+        // It goes when the keyboard is wanted elsewhere.
+        onActiveFocusChanged: {
+            if (!menu.activeFocus) {
+                menu.close();
+            }
+        }
+        onClosed: root.closed()
 
         background: Rectangle {
             border.color: Theme.tint(Theme.primary, 0.14)

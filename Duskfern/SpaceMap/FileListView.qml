@@ -18,6 +18,11 @@ Card {
         root.store.selectRow(Math.max(0, Math.min(row, list.count - 1)));
     }
 
+    /// What the keyboard acts on when this is shown.
+    function firstFocus(): Item {
+        return list;
+    }
+
     radius: 14
 
     FileListModel {

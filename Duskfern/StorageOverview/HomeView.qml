@@ -23,10 +23,17 @@ Flickable {
         }
     }
 
+    /// What the keyboard acts on when the screen is shown: the page, unless all of it is in sight.
+    function firstFocus(): Item {
+        return root.activeFocusOnTab || !refresh.enabled ? root : refresh;
+    }
+
     function scroll(distance: real) {
         root.contentY = Math.max(0, Math.min(root.contentY + distance, root.contentHeight - root.height));
     }
 
+    Accessible.name: "Estado de almacenamiento"
+    Accessible.role: Accessible.Pane
     activeFocusOnTab: root.contentHeight > root.height
     boundsBehavior: Flickable.StopAtBounds
     clip: true
@@ -51,7 +58,17 @@ Flickable {
         cornerRadius: 4
         inset: 0
         parent: root
-        shown: root.activeFocus
+        shown: root.activeFocus && root.activeFocusOnTab
+    }
+
+    // While that goes on there is no button to be on.
+    Connections {
+        enabled: root.activeFocus
+        target: root.store
+
+        function onIsScanningChanged() {
+            root.firstFocus().forceActiveFocus();
+        }
     }
 
     // Asking the disks may take a moment; the window is there first.

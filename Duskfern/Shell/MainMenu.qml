@@ -22,6 +22,7 @@ Rectangle {
             menu.close();
         } else {
             menu.popup(title, 0, title.height);
+            menu.currentIndex = Theme.keyboard ? 0 : -1;
         }
     }
 
@@ -88,10 +89,10 @@ Rectangle {
         modal: false
         padding: 5
 
-        // It goes when the keyboard is wanted elsewhere.
+        // It goes when the keyboard is wanted elsewhere; not at once, because that may be its own end.
         onActiveFocusChanged: {
             if (!menu.activeFocus) {
-                menu.close();
+                Qt.callLater(menu.close);
             }
         }
         onClosed: root.closed()
@@ -102,6 +103,8 @@ Rectangle {
             radius: 9
         }
         contentItem: ListView {
+            Accessible.name: title.text
+            Accessible.role: Accessible.PopupMenu
             currentIndex: menu.currentIndex
             implicitHeight: contentHeight
             interactive: false

@@ -117,6 +117,8 @@ Item {
         second: BubbleMapView {
             anchors.fill: parent
             store: root.store
+
+            onFocusLeft: files.firstFocus().focus = true
         }
     }
 }

@@ -7,6 +7,7 @@
 
 #include <QtCore/QPointer>
 
+#include <algorithm>
 #include <future>
 #include <memory>
 #include <utility>
@@ -15,11 +16,11 @@ namespace {
 
 /// Moves the regular file that lay at `url` when it had that `status`; only regular files are ever moved from here.
 std::optional<TrashError> moveFile(Trash& trash, const FileURL& url, const std::optional<FileStatus>& status,
-                                   const std::stop_token& stop) {
+                                   const Trash::Progress& report, const std::stop_token& stop) {
     if (!status) {
         return TrashError::gone;
     }
-    return status->isRegularFile() ? trash.move(url, status->identity, {}, stop) : TrashError::changed;
+    return status->isRegularFile() ? trash.move(url, status->identity, report, stop) : TrashError::changed;
 }
 
 }  // namespace
@@ -80,6 +81,7 @@ void ScanStore::setSelected(std::optional<FileItem> item) {
     if (m_selected != item) {
         m_selected = std::move(item);
         Q_EMIT selectedChanged();
+        Q_EMIT movingChanged();
     }
 }
 
@@ -166,7 +168,7 @@ void ScanStore::selectRow(int row) {
 }
 
 void ScanStore::moveSelectedToTrash() {
-    if (!m_selected) {
+    if (!m_selected || isMoving()) {
         return;
     }
     const FileItem item = *m_selected;
@@ -176,7 +178,7 @@ void ScanStore::moveSelectedToTrash() {
     const std::shared_future<std::optional<FileStatus>> status = asked->get_future().share();
     Dispatch::background([asked, url = item.url](const std::stop_token&) { asked->set_value(fileStatus(url)); });
     const Confirmation question{
-        QStringLiteral("¿Mover “%1” a la papelera?").arg(item.name()),
+        QStringLiteral("¿Mover “%1” a la papelera?").arg(elidedName(item.name())),
         QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
         QStringLiteral("Mover a la papelera"),
         QStringLiteral("Cancelar"),
@@ -185,20 +187,43 @@ void ScanStore::moveSelectedToTrash() {
         if (self == nullptr || !confirmed) {
             return;
         }
+        self->setMovingPercent(item.url, -1);
         // A disk that is slow or does not answer must not freeze the window.
         Dispatch::background([self, item, status, &trash = self->m_trash](const std::stop_token& stop) {
-            const std::optional<TrashError> error = moveFile(trash, item.url, status.get(), stop);
+            const auto report = [self, url = item.url, last = -1](std::int64_t copied, std::int64_t total) mutable {
+                const int percent = static_cast<int>(100.0 * static_cast<double>(copied) /
+                                                     static_cast<double>(std::max<std::int64_t>(1, total)));
+                if (std::exchange(last, percent) != percent) {
+                    Dispatch::main([self, url, percent] {
+                        if (self != nullptr) {
+                            self->setMovingPercent(url, percent);
+                        }
+                    });
+                }
+            };
+            const std::optional<TrashError> error = moveFile(trash, item.url, status.get(), report, stop);
             std::optional<QString> failure;
             if (error) {
                 failure = trashErrorText(*error, item.url);
             }
             Dispatch::main([self, item, failure] {
                 if (self != nullptr) {
+                    self->setMovingPercent(item.url, std::nullopt);
                     self->finishTrashing(item, failure);
                 }
             });
         });
     });
+}
+
+/// No percentage means that the file is not on its way any more.
+void ScanStore::setMovingPercent(const FileURL& url, std::optional<int> percent) {
+    if (percent) {
+        m_moving.insert_or_assign(url, *percent);
+    } else {
+        m_moving.erase(url);
+    }
+    Q_EMIT movingChanged();
 }
 
 void ScanStore::finishTrashing(const FileItem& item, const std::optional<QString>& failure) {

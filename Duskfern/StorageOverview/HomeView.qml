@@ -13,6 +13,8 @@ Flickable {
 
     readonly property list<color> colors: [Theme.pink, Theme.purple, Theme.blue, Theme.orange, Theme.mint, Theme.red, Theme.gray]
 
+    readonly property bool scrolls: root.contentHeight > root.height
+
     /// Whether the screen has been seen, and what it shows been asked for.
     property bool appeared: false
 
@@ -25,7 +27,7 @@ Flickable {
 
     /// What the keyboard acts on when the screen is shown: the page, unless all of it is in sight.
     function firstFocus(): Item {
-        return root.activeFocusOnTab || !refresh.enabled ? root : refresh;
+        return root.scrolls || !refresh.enabled ? root : refresh;
     }
 
     function scroll(distance: real) {
@@ -34,7 +36,8 @@ Flickable {
 
     Accessible.name: "Estado de almacenamiento"
     Accessible.role: Accessible.Pane
-    activeFocusOnTab: root.contentHeight > root.height
+    // What has the focus cannot be told that Tab does not stop there.
+    activeFocusOnTab: root.scrolls || root.activeFocus
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     contentHeight: content.height + 40
@@ -58,7 +61,7 @@ Flickable {
         cornerRadius: 4
         inset: 0
         parent: root
-        shown: root.activeFocus && root.activeFocusOnTab
+        shown: root.activeFocus && root.scrolls
     }
 
     // While that goes on there is no button to be on.

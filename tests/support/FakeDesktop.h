@@ -35,16 +35,22 @@ struct FakeDialogs final : Dialogs {
     std::function<void(bool)> confirmed;
 };
 
-/// Answers at once with the folder it was told.
+/// Answers at once with the folder it was told, or keeps the question if it was told to wait.
 struct FakeFolderChooser final : FolderChooser {
     void choose(QWindow*, const QString& prompt, const std::optional<FileURL>&,
                 std::function<void(std::optional<FileURL>)> answer) override {
         lastPrompt = prompt;
         ++asked;
-        answer(folder);
+        if (waits) {
+            waiting = std::move(answer);
+        } else {
+            answer(folder);
+        }
     }
 
     std::optional<FileURL> folder;
+    bool waits = false;
+    std::function<void(std::optional<FileURL>)> waiting;
     QString lastPrompt;
     int asked = 0;
 };

@@ -35,15 +35,24 @@ struct FakeDialogs final : Dialogs {
     std::function<void(bool)> confirmed;
 };
 
-/// Answers at once with the folder it was told.
+/// Answers at once with the folder it was told, or hands the question on.
 struct FakeFolderChooser final : FolderChooser {
-    void choose(QWindow*, const QString& prompt, const std::optional<FileURL>&,
-                std::function<void(std::optional<FileURL>)> answer) override {
-        lastPrompt = prompt;
+    void choose(const FolderQuestion& question, Answer answer) override {
+        lastPrompt = question.prompt;
         ++asked;
-        answer(folder);
+        if (next != nullptr) {
+            next->choose(question, std::move(answer));
+        } else {
+            answer(folder);
+        }
+    }
+    void cancel() override {
+        if (next != nullptr) {
+            next->cancel();
+        }
     }
 
+    FolderChooser* next = nullptr;
     std::optional<FileURL> folder;
     QString lastPrompt;
     int asked = 0;

@@ -1,24 +1,12 @@
 #pragma once
 
-#include "Foundation/FileURL.h"
+#include "Foundation/MountTable.h"
 
 #include <QtCore/QString>
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
-
-/// One row of the mount table.
-struct Mount {
-    std::int64_t id = -1;         ///< The kernel's number of the mount; -1 when not known.
-    std::uint64_t device = 0;     ///< The number of the file system, the same for all its mounts.
-    std::string root = "/";       ///< The part of the file system that is mounted.
-    std::string target = "/";     ///< Where: absolute, as bytes.
-    std::string type;             ///< "ext4", "nfs4", "fuse.sshfs" …
-    std::string source;           ///< A device, "server:/export", a pool's dataset …
-    bool isMarkedHidden = false;  ///< The administrator or the mounter does not want it shown.
-};
 
 /// What a mounted volume says of itself; what it does not know is none.
 struct VolumeValues {

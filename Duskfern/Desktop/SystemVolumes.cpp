@@ -1,8 +1,9 @@
 #include "Desktop/SystemVolumes.h"
 
 #include "Desktop/GioSupport.h"
-#include "Desktop/MountTable.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/VolumeLabel.h"
+#include "Foundation/FileURL.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,6 @@
 #include "StorageOverview/StorageOverviewScanner.h"
+
+#include "Foundation/FolderSizes.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
@@ -89,7 +91,8 @@ protected:
     /// The sizes of the kinds in blocks of 4096 bytes, the last being what is left of `used` such blocks.
     std::vector<std::int64_t> blocks(std::int64_t used = 1000) const {
         std::vector<std::int64_t> sizes;
-        for (const StorageCategory& category : StorageOverviewScanner::categories(volume(used * 4096, 0), paths)) {
+        for (const StorageCategory& category :
+             StorageOverviewScanner::categories(volume(used * 4096, 0), paths).categories) {
             EXPECT_EQ(category.size % 4096, 0);
             sizes.push_back(category.size / 4096);
         }
@@ -103,7 +106,7 @@ protected:
 
 TEST_F(Home, WithoutFoldersIsAllSystem) {
     EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 0, 0, 0, 1000}));
-    const StorageCategories withoutVolume = StorageOverviewScanner::categories(std::nullopt, paths);
+    const StorageCategories withoutVolume = StorageOverviewScanner::categories(std::nullopt, paths).categories;
     ASSERT_EQ(withoutVolume.size(), 7U);
     for (std::size_t i = 0; i < withoutVolume.size(); ++i) {
         EXPECT_EQ(withoutVolume[i], (StorageCategory{StorageKinds::allCases.at(i), 0}));
@@ -169,8 +172,10 @@ TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {
     tree.fifo("home/Documents/pipe");
     tree.text("home/Downloads", "a file where a folder should be");
     EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 1 + 32 + 64, 0, 0, 1000 - 97}));
-    EXPECT_EQ(StorageOverviewScanner::allocatedSize(tree.url("big")), 0) << "a file has nothing below it";
-    EXPECT_EQ(StorageOverviewScanner::allocatedSize(tree.url("home/Documents/.git")), 4 * 4096) << "asked for by name";
+    const auto sizes =
+        folderSizes({{tree.url("big")}, {tree.url("home/Documents/.git")}}, [](std::string_view) { return true; });
+    EXPECT_EQ(sizes.bytes, (std::vector<std::int64_t>{0, 4 * 4096}))
+        << "a file has nothing below it; asked for by name";
 }
 
 }  // namespace

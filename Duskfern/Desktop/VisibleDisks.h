@@ -1,13 +1,10 @@
 #pragma once
 
-#include "Desktop/MountedVolumes.h"
+#include "Foundation/MountTable.h"
 
 #include <functional>
-
-/// The mount table of this process with what the mounters noted beside it; none when it cannot be read. "/" is always
-/// in it. The paths are of files in the forms of /proc/self/mountinfo and /etc/fstab and are there for tests.
-[[nodiscard]] std::optional<std::vector<Mount>> readMountTable(const char* mountinfo = nullptr,
-                                                               const char* fstab = nullptr);
+#include <string>
+#include <vector>
 
 /// The rows of a mount table that a person would call a disk, one a file system, in the table's order: "/" whatever it
 /// is, block devices, network file systems and what users mount by FUSE. Not: what the kernel or services make up, what

@@ -1,4 +1,4 @@
-#include "Desktop/MountTable.h"
+#include "Desktop/VisibleDisks.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

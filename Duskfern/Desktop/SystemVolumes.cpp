@@ -78,7 +78,9 @@ private:
 
 MountedVolumes::Answers SystemVolumes::Inquiry::begin(std::function<void(const Answers&)> later) {
     const auto start = std::chrono::steady_clock::now();
-    m_later = std::move(later);
+    if (later) {
+        m_later = std::move(later);
+    }
     std::unique_lock lock(m_mutex);
     m_rows.clear();
     m_isWaiting = true;

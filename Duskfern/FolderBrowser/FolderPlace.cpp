@@ -30,9 +30,9 @@ std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, MountedVol
     addNamed(folders.videos, "film.fill");
     add(folders.systemRoot, QStringLiteral("Equipo"), "internaldrive.fill");
     QString heading = QStringLiteral("Volúmenes");
-    for (const Mount& mount : volumes.visibleMounts().value_or(std::vector<Mount>())) {
-        const FileURL url(mount.target);
-        if (add(url, displayText(url.lastPathComponent()), "externaldrive.fill")) {
+    for (const MountedVolume& volume : volumes.ask({})) {
+        const QString name = volume.values.name.value_or(displayText(volume.url.lastPathComponent()));
+        if (add(volume.url, name, "externaldrive.fill")) {
             places.back().heading = heading;
             heading.clear();
         }

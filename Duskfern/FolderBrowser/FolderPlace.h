@@ -27,6 +27,6 @@ public:
     QString heading;
 };
 
-/// The home folder, the folders the user has named for a purpose, the whole computer, and the other volumes. Looks at
-/// none of them: one may lie on a disk that does not answer.
+/// The home folder, the folders the user has named for a purpose, the whole computer, and the other volumes that answer
+/// soon. Looks at no folder: one may lie on a disk that does not answer.
 [[nodiscard]] std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, MountedVolumes& volumes);

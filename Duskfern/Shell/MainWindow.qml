@@ -24,6 +24,10 @@ Window {
 
     /// Gives the keyboard to what is in front; there it goes on where it was.
     function settle() {
+        if (root.folderBrowser.isOpen) {
+            // It takes the keyboard by itself.
+            return;
+        }
         if (root.blocked) {
             alerts.forceActiveFocus();
         } else {

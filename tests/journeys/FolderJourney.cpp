@@ -1,6 +1,7 @@
 #include "support/Journey.h"
 
 #include <gtest/gtest.h>
+#include <QtQuick/QQuickItem>
 #include <QtCore/QLocale>
 #include <QtTest/QTest>
 
@@ -55,7 +56,7 @@ protected:
         return Driver::waitUntil([this] { return driver.names(dialog).empty(); });
     }
     /// What of the dialog has the keyboard's focus.
-    [[nodiscard]] std::string focused() const {
+    [[nodiscard]] std::string focused() {
         QAccessibleInterface* const node = QAccessible::queryAccessibleInterface(app.window().activeFocusItem());
         return node == nullptr ? "nothing" : node->text(QAccessible::Name).toStdString();
     }

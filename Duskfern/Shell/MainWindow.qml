@@ -1,6 +1,7 @@
 import QtQuick
 import Duskfern.Desktop
 import Duskfern.Engine
+import Duskfern.FolderBrowser
 import Duskfern.Shell
 import Duskfern.Theme
 
@@ -11,6 +12,7 @@ Window {
     required property ScanStore store
     required property ScreenStores screens
     required property WindowDialogs dialogs
+    required property FolderBrowser folderBrowser
 
     /// Whether the desktop asks for dark colours; set from outside.
     property bool dark: false
@@ -108,6 +110,15 @@ Window {
             screens: root.screens
             store: root.store
             width: parent.width
+        }
+    }
+
+    // Made when it is needed first.
+    Loader {
+        active: root.folderBrowser.isOpen || item !== null
+
+        sourceComponent: FolderBrowserDialog {
+            browser: root.folderBrowser // qmllint disable unqualified
         }
     }
 

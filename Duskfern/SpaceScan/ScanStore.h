@@ -5,8 +5,10 @@
 
 #include <QtCore/QObject>
 
+#include <memory>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 class Dialogs;
 class FileManager;
@@ -131,6 +133,12 @@ public:
     Q_SIGNAL void movingChanged();
 
 private:
+    struct Identified;
+
+    void scan(int quietRounds);
+    void publish(ScanResult result, int quietRounds);
+    void lookAgain(std::uint64_t round, int quietRounds);
+    void move(const FileItem& item, const std::shared_ptr<Identified>& identified);
     void setMovingPercent(const FileURL& url, std::optional<int> percent);
     void setFiles(FileList files);
     void setIsScanning(bool isScanning);
@@ -149,7 +157,9 @@ private:
     QString m_search;
     std::optional<FileItem> m_selected;
     std::unordered_map<FileURL, int> m_moving;  ///< Files on their way to the Trash, with the percentage copied.
+    std::vector<FileURL> m_movedSinceScan;      ///< What a scan that runs may have seen before it went.
     bool m_isScanning = false;
+    std::uint64_t m_round = 0;  ///< The number of the last scan that was begun.
     qint64 m_scannedCount = 0;
     qint64 m_skippedCount = 0;
     std::optional<QString> m_errorMessage;

@@ -1,7 +1,7 @@
 #include "StorageOverview/StorageOverviewScanner.h"
 
-#include "Foundation/AllocatedSize.h"
 #include "Foundation/CheckedSum.h"
+#include "Foundation/FolderSizes.h"
 
 #include <algorithm>
 
@@ -54,23 +54,34 @@ std::optional<FileURL> locate(const FolderRow& row, const UserFolderPaths& paths
     return paths.*row.own;
 }
 
+/// The folders to measure, as far as the disks tell where their links lead; none for any kind where they do not answer.
+std::vector<std::vector<FileURL>> answeredGroups(const UserFolderPaths& paths, const std::stop_token& stop,
+                                                 std::shared_ptr<LateAnswer>& late) {
+    const auto answer = std::make_shared<Handover<std::vector<std::vector<FileURL>>>>();
+    DiskQuestions questions;
+    questions.ask([paths, answer] {
+        auto groups = folderGroups(paths);
+        answer->edit([&](std::vector<std::vector<FileURL>>& given) { given = std::move(groups); });
+    });
+    late = questions.wait(stop);
+    auto groups = answer->take();
+    groups.resize(StorageKinds::allCases.size() - 1);
+    return groups;
+}
+
 }  // namespace
 
-std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
-    const std::vector<Mount> mounts = mounted.visibleMounts().value_or(std::vector{Mount{}});
-    const std::vector<std::optional<VolumeValues>> values = mounted.values(mounts);
+std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers) {
     std::vector<VolumeInfo> volumes;
-    for (std::size_t i = 0; i < mounts.size(); ++i) {
-        if (!values[i] || values[i]->total.value_or(0) <= 0) {
+    for (const auto& [url, values] : answers) {
+        if (values.total.value_or(0) <= 0) {
             continue;
         }
-        const FileURL url(mounts[i].target);
-        const std::int64_t available =
-            values[i]->availableCapacityForImportantUsage.value_or(values[i]->available.value_or(0));
+        const std::int64_t available = values.availableCapacityForImportantUsage.value_or(values.available.value_or(0));
         VolumeInfo& volume = volumes.emplace_back();
         volume.url = url;
-        volume.name = values[i]->name.value_or(displayText(url.lastPathComponent()));
-        volume.total = *values[i]->total;
+        volume.name = values.name.value_or(displayText(url.lastPathComponent()));
+        volume.total = *values.total;
         volume.available = std::max<std::int64_t>(0, available);
     }
     std::stable_partition(volumes.begin(), volumes.end(),
@@ -110,28 +121,35 @@ std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths) {
     return groups;
 }
 
-StorageCategories categories(const std::optional<VolumeInfo>& mainVolume, const UserFolderPaths& paths,
-                             const std::stop_token& stop) {
-    StorageCategories categories;
-    std::int64_t counted = 0;
-    for (const std::vector<FileURL>& group : folderGroups(paths)) {
-        StorageCategory& category = categories.emplace_back();
-        category.kind = StorageKinds::allCases.at(categories.size() - 1);
-        for (const FileURL& folder : group) {
-            category.size = checkedSum(category.size, allocatedSize(folder, stop));
+KindSizes categories(const std::optional<VolumeInfo>& mainVolume, const UserFolderPaths& paths,
+                     const std::stop_token& stop) {
+    KindSizes result;
+    std::vector<WalkRoot> folders;
+    std::vector<std::size_t> kinds;  // The index of the kind that each folder counts for.
+    const std::vector<std::vector<FileURL>> groups = answeredGroups(paths, stop, result.lateAnswer);
+    for (std::size_t kind = 0; kind < groups.size(); ++kind) {
+        result.categories.emplace_back().kind = StorageKinds::allCases.at(kind);
+        for (const FileURL& folder : groups[kind]) {
+            folders.push_back({folder});
+            kinds.push_back(kind);
         }
-        counted = checkedSum(counted, category.size);
+    }
+    FolderSizes sizes = folderSizes(
+        std::move(folders), [](std::string_view) { return true; }, stop);
+    std::int64_t counted = 0;
+    for (std::size_t folder = 0; folder < kinds.size(); ++folder) {
+        StorageCategory& category = result.categories[kinds[folder]];
+        category.size = checkedSum(category.size, sizes.bytes[folder]);
+        counted = checkedSum(counted, sizes.bytes[folder]);
+    }
+    if (sizes.lateAnswer) {
+        result.lateAnswer = std::move(sizes.lateAnswer);
     }
     const std::int64_t used = mainVolume ? mainVolume->used() : 0;
-    StorageCategory& rest = categories.emplace_back();
+    StorageCategory& rest = result.categories.emplace_back();
     rest.kind = StorageKind::system;
     rest.size = std::max<std::int64_t>(0, checkedDifference(used, counted));
-    return categories;
-}
-
-std::int64_t allocatedSize(const FileURL& url, const std::stop_token& stop) {
-    return allocatedSizeBelow(
-        url, [](std::string_view) { return true; }, stop);
+    return result;
 }
 
 }  // namespace StorageOverviewScanner

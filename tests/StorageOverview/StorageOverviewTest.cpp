@@ -1,4 +1,6 @@
 #include "StorageOverview/StorageOverviewScanner.h"
+
+#include "Foundation/FolderSizes.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
@@ -38,34 +40,22 @@ TEST(VolumeInfo, TellsHowFullItIs) {
     EXPECT_DEATH((void)volume(most, -1).used(), "64 bits");
 }
 
-TEST(StorageOverviewScanner, MakesVolumesOfWhatCanBeRead) {
-    FakeVolumes mounted;
+TEST(StorageOverviewScanner, MakesVolumesOfWhatAnswers) {
     const QString name = QStringLiteral("Copias");
-    mounted.add("/media/Backup", VolumeValues{{}, 1000, {}, 400});
-    mounted.add("/unreadable", std::nullopt);
-    mounted.add("/no capacity", VolumeValues{name, {}, {}, 1});
-    mounted.add("/empty", VolumeValues{name, 0, {}, 0});
-    mounted.add("/", VolumeValues{name, 500, 200, 150});
-    mounted.add("/data", VolumeValues{QString(), 7, {}, -3});
-    mounted.add("/more", VolumeValues{name, 8, {}, {}});
-    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes(mounted);
+    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes({
+        {FileURL("/media/Backup"), {{}, 1000, {}, 400}},
+        {FileURL("/no capacity"), {name, {}, {}, 1}},
+        {FileURL("/empty"), {name, 0, {}, 0}},
+        {FileURL("/"), {name, 500, 200, 150}},
+        {FileURL("/data"), {QString(), 7, {}, -3}},
+        {FileURL("/more"), {name, 8, {}, {}}},
+    });
     ASSERT_EQ(volumes.size(), 4U);
     EXPECT_EQ(volumes[0], (VolumeInfo{FileURL("/"), name, 500, 200})) << "first, whatever the order";
     EXPECT_EQ(volumes[1], (VolumeInfo{FileURL("/media/Backup"), QStringLiteral("Backup"), 1000, 400}));
     EXPECT_EQ(volumes[2], (VolumeInfo{FileURL("/data"), QString(), 7, 0})) << "an empty name is a name";
     EXPECT_EQ(volumes[3], (VolumeInfo{FileURL("/more"), name, 8, 0}));
-}
-
-TEST(StorageOverviewScanner, AsksForTheRootAloneWhenTheSystemListsNothing) {
-    FakeVolumes mounted;
-    EXPECT_TRUE(StorageOverviewScanner::volumes(mounted).empty());
-    mounted.mounts.reset();
-    mounted.answers = {VolumeValues{{}, 10, {}, 4}};
-    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes(mounted);
-    ASSERT_EQ(volumes.size(), 1U);
-    EXPECT_TRUE(volumes[0].isStartupDisk());
-    mounted.answers = {std::nullopt};
-    EXPECT_TRUE(StorageOverviewScanner::volumes(mounted).empty());
+    EXPECT_TRUE(StorageOverviewScanner::volumes({}).empty());
 }
 
 TEST(StorageKinds, HaveTheirNamesBothWays) {
@@ -89,7 +79,8 @@ protected:
     /// The sizes of the kinds in blocks of 4096 bytes, the last being what is left of `used` such blocks.
     std::vector<std::int64_t> blocks(std::int64_t used = 1000) const {
         std::vector<std::int64_t> sizes;
-        for (const StorageCategory& category : StorageOverviewScanner::categories(volume(used * 4096, 0), paths)) {
+        for (const StorageCategory& category :
+             StorageOverviewScanner::categories(volume(used * 4096, 0), paths).categories) {
             EXPECT_EQ(category.size % 4096, 0);
             sizes.push_back(category.size / 4096);
         }
@@ -103,7 +94,7 @@ protected:
 
 TEST_F(Home, WithoutFoldersIsAllSystem) {
     EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 0, 0, 0, 1000}));
-    const StorageCategories withoutVolume = StorageOverviewScanner::categories(std::nullopt, paths);
+    const StorageCategories withoutVolume = StorageOverviewScanner::categories(std::nullopt, paths).categories;
     ASSERT_EQ(withoutVolume.size(), 7U);
     for (std::size_t i = 0; i < withoutVolume.size(); ++i) {
         EXPECT_EQ(withoutVolume[i], (StorageCategory{StorageKinds::allCases.at(i), 0}));
@@ -169,8 +160,10 @@ TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {
     tree.fifo("home/Documents/pipe");
     tree.text("home/Downloads", "a file where a folder should be");
     EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 1 + 32 + 64, 0, 0, 1000 - 97}));
-    EXPECT_EQ(StorageOverviewScanner::allocatedSize(tree.url("big")), 0) << "a file has nothing below it";
-    EXPECT_EQ(StorageOverviewScanner::allocatedSize(tree.url("home/Documents/.git")), 4 * 4096) << "asked for by name";
+    const auto sizes =
+        folderSizes({{tree.url("big")}, {tree.url("home/Documents/.git")}}, [](std::string_view) { return true; });
+    EXPECT_EQ(sizes.bytes, (std::vector<std::int64_t>{0, 4 * 4096}))
+        << "a file has nothing below it; asked for by name";
 }
 
 }  // namespace

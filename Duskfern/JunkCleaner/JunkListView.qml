@@ -38,8 +38,12 @@ ListView {
         width: ListView.view.width - 44
         x: 22
 
-        // A row that waits to be used again would be read aloud.
-        ListView.onPooled: visible = false
+        // A row that waits to be used again would be read aloud. When it is shown again it is first where it was, and
+        // must not find the pointer there.
+        ListView.onPooled: {
+            visible = false;
+            y = -1000000;
+        }
         ListView.onReused: visible = true
         onPressed: row => root.go(row)
         onRevealed: row => root.store.revealRow(row)

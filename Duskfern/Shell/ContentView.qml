@@ -18,6 +18,12 @@ SplitPane {
         spaceMap.item.focusSearch(); // qmllint disable type
     }
 
+    /// Shows a screen and gives it the keyboard, also where it is shown already.
+    function show(mode: int) {
+        root.store.mode = mode;
+        root.takeFocus();
+    }
+
     /// Gives the keyboard to what a person would act on first in the screen that is shown.
     function takeFocus() {
         if (root.enabled) {

@@ -81,9 +81,9 @@ Window {
         onMenu: menu.toggle()
         onQuit: root.close()
         onSearch: content.focusSearch()
-        onShowHome: root.store.mode = Mode.Home
-        onShowJunk: root.store.mode = Mode.Junk
-        onShowSpace: root.store.mode = Mode.Space
+        onShowHome: content.show(Mode.Home)
+        onShowJunk: content.show(Mode.Junk)
+        onShowSpace: content.show(Mode.Space)
     }
 
     FocusScope {

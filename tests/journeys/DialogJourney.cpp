@@ -191,6 +191,7 @@ TEST_F(DialogJourney, AVeryLongNameLeavesTheSentenceWhole) {
     EXPECT_TRUE(shown.endsWith(QStringLiteral("xxx y el final.mov” a la papelera?"))) << qPrintable(shown);
     EXPECT_LE(shown.size(), 90);
     const QString nextLine = QStringLiteral("Duskfern nunca borra archivos sin esta confirmación.");
+    ASSERT_TRUE(driver.shows(shown, dialog) && driver.shows(nextLine));
     const QRect card = driver.find(shown, dialog)->rect();
     EXPECT_TRUE(card.contains(driver.find(nextLine, QAccessible::StaticText)->rect()));
 }

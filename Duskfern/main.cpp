@@ -4,6 +4,7 @@
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/XdgUserFolders.h"
 #include "FolderBrowser/FolderBrowser.h"
 #include "Foundation/Dispatch.h"
@@ -26,7 +27,7 @@ int run(int& argc, char** argv) {
     PortalColorScheme colorScheme;
     SystemVolumes mountedVolumes;
     XdgUserFolders userFolders;
-    FolderBrowser folderBrowser(mountedVolumes, userFolders);
+    FolderBrowser folderBrowser(userFolders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
     const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(userFolders.paths()));
     DuskfernApp duskfern(

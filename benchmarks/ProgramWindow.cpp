@@ -11,6 +11,7 @@
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/XdgUserFolders.h"
 #include "FolderBrowser/FolderBrowser.h"
 #include "Foundation/Dispatch.h"
@@ -116,7 +117,7 @@ int main(int argc, char** argv) {
     PortalColorScheme colorScheme;
     SystemVolumes volumes;
     XdgUserFolders folders;
-    FolderBrowser folderBrowser(volumes, folders);
+    FolderBrowser folderBrowser(folders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
     const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(folders.paths()));
     DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, colorScheme, volumes, folders, applications});

@@ -24,6 +24,6 @@ public:
     /// Asks all volumes anew and returns those that have answered soon; a volume that cannot be read is left out.
     /// Returns within 400 ms, whatever the mounts do, and within about 60 ms if the disk mounted at "/" answers.
     /// `later` is called on the main thread whenever more have answered after that, with all that have by then. A newer
-    /// call puts its `later`, if it has one, in the place of the older one's.
+    /// call puts its `later` in the place of the older one's.
     [[nodiscard]] virtual Answers ask(std::function<void(const Answers&)> later) = 0;
 };

@@ -180,3 +180,15 @@ std::vector<std::vector<Mount>> visibleDisks(const std::vector<Mount>& table) {
     }
     return visible;
 }
+
+std::vector<FileURL> diskFolders() {
+    std::vector<FileURL> folders;
+    for (const std::vector<Mount>& mounts : visibleDisks(currentMounts())) {
+        const Mount& best = mounts.front();
+        // A part may be a single file; that of btrfs is a subvolume.
+        if (best.target == "/" || best.root == "/" || best.type == "btrfs") {
+            folders.emplace_back(best.target);
+        }
+    }
+    return folders;
+}

@@ -2,6 +2,7 @@
 
 #include "Desktop/UserFolders.h"
 #include "FolderBrowser/TypedPath.h"
+#include "Foundation/DiskPatience.h"
 #include "Foundation/Dispatch.h"
 
 #include <QtCore/QPointer>
@@ -16,9 +17,6 @@ using Outcome = FolderListing::Outcome;
 
 /// Links may take longer than the folder that they lie in; what there is by then is shown without them.
 constexpr std::chrono::milliseconds firstLook{250};
-
-/// A folder that takes longer counts as one that does not answer, until it does.
-constexpr std::chrono::milliseconds patience{2000};
 
 /// How many folders may be asked at a time. Each that never answers keeps a thread.
 constexpr std::size_t maximumReadings = 6;
@@ -61,8 +59,8 @@ QString typedMessageFor(Outcome outcome) {
 
 }  // namespace
 
-FolderBrowser::FolderBrowser(MountedVolumes& volumes, UserFolders& userFolders, QObject* parent)
-    : QObject(parent), m_volumes(volumes), m_userFolders(userFolders) {
+FolderBrowser::FolderBrowser(UserFolders& userFolders, Disks disks, QObject* parent)
+    : QObject(parent), m_userFolders(userFolders), m_disks(std::move(disks)) {
     m_firstLook.setSingleShot(true);
     m_firstLook.setInterval(firstLook);
     connect(&m_firstLook, &QTimer::timeout, this, [this] {
@@ -72,7 +70,7 @@ FolderBrowser::FolderBrowser(MountedVolumes& volumes, UserFolders& userFolders, 
         }
     });
     m_patience.setSingleShot(true);
-    m_patience.setInterval(patience);
+    m_patience.setInterval(diskPatience);
     connect(&m_patience, &QTimer::timeout, this, &FolderBrowser::giveUp);
 }
 
@@ -83,7 +81,7 @@ void FolderBrowser::choose(const FolderQuestion& question, Answer answer) {
     m_prompt = question.prompt;
     const UserFolderPaths folders = m_userFolders.paths();
     m_home = folders.home;
-    m_places = folderPlaces(folders, m_volumes);
+    m_places = folderPlaces(folders, m_disks());
     m_history.clear();
     m_isStart = true;
     const FileURL start = question.start.value_or(m_home);

@@ -10,12 +10,12 @@
 #include <QtCore/QTimer>
 #include <QtCore/QVariantList>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-class MountedVolumes;
 class UserFolders;
 
 /// The program's own folder dialog, which the window shows: one looks through the folders of the disk and chooses one.
@@ -27,8 +27,11 @@ class FolderBrowser : public QObject, public FolderChooser {
     QML_UNCREATABLE("The program has one, made at launch")
 
 public:
-    /// Both services outlive this.
-    FolderBrowser(MountedVolumes& volumes, UserFolders& userFolders, QObject* parent = nullptr);
+    /// Tells where the disks are mounted; asked on the main thread, so that it may not wait for one.
+    using Disks = std::function<std::vector<FileURL>()>;
+
+    /// `userFolders` outlives this.
+    FolderBrowser(UserFolders& userFolders, Disks disks, QObject* parent = nullptr);
     ~FolderBrowser() override;
     Q_DISABLE_COPY_MOVE(FolderBrowser)
 
@@ -124,8 +127,8 @@ private:
     void setSelectedRow(int row);
     [[nodiscard]] Visit visit() const;
 
-    MountedVolumes& m_volumes;
     UserFolders& m_userFolders;
+    Disks m_disks;
     Answer m_answer;
     QString m_prompt;
     FileURL m_home;

@@ -1,55 +1,41 @@
 import QtQuick
-import QtQuick.Templates as T
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// The program's own folder dialog, modal over the window.
-T.Popup {
+/// The program's own folder dialog over the shaded window. It has the keyboard while it is there.
+FocusScope {
     id: root
 
     required property FolderBrowser browser
 
-    readonly property size room: Qt.size(T.Overlay.overlay?.width ?? 0, T.Overlay.overlay?.height ?? 0)
-
-    anchors.centerIn: T.Overlay.overlay
-    closePolicy: T.Popup.NoAutoClose
+    anchors.fill: parent
     focus: true
-    height: Math.min(root.room.height - 48, 34 * Theme.body + 170)
-    modal: true
-    padding: 0
-    visible: root.browser.isOpen
-    width: Math.min(root.room.width - 48, 46 * Theme.body + 240)
 
-    onOpened: list.forceActiveFocus()
-
-    T.Overlay.modal: Rectangle {
-        color: Theme.shade
+    Keys.onEscapePressed: root.browser.cancel()
+    Keys.onPressed: event => {
+        if (event.modifiers === Qt.AltModifier && event.key === Qt.Key_Up) {
+            root.browser.goUp();
+        } else if (event.modifiers === Qt.AltModifier && event.key === Qt.Key_Left) {
+            root.browser.goBack();
+        } else if (event.modifiers === Qt.ControlModifier && event.key === Qt.Key_L) {
+            field.begin();
+        } else {
+            return;
+        }
+        event.accepted = true;
     }
-    background: Rectangle {
+
+    Shade {}
+
+    Rectangle {
+        Accessible.name: title.text
+        Accessible.role: Accessible.Dialog
+        anchors.centerIn: parent
         border.color: Theme.tint(Theme.primary, 0.12)
         color: Theme.raised
+        height: Math.min(root.height - 48, 34 * Theme.body + 170)
         radius: 14
-    }
-    contentItem: FocusScope { // qmllint disable deferred-property-id
-        id: content
-
-        Accessible.name: "Elegir carpeta"
-        Accessible.role: Accessible.Dialog
-        focus: true
-
-        Keys.onEscapePressed: root.browser.cancel()
-        Keys.onPressed: event => {
-            if (event.modifiers === Qt.AltModifier && event.key === Qt.Key_Up) {
-                root.browser.goUp();
-            } else if (event.modifiers === Qt.AltModifier && event.key === Qt.Key_Left) {
-                root.browser.goBack();
-            } else if (event.modifiers === Qt.ControlModifier && event.key === Qt.Key_L) {
-                field.begin();
-            } else {
-                return;
-            }
-            event.accepted = true;
-        }
+        width: Math.min(root.width - 48, 46 * Theme.body + 240)
 
         // The order of what follows is that of the Tab key.
         FolderList {
@@ -60,6 +46,7 @@ T.Popup {
             anchors.right: parent.right
             anchors.top: header.bottom
             browser: root.browser
+            focus: true
         }
 
         Item {

@@ -1,12 +1,11 @@
 #include "FolderBrowser/FolderPlace.h"
 
-#include "Desktop/MountedVolumes.h"
 #include "Desktop/UserFolders.h"
 
 #include <algorithm>
 #include <optional>
 
-std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, MountedVolumes& volumes) {
+std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, const std::vector<FileURL>& disks) {
     std::vector<FolderPlace> places;
     const auto add = [&](const FileURL& url, const QString& name, const char* symbol) {
         const bool isKnown =
@@ -29,10 +28,9 @@ std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, MountedVol
     addNamed(folders.pictures, "photo.fill");
     addNamed(folders.videos, "film.fill");
     add(folders.systemRoot, QStringLiteral("Equipo"), "internaldrive.fill");
-    QString heading = QStringLiteral("Volúmenes");
-    for (const MountedVolume& volume : volumes.ask({})) {
-        const QString name = volume.values.name.value_or(displayText(volume.url.lastPathComponent()));
-        if (add(volume.url, name, "externaldrive.fill")) {
+    QString heading = QStringLiteral("Discos");
+    for (const FileURL& disk : disks) {
+        if (add(disk, displayText(disk.lastPathComponent()), "externaldrive.fill")) {
             places.back().heading = heading;
             heading.clear();
         }

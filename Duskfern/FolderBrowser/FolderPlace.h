@@ -7,7 +7,6 @@
 
 #include <vector>
 
-class MountedVolumes;
 struct UserFolderPaths;
 
 /// A place to begin from: a row at the side of the folders.
@@ -27,6 +26,6 @@ public:
     QString heading;
 };
 
-/// The home folder, the folders the user has named for a purpose, the whole computer, and the other volumes that answer
-/// soon. Looks at no folder: one may lie on a disk that does not answer.
-[[nodiscard]] std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, MountedVolumes& volumes);
+/// The home folder, the folders the user has named for a purpose, the whole computer, and the disks. Looks at none of
+/// them: one may lie on a disk that does not answer.
+[[nodiscard]] std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, const std::vector<FileURL>& disks);

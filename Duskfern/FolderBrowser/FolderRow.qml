@@ -28,7 +28,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         anchors.leftMargin: 6
-        anchors.rightMargin: 6
+        anchors.rightMargin: 12
         border.color: Theme.focus
         border.width: root.chosen && root.focused ? 2 : 0
         color: root.chosen ? Theme.selection : pointer.containsMouse ? Theme.tint(Theme.primary, pointer.pressed ? 0.09 : 0.045) : "transparent"
@@ -53,7 +53,7 @@ Item {
         anchors.left: icon.right
         anchors.leftMargin: 10
         anchors.right: link.visible ? link.left : parent.right
-        anchors.rightMargin: link.visible ? 8 : 20
+        anchors.rightMargin: link.visible ? 8 : 24
         anchors.verticalCenter: parent.verticalCenter
         elide: Text.ElideMiddle
         maximumLineCount: 1
@@ -64,7 +64,7 @@ Item {
         id: link
 
         anchors.right: parent.right
-        anchors.rightMargin: 20
+        anchors.rightMargin: 24
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.secondary
         name: "arrow.up.right"

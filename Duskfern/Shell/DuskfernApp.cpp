@@ -41,7 +41,6 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
       m_screens(m_store,
                 {services.mountedVolumes,
                  {m_dialogs, services.trash, services.fileManager, services.userFolders, services.applications}}) {
-    installSpanish();
     installAccessibleItems();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QLatin1String(SymbolProvider::name), new SymbolProvider);
@@ -52,6 +51,7 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
         {QStringLiteral("folderBrowser"), QVariant::fromValue(&services.folderBrowser)},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Duskfern/Shell/MainWindow.qml")));
+    installSpanish();
     m_window = m_engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
     if (m_window == nullptr) {
         qFatal("the window could not be made");
@@ -69,8 +69,8 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
 
 DuskfernApp::~DuskfernApp() = default;
 
-/// Every text is Spanish, whatever the locale. The engine has installed the catalogue of the locale when it was made;
-/// the one installed last comes first.
+/// Every text is Spanish, whatever the locale. The engine installs the catalogue of the locale when it loads the first
+/// file; the one installed last comes first.
 void DuskfernApp::installSpanish() {
     if (m_spanish.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&m_spanish);

@@ -117,15 +117,6 @@ Window {
         }
     }
 
-    // Made when it is needed first.
-    Loader {
-        active: root.folderBrowser.isOpen || item !== null
-
-        sourceComponent: FolderBrowserDialog {
-            browser: root.folderBrowser // qmllint disable unqualified
-        }
-    }
-
     // Not needed for the first frame, and not quick to make.
     Loader {
         id: alerts
@@ -138,6 +129,7 @@ Window {
         sourceComponent: WindowAlerts {
             dialogs: root.dialogs // qmllint disable unqualified
             focus: true
+            folderBrowser: root.folderBrowser // qmllint disable unqualified
             junk: root.screens.junk // qmllint disable unqualified
             store: root.store // qmllint disable unqualified
         }

@@ -1,6 +1,7 @@
 import QtQuick
 import Duskfern.Desktop
 import Duskfern.Engine
+import Duskfern.FolderBrowser
 import Duskfern.Theme
 
 /// Everything that is shown over the window and blocks it, one thing at a time.
@@ -9,6 +10,7 @@ FocusScope {
 
     required property ScanStore store
     required property WindowDialogs dialogs
+    required property FolderBrowser folderBrowser
 
     /// The store of the screen that cleans, while it is shown.
     required property JunkStore junk
@@ -16,7 +18,7 @@ FocusScope {
     /// What is to be shown now. A message waits until nothing else is open.
     readonly property Component current: {
         if (root.dialogs.isOpen) {
-            return root.dialogs.isConfirming ? question : null;
+            return root.dialogs.isConfirming ? question : root.folderBrowser.isOpen ? chooser : null;
         }
         const cleaned = root.junk?.message ? cleaning : null;
         return root.junk?.isCleaning ? progress : root.store.errorMessage !== "" ? failure : cleaned;
@@ -26,6 +28,14 @@ FocusScope {
     readonly property bool open: root.current !== null
 
     // Bound components cannot be loaded in Qt 6.4.
+    Component {
+        id: chooser
+
+        FolderBrowserDialog {
+            browser: root.folderBrowser // qmllint disable unqualified
+        }
+    }
+
     Component {
         id: question
 

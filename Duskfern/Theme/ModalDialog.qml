@@ -16,18 +16,7 @@ FocusScope {
     anchors.fill: parent
     focus: true
 
-    Rectangle {
-        anchors.fill: parent
-        color: Theme.shade
-    }
-
-    // The pointer does not reach what lies below.
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-
-        onWheel: event => event.accepted = true
-    }
+    Shade {}
 
     Rectangle {
         Accessible.description: root.informativeText

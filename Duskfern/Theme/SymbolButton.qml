@@ -34,7 +34,7 @@ T.AbstractButton {
 
         FocusRing {
             cornerRadius: 11
-            shown: root.visualFocus
+            shown: root.activeFocus
         }
     }
     contentItem: Item {

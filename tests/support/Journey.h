@@ -28,7 +28,7 @@ protected:
     FakeVolumes volumes;
     FakeUserFolders userFolders;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
-    FolderBrowser browser{volumes, userFolders};
+    FolderBrowser browser{userFolders, [] { return std::vector<FileURL>(); }};
     DuskfernApp app{{trash, fileManager, chooser, browser, colorScheme, volumes, userFolders, applications}};
     Driver driver{app.window()};
 };

@@ -5,6 +5,7 @@
 
 #include "Desktop/DesktopApplications.h"
 #include "Desktop/SystemVolumes.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/XdgUserFolders.h"
 #include "FolderBrowser/FolderBrowser.h"
 #include "Shell/DuskfernApp.h"
@@ -89,7 +90,7 @@ private:
     FakeColorScheme m_scheme;
     SystemVolumes m_volumes;
     XdgUserFolders m_userFolders;
-    FolderBrowser m_browser{m_volumes, m_userFolders};
+    FolderBrowser m_browser{m_userFolders, diskFolders};
     DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_browser, m_scheme, m_volumes, m_userFolders,
                        std::make_shared<DesktopApplications>(applicationFolders(m_userFolders.paths()))}};
     Driver m_driver{m_app.window()};

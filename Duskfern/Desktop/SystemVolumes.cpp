@@ -2,6 +2,7 @@
 
 #include "Desktop/VisibleDisks.h"
 #include "Foundation/Dispatch.h"
+#include "Foundation/Threads.h"
 
 #include <algorithm>
 #include <chrono>
@@ -51,6 +52,7 @@ public:
 private:
     void readTable();
     void askRow(const std::vector<Mount>& mounts);
+    void settle(const std::vector<Mount>& mounts, const Mount& mount, std::optional<VolumeValues> values);
     void report();
 
     /// The following are called with the mutex held.
@@ -84,7 +86,9 @@ MountedVolumes::Answers SystemVolumes::Inquiry::begin(std::function<void(const A
     m_isWaiting = true;
     if (!std::exchange(m_isReadingTable, true)) {
         lock.unlock();
-        Dispatch::background([self = shared_from_this()](const std::stop_token&) { self->readTable(); });
+        if (!Threads::start([self = shared_from_this()] { self->readTable(); })) {
+            readTable();
+        }
         lock.lock();
     }
     m_changed.wait_until(lock, start + patience, [this] { return isComplete(); });
@@ -108,7 +112,16 @@ void SystemVolumes::Inquiry::readTable() {
     }
     m_changed.notify_all();
     for (const std::vector<Mount>& mounts : unasked) {
-        Dispatch::background([self = shared_from_this(), mounts](const std::stop_token&) { self->askRow(mounts); });
+        if (Threads::start([self = shared_from_this(), mounts] { self->askRow(mounts); })) {
+            continue;
+        }
+        // Without a thread to be had, only the disk that the program itself comes from is asked: another one might hold
+        // this thread up for good. It is left out until the next time.
+        if (mounts.front().target == "/") {
+            askRow(mounts);
+        } else {
+            settle(mounts, mounts.front(), std::nullopt);
+        }
     }
 }
 
@@ -118,6 +131,11 @@ void SystemVolumes::Inquiry::askRow(const std::vector<Mount>& mounts) {
     while (!(values = m_questions.values(*mount)) && mount + 1 != mounts.end()) {
         ++mount;
     }
+    settle(mounts, *mount, std::move(values));
+}
+
+void SystemVolumes::Inquiry::settle(const std::vector<Mount>& mounts, const Mount& mount,
+                                    std::optional<VolumeValues> values) {
     const std::lock_guard lock(m_mutex);
     m_silent.erase(mounts.front().device);
     const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&](const Row& candidate) {
@@ -127,7 +145,7 @@ void SystemVolumes::Inquiry::askRow(const std::vector<Mount>& mounts) {
         return;
     }
     row->hasAnswered = true;
-    row->mount = *mount;
+    row->mount = mount;
     row->values = std::move(values);
     m_changed.notify_all();
     if (!m_isWaiting) {

@@ -12,14 +12,32 @@
 
 /// Why something could not be moved to the Trash.
 enum class TrashError {
-    gone,          ///< Nothing is there any more.
-    changed,       ///< Something else than what was confirmed is there now.
-    noPermission,  ///< The user may not take it out of its folder.
-    readOnly,      ///< The file system it lies on cannot be written.
-    full,          ///< No space is left to note where it came from.
-    noTrash,       ///< The file system it lies on has no Trash, or does not let us make one.
-    nameTooLong,   ///< The Trash cannot hold a name of this length.
-    stopped,       ///< It was given up because the program closes.
+    gone,              ///< Nothing is there any more.
+    changed,           ///< Something else than what was confirmed is there now.
+    changedMeanwhile,  ///< It was written to while it was copied.
+    stopped,           ///< It was given up because the program closes.
+    noPermission,      ///< The user may not take it out of its folder.
+    foreign,           ///< It is another person's, in a folder where everybody keeps their own.
+    isProtected,       ///< It, or something in it that would have to be copied, is immutable or append-only.
+    closedInside,      ///< It has to be copied, and something inside cannot be read or taken out.
+    cannotBeEmptied,   ///< It holds folders of others that the user could not delete from the Trash.
+    readOnly,          ///< The file system it lies on cannot be written.
+    full,              ///< No space is left to note where it came from.
+    quota,             ///< The user's share of the disk is used up.
+    noInodes,          ///< The disk has no room for one more file, of whatever size.
+    homeFull,          ///< It has to be copied, and does not fit beside the home folder.
+    noHome,            ///< There is no home folder.
+    noTrash,           ///< The Trash folder is not there, or not usable, and cannot be made.
+    nameTooLong,       ///< It has to be copied, and a name inside is too long for the home's file system.
+    pathTooLong,       ///< The way to it is too long to be found or noted.
+    mounted,           ///< It is a mount point or holds one.
+    ofTrash,           ///< It is a Trash, lies in one or holds one.
+    holdsHome,         ///< It is the home folder or holds it.
+    attributes,        ///< It has to be copied, and the home's file system cannot keep its attributes.
+    special,           ///< It has to be copied, and it or something inside is a device.
+    tooManyOpen,       ///< No more files can be opened.
+    diskError,         ///< The disk cannot be read or written.
+    remains,           ///< It is in the Trash as a whole, but part of it could not be taken from where it was.
     other,
 };
 
@@ -45,5 +63,5 @@ public:
     [[nodiscard]] virtual std::optional<TrashError> refusal(const FileURL& url) = 0;
 };
 
-/// The sentence a person reads when `url` could not be moved; names the file.
+/// The sentence a person reads when `url` could not be moved; names the file, shortened where its name is very long.
 [[nodiscard]] QString trashErrorText(TrashError error, const FileURL& url);

@@ -1,5 +1,8 @@
 #include "Foundation/FileURL.h"
 
+#include <QtCore/QTextBoundaryFinder>
+
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -49,4 +52,21 @@ QString displayText(std::string_view bytes) {
         }
     }
     return text;
+}
+
+QString elidedName(const QString& name) {
+    constexpr qsizetype longest = 60;
+    constexpr qsizetype end = 30;
+    if (name.size() <= longest) {
+        return name;
+    }
+    // A letter with more marks than fit on one side is left out there.
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
+    const auto boundary = [&finder](qsizetype position, auto step) {
+        finder.setPosition(position);
+        return finder.isAtBoundary() ? position : (finder.*step)();
+    };
+    const qsizetype head = boundary(longest - 1 - end, &QTextBoundaryFinder::toPreviousBoundary);
+    const qsizetype tail = boundary(name.size() - end, &QTextBoundaryFinder::toNextBoundary);
+    return name.left(std::max<qsizetype>(0, head)) + QChar(0x2026) + name.mid(tail < 0 ? name.size() : tail);
 }

@@ -46,6 +46,10 @@ private:
 /// around (they would let a name pretend to be another one).
 [[nodiscard]] QString displayText(std::string_view bytes);
 
+/// `name` as a sentence can bear it: of more than 60 UTF-16 units the middle becomes "…", so that the end with its
+/// extension stays. Never cuts a character in two.
+[[nodiscard]] QString elidedName(const QString& name);
+
 template <>
 struct std::hash<FileURL> {
     size_t operator()(const FileURL& url) const noexcept { return std::hash<std::string>{}(url.path()); }

@@ -74,3 +74,7 @@ std::optional<std::vector<Mount>> readMountTable(const char* mountinfo, const ch
 bool holdsMount(std::string_view path, const std::vector<Mount>& table) {
     return std::any_of(table.begin(), table.end(), [&](const Mount& mount) { return isAtOrBelow(mount.target, path); });
 }
+
+std::vector<Mount> currentMounts() {
+    return readMountTable().value_or(std::vector<Mount>());
+}

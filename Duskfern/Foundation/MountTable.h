@@ -26,3 +26,6 @@ struct Mount {
 
 /// Whether something of `table` is mounted at `path`, which has no links, or anywhere below it.
 [[nodiscard]] bool holdsMount(std::string_view path, const std::vector<Mount>& table);
+
+/// The same without the difference between an empty table and one that cannot be read.
+[[nodiscard]] std::vector<Mount> currentMounts();

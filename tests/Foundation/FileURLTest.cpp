@@ -41,4 +41,19 @@ TEST(DisplayText, ShowsWhatCanBeShownAndNothingThatDeceives) {
     }
 }
 
+TEST(ElidedName, KeepsTheEndAndCutsNoCharacterInTwo) {
+    const QString dots = QStringLiteral("…");
+    const auto times = [](const char* text, int count) { return QString::fromUtf8(text).repeated(count); };
+    const std::pair<QString, QString> rows[] = {
+        {times("a", 60), times("a", 60)},
+        {times("a", 56) + QStringLiteral(".jpeg"), times("a", 29) + dots + times("a", 25) + QStringLiteral(".jpeg")},
+        {times("🌿", 40), times("🌿", 14) + dots + times("🌿", 15)},
+        {times("e\u0301", 40), times("e\u0301", 14) + dots + times("e\u0301", 15)},
+        {QStringLiteral("x") + times("\u0301", 90), dots},
+    };
+    for (const auto& [name, shown] : rows) {
+        EXPECT_EQ(elidedName(name), shown) << qPrintable(name);
+    }
+}
+
 }  // namespace

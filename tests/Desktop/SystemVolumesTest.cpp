@@ -4,7 +4,6 @@
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
-#include <fcntl.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -334,27 +333,19 @@ TEST(SystemVolumes, ReadALabelAndNoticeThatAVolumeIsGone) {
     EXPECT_TRUE(*passed);
 }
 
-/// A FUSE disk whose server reads no request.
 TEST(SystemVolumes, DoNotWaitForAMountThatNeverAnswers) {
     const TemporaryFolder folder;
     folder.folder("silent");
     const std::optional<bool> passed = withPrivateMounts([&] {
-        const int server = open("/dev/fuse", O_RDWR | O_CLOEXEC);
-        const std::string options = "fd=" + std::to_string(server) +
-                                    ",rootmode=40000,user_id=" + std::to_string(geteuid()) +
-                                    ",group_id=" + std::to_string(getegid());
-        const std::string target = folder.path("silent");
-        if (server < 0 || mount("silent", target.c_str(), "fuse.sshfs", 0, options.c_str()) != 0) {
+        if (mountSilentDisk(folder.path("silent")) < 0) {
             _exit(77);
         }
         SystemVolumes volumes;
         for (int round = 0; round < 5; ++round) {
             const Answers answers = volumes.ask(nobody);
-            EXPECT_EQ(find(answers, target), nullptr);
+            EXPECT_EQ(find(answers, folder.path("silent")), nullptr);
             EXPECT_NE(find(answers, "/"), nullptr);
         }
-        close(server);
-        _exit(testing::Test::HasFailure() ? 1 : 0);
     });
     if (!passed) {
         GTEST_SKIP() << "nobody may mount here";

@@ -1,3 +1,4 @@
+#include "Desktop/PrivateMounts.h"
 #include "StorageOverview/StorageOverviewScanner.h"
 
 #include "Foundation/FolderSizes.h"
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <future>
 #include <limits>
 
 namespace {
@@ -172,6 +174,32 @@ TEST_F(Home, LeavesOutOfAFolderOnlyWhatItWouldHaveCounted) {
     paths.music = tree.url("home/Documents/enlace/fotos");
     paths.desktop = tree.url("elsewhere");
     EXPECT_EQ(blocks(), (Sizes{4, 0, 2, 1 + 8, 0, 0, 1000 - 15}));
+}
+
+TEST_F(Home, IsMeasuredWhileTheDiskOfOneFolderIsSilent) {
+    tree.file("home/Music/a", 4096);
+    tree.file("home/Fotos/a", 2 * 4096);
+    tree.folder("silent");
+    paths.music = tree.url("silent/Música");
+    paths.pictures = tree.url("home/Fotos");
+    const std::optional<bool> passed = withPrivateMounts([&] {
+        const int server = mountSilentDisk(tree.path("silent"));
+        if (server < 0) {
+            _exit(77);
+        }
+        const auto sizes = StorageOverviewScanner::categories(std::nullopt, paths);
+        EXPECT_EQ(sizes.categories[0].size, 4096);
+        EXPECT_EQ(sizes.categories[2].size, 2 * 4096);
+        ASSERT_NE(sizes.lateAnswer, nullptr);
+        std::promise<void> answered;
+        sizes.lateAnswer->whenAnswered([&] { answered.set_value(); });
+        close(server);
+        answered.get_future().wait();
+    });
+    if (!passed) {
+        GTEST_SKIP() << "nobody may mount here";
+    }
+    EXPECT_TRUE(*passed);
 }
 
 TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {

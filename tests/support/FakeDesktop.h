@@ -35,16 +35,29 @@ struct FakeDialogs final : Dialogs {
     std::function<void(bool)> confirmed;
 };
 
-/// Answers at once with the folder it was told.
+/// Answers at once with the folder it was told, hands the question on, or keeps it if it was told to wait.
 struct FakeFolderChooser final : FolderChooser {
-    void choose(QWindow*, const QString& prompt, const std::optional<FileURL>&,
-                std::function<void(std::optional<FileURL>)> answer) override {
-        lastPrompt = prompt;
+    void choose(const FolderQuestion& question, Answer answer) override {
+        lastPrompt = question.prompt;
         ++asked;
-        answer(folder);
+        if (next != nullptr) {
+            next->choose(question, std::move(answer));
+        } else if (waits) {
+            waiting = std::move(answer);
+        } else {
+            answer(folder);
+        }
+    }
+    void cancel() override {
+        if (next != nullptr) {
+            next->cancel();
+        }
     }
 
+    FolderChooser* next = nullptr;
     std::optional<FileURL> folder;
+    bool waits = false;
+    std::function<void(std::optional<FileURL>)> waiting;
     QString lastPrompt;
     int asked = 0;
 };
@@ -62,6 +75,9 @@ struct FakeFileManager final : FileManager {
 struct FakeTrash final : Trash {
     std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress&,
                                    const std::stop_token&) override {
+        if (onMove) {
+            onMove(url);
+        }
         if (refused.contains(url)) {
             return TrashError::noPermission;
         }
@@ -77,6 +93,7 @@ struct FakeTrash final : Trash {
     std::vector<FileURL> moved;
     std::vector<FileIdentity> identities;
     std::set<FileURL> refused;
+    std::function<void(const FileURL&)> onMove;  ///< Called first, on the thread that moves.
 };
 
 /// Has the volumes that the test says, in its order.

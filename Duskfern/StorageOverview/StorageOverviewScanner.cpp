@@ -111,6 +111,7 @@ std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers) {
 FolderGroups folderGroups(const UserFolderPaths& paths, const std::stop_token& stop) {
     FolderGroups groups;
     std::vector<FileURL> urls;
+    urls.reserve(folderRows.size() + 1);
     for (const FolderRow& row : folderRows) {
         urls.push_back(locate(row, paths).value_or(paths.home));
     }

@@ -2,7 +2,7 @@
 
 #include "Desktop/MountedVolumes.h"
 #include "Desktop/UserFolders.h"
-#include "Foundation/DiskPatience.h"
+#include "Foundation/DirectoryWalk.h"
 #include "StorageOverview/StorageCategory.h"
 #include "StorageOverview/VolumeInfo.h"
 
@@ -16,9 +16,16 @@ namespace StorageOverviewScanner {
 /// capacity is left out.
 [[nodiscard]] std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers);
 
-/// The folders measured for each kind but the last, in the order of the kinds. No folder is in it twice, nor one inside
-/// another, except where the user's home has links between the folders that every home has.
-[[nodiscard]] std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths);
+/// The folders measured for each kind but the last.
+struct FolderGroups {
+    std::vector<std::vector<WalkRoot>> kinds;  ///< In the order of the kinds.
+    std::shared_ptr<LateAnswer> lateAnswer;    ///< Null unless a disk did not tell where a folder lies.
+};
+
+/// Each place is measured once: where two are the same folder, for the one of the two that every home has, or else for
+/// the earlier kind; where one lies inside another, for the inner one, which the outer one leaves out. Asks the disks
+/// where links lead; a folder that the user has named is left out while its disk does not answer.
+[[nodiscard]] FolderGroups folderGroups(const UserFolderPaths& paths, const std::stop_token& stop = {});
 
 /// How much of the main disk each kind takes.
 struct KindSizes {

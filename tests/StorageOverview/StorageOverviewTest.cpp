@@ -1,3 +1,4 @@
+#include "Desktop/PrivateMounts.h"
 #include "StorageOverview/StorageOverviewScanner.h"
 
 #include "Foundation/FolderSizes.h"
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <future>
 #include <limits>
 
 namespace {
@@ -128,24 +130,76 @@ TEST_F(Home, IsMeasuredByKind) {
     EXPECT_EQ(blocks(100), (Sizes{1, 2, 4, 24, 32, applications, 0})) << "never below nothing";
 }
 
-TEST_F(Home, CountsAPlaceOnceAndTheFirstKindWins) {
+TEST_F(Home, CountsAPlaceOnceForTheInnermostKind) {
     tree.file("home/Music/a", 4096);
     tree.file("home/Música/a", 2 * 4096);
-    tree.file("home/Documents/Imágenes/a", 4 * 4096);
-    tree.file("disk/vídeos/a", 8 * 4096);
-    tree.file("disk/vídeos/clips/a", 16 * 4096);
-    tree.file("home/.local/share/flatpak/app/a", 32 * 4096);
+    tree.file("home/Documents/a", 4 * 4096);
+    tree.file("home/Documents/Imágenes/a", 8 * 4096);
+    tree.file("disk/a", 16 * 4096);
+    tree.file("disk/vídeos/a", 32 * 4096);
+    tree.file("disk/vídeos/clips/a", 64 * 4096);
+    tree.file("disk/vídeos-2/a", 128 * 4096);
+    tree.file("home/.local/share/flatpak/app/a", 256 * 4096);
     tree.link("home/Vídeos", tree.path("disk/vídeos"));
     paths.music = tree.url("home/Música");
     paths.videos = tree.url("home/Vídeos");                // a link to another disk
-    paths.pictures = tree.url("home/Documents/Imágenes");  // inside a folder that is measured anyway
+    paths.pictures = tree.url("home/Documents/Imágenes");  // inside the documents
     paths.documents = paths.home;                          // switched off
     paths.desktop = tree.url("disk/vídeos/clips");         // inside what an earlier kind has
-    paths.downloads = tree.url("disk");                    // around it
-    EXPECT_EQ(blocks(), (Sizes{3, 24, 0, 4, 0, 32, 1000 - 63}));
+    paths.downloads = tree.url("disk");                    // around both
+    EXPECT_EQ(blocks(), (Sizes{1 + 2, 32, 8, 4 + 64, 16 + 128, 256, 1000 - 511}));
     paths.music = tree.url();  // around the home
     paths.downloads = tree.url("missing");
-    EXPECT_EQ(blocks(), (Sizes{1, 24, 0, 4, 0, 32, 1000 - 61}));
+    EXPECT_EQ(blocks(), (Sizes{1, 32, 8, 4 + 64, 0, 256, 1000 - 365}));
+}
+
+TEST_F(Home, CountsTheSameFolderForTheOneThatEveryHomeHasOrTheEarlierKind) {
+    tree.file("home/Downloads/a", 4096);
+    tree.file("home/Pictures/a", 2 * 4096);
+    tree.file("disk/a", 4 * 4096);
+    paths.music = tree.url("home/Downloads");
+    paths.videos = tree.url("disk");
+    paths.pictures = tree.url("disk");
+    tree.link("home/Movies", tree.path("home/Pictures"));  // both are in every home
+    EXPECT_EQ(blocks(), (Sizes{0, 2 + 4, 0, 0, 1, 0, 1000 - 7}));
+}
+
+TEST_F(Home, LeavesOutOfAFolderOnlyWhatItWouldHaveCounted) {
+    tree.file("home/Documents/a", 4096);
+    tree.file("home/Documents/.fotos/a", 2 * 4096);
+    tree.file("home/Documents/Correo/fotos/a", 4 * 4096);
+    tree.link("home/Documents/enlace", tree.path("home/Documents/Correo"));
+    tree.file("elsewhere/Correo/fotos/a", 8 * 4096);
+    paths.pictures = tree.url("home/Documents/.fotos");  // hidden from the documents, not when asked for
+    paths.music = tree.url("home/Documents/enlace/fotos");
+    paths.desktop = tree.url("elsewhere");
+    EXPECT_EQ(blocks(), (Sizes{4, 0, 2, 1 + 8, 0, 0, 1000 - 15}));
+}
+
+TEST_F(Home, IsMeasuredWhileTheDiskOfOneFolderIsSilent) {
+    tree.file("home/Music/a", 4096);
+    tree.file("home/Fotos/a", 2 * 4096);
+    tree.folder("silent");
+    paths.music = tree.url("silent/Música");
+    paths.pictures = tree.url("home/Fotos");
+    const std::optional<bool> passed = withPrivateMounts([&] {
+        const int server = mountSilentDisk(tree.path("silent"));
+        if (server < 0) {
+            _exit(77);
+        }
+        const auto sizes = StorageOverviewScanner::categories(std::nullopt, paths);
+        EXPECT_EQ(sizes.categories[0].size, 4096);
+        EXPECT_EQ(sizes.categories[2].size, 2 * 4096);
+        ASSERT_NE(sizes.lateAnswer, nullptr);
+        std::promise<void> answered;
+        sizes.lateAnswer->whenAnswered([&] { answered.set_value(); });
+        close(server);
+        answered.get_future().wait();
+    });
+    if (!passed) {
+        GTEST_SKIP() << "nobody may mount here";
+    }
+    EXPECT_TRUE(*passed);
 }
 
 TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {

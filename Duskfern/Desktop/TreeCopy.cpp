@@ -25,6 +25,15 @@ int copyLink(int from, const char* fromName, int to, const char* toName, std::in
     return symlinkat(target.c_str(), to, toName) == 0 ? 0 : errno;
 }
 
+int link(int from, const char* fromName, int to, const char* toName) {
+    return linkat(from, fromName, to, toName, 0) == 0 ? 0 : errno;
+}
+
+/// Where the home's file system has no hard links, or not that many, each name gets a copy of its own.
+bool hasNoLinks(int number) {
+    return number == EPERM || number == EOPNOTSUPP || number == ENOSYS || number == EMLINK || number == ENOENT;
+}
+
 std::string linkTarget(int folder, const char* name) {
     std::string target(4096, '\0');
     const ssize_t size = readlinkat(folder, name, target.data(), target.size());
@@ -141,17 +150,17 @@ std::optional<TrashError> TreeCopy::copyLinked(const Pair& pair, const FileStatu
     }
     const auto [known, isFirst] =
         m_links.try_emplace({status.identity.device, status.identity.inode}, std::to_string(m_links.size()));
-    if (!isFirst && linkat(links.number(), known->second.c_str(), pair.to, pair.toName, 0) == 0) {
-        return {};
+    if (!isFirst) {
+        const int number = link(links.number(), known->second.c_str(), pair.to, pair.toName);
+        if (number == 0 || !hasNoLinks(number)) {
+            return number == 0 ? std::nullopt : std::optional(failure(number));
+        }
     }
     if (const std::optional<TrashError> error = copyOne(pair, status)) {
         return error;
     }
-    if (isFirst) {
-        // Where the home's file system has no hard links each name gets a copy of its own.
-        static_cast<void>(linkat(pair.to, pair.toName, links.number(), known->second.c_str(), 0));
-    }
-    return {};
+    const int number = isFirst ? link(pair.to, pair.toName, links.number(), known->second.c_str()) : 0;
+    return number == 0 || hasNoLinks(number) ? std::nullopt : std::optional(failure(number));
 }
 
 std::optional<TrashError> TreeCopy::copyOne(const Pair& pair, const FileStatus& status) {

@@ -29,15 +29,9 @@ public:
     }
 };
 
-}  // namespace
-
-void removeTree(int directory, const std::string& name) {
-    {
-        const Descriptor root(openat(directory, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        if (!root.isOpen()) {
-            unlinkat(directory, name.c_str(), 0);
-            return;
-        }
+bool removeOnce(int directory, const std::string& name) {
+    if (Descriptor root(openat(directory, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        root.isOpen()) {
         FolderTree tree;
         Emptier emptier;
         static_cast<void>(walkTree(root.number(), tree, emptier, {}));
@@ -45,11 +39,26 @@ void removeTree(int directory, const std::string& name) {
             const Descriptor parent = tree.open(root.number(), tree.parentOf(folder), O_PATH | O_DIRECTORY);
             unlinkat(parent.number(), tree.nameOf(folder).c_str(), AT_REMOVEDIR);
         }
+        root.reset();
+        return unlinkat(directory, name.c_str(), AT_REMOVEDIR) == 0 || errno == ENOENT;
     }
-    unlinkat(directory, name.c_str(), AT_REMOVEDIR);
+    return errno == ENOTDIR ? unlinkat(directory, name.c_str(), 0) == 0 : errno == ENOENT;
+}
+
+}  // namespace
+
+void removeTree(int directory, const std::string& name) {
+    if (!removeOnce(directory, name)) {
+        static_cast<void>(removeOnce(directory, name));
+    }
 }
 
 OriginalRemoval::Result OriginalRemoval::run() {
+    const std::optional<FileStatus> now = fileStatus(m_parent, m_name.c_str());
+    if (!now || now->identity != m_manifest.root().identity) {
+        m_error = TrashError::changedMeanwhile;
+        return Result::nothingGone;
+    }
     if (pass()) {
         return Result::done;
     }
@@ -76,8 +85,9 @@ bool OriginalRemoval::removeFrom(std::uint32_t folder) {
     }
     const Descriptor directory = m_manifest.tree().open(m_item, folder, O_PATH | O_DIRECTORY);
     if (!directory.isOpen()) {
+        // The first pass may have removed it.
         m_error = trashErrorOf(errno, m_item);
-        return false;
+        return m_isAnythingGone && errno == ENOENT;
     }
     const std::optional<FileStatus> status = fileStatus(directory.number(), "");
     if (!status || status->identity != m_manifest.folderStatus(folder).identity) {

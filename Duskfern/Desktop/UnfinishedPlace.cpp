@@ -60,10 +60,13 @@ int UnfinishedPlace::make() {
         }
         static_cast<void>(isLockedByUs(m_folder.number()));
         // Before it was locked somebody may have taken it for a leftover.
-        const std::optional<FileStatus> held = fileStatus(m_folder.number(), "");
-        const std::optional<FileStatus> named = fileStatus(m_trash, name.c_str());
-        if (held && named && held->identity == named->identity) {
+        if (fileStatus(m_trash, name.c_str())) {
             return 0;
+        }
+        if (errno != ENOENT) {
+            const int number = errno;
+            remove();
+            return number;
         }
         m_name.clear();
     }

@@ -1,9 +1,13 @@
 #include "Desktop/TrashFixture.h"
 
+#include <grp.h>
+#include <linux/capability.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -161,6 +165,30 @@ void onFileSystem(const std::string& kind, const fs::path& place, const std::fun
         GTEST_SKIP() << kind << " cannot be mounted here";
     }
     EXPECT_TRUE(*passed);
+}
+
+void becomeOrdinary(const fs::path& own) {
+    constexpr uid_t ordinary = 12'345;
+    if (geteuid() != 0) {
+        // In its namespace it may do anything.
+        const __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        const std::array<__user_cap_data_struct, 2> none{};
+        ASSERT_EQ(syscall(SYS_capset, &header, none.data()), 0);
+        return;
+    }
+    const auto give = [](const fs::path& path) {
+        struct stat status {};
+        if (lstat(path.c_str(), &status) == 0 && status.st_uid != somebodyElse) {
+            ASSERT_EQ(lchown(path.c_str(), ordinary, ordinary), 0);
+        }
+    };
+    give(own);
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(own)) {
+        give(entry.path());
+    }
+    ASSERT_EQ(setgroups(0, nullptr), 0);
+    ASSERT_EQ(setresgid(ordinary, ordinary, ordinary), 0);
+    ASSERT_EQ(setresuid(ordinary, ordinary, ordinary), 0);
 }
 
 TrashTest::TrashTest()

@@ -38,6 +38,13 @@ using Origins = std::multiset<std::string>;
 /// a mount table of its own. Skips the test, with a word, where that is not possible.
 void onFileSystem(const std::string& kind, const fs::path& place, const std::function<void()>& body);
 
+/// Makes this process, a child of the test, one that the kernel refuses what it refuses an ordinary user. What lies in
+/// `own` belongs to that user from then on, unless it is somebody else's already.
+void becomeOrdinary(const fs::path& own);
+
+/// Whose things a test run by root makes that are neither root's nor the ordinary user's.
+inline constexpr unsigned somebodyElse = 23'456;
+
 /// A home with a Trash of its own, as empty as on the first day, and a folder to put things in.
 class TrashTest : public testing::Test {
 protected:

@@ -147,7 +147,7 @@ bool TrashedItem::writeNote(const std::string& origin) const {
         return true;
     }
     // Half a path would bring the item back to a wrong place; an empty note is only ignored.
-    static_cast<void>(truncate(m_note.c_str(), 0));
+    static_cast<void>(!truncate(m_note.c_str(), 0));
     return false;
 }
 

@@ -62,6 +62,9 @@ struct FakeFileManager final : FileManager {
 struct FakeTrash final : Trash {
     std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress&,
                                    const std::stop_token&) override {
+        if (onMove) {
+            onMove(url);
+        }
         if (refused.contains(url)) {
             return TrashError::noPermission;
         }
@@ -77,6 +80,7 @@ struct FakeTrash final : Trash {
     std::vector<FileURL> moved;
     std::vector<FileIdentity> identities;
     std::set<FileURL> refused;
+    std::function<void(const FileURL&)> onMove;  ///< Called first, on the thread that moves.
 };
 
 /// Has the volumes that the test says, in its order.

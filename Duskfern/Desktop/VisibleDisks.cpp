@@ -22,23 +22,27 @@ constexpr std::array<Names, 21> disksWithoutDevice{
     "ubifs",                                                // flash memory without a block device
 };
 
-/// What follows "fuse." for file systems that are none of a person's disks.
-constexpr std::array<Names, 22> fuseLayers{
-    "gvfsd-fuse",     "portal",                                      // the desktop's window onto other mounts
-    "lxcfs",          "vmware-vmblock",                              // made up by services
-    "snapfuse",       "squashfuse",     "squashfuse_ll", "fuseiso",  // images
-    "archivemount",   "ratarmount",                                  // archives shown as folders
-    "fuse-overlayfs", "mergerfs",       "unionfs",       "unionfs-fuse", "bindfs",      // other folders, put together
-    "encfs",          "gocryptfs",      "cryfs",         "securefs",     "cppcryptfs",  // another folder, encrypted
-    "rofiles-fuse",   "borgfs",  // another folder, made read-only; a backup's files
+/// Names of FUSE programs whose file systems are none of a person's disks.
+constexpr std::array<Names, 30> fuseLayers{
+    "gvfsd-fuse",     "gvfs-fuse-daemon", "kio-fuse",      "portal",    // the desktop's window onto other mounts
+    "lxcfs",          "vmware-vmblock",                                 // made up by services
+    "snapfuse",       "squashfuse",       "squashfuse_ll", "fuseiso",   // images
+    "dislocker",      "veracrypt",        "truecrypt",                  // a disk's contents as one file
+    "archivemount",   "ratarmount",       "rar2fs",        "avfsd",     // archives shown as folders
+    "fuse-overlayfs", "mergerfs",         "mhddfs",        "unionfs",   // other folders, put together
+    "unionfs-fuse",   "bindfs",                                         // likewise
+    "encfs",          "gocryptfs",        "cryfs",         "securefs",  // another folder, encrypted
+    "cppcryptfs",                                                       // likewise
+    "rofiles-fuse",   "borgfs",                                         // made read-only; a backup's files
 };
 
 /// Image formats that package and live systems mount.
 constexpr std::array<Names, 3> imageTypes{"squashfs", "erofs", "cramfs"};
 
 /// Where the system mounts what it needs for itself.
-constexpr std::array<Names, 11> systemPlaces{
-    "/boot",        "/efi",                             // what the machine starts from
+constexpr std::array<Names, 13> systemPlaces{
+    "/boot",        "/efi",           "/esp",           // what the machine starts from
+    "/recovery",                                        // what it is repaired from
     "/run",         "/dev",           "/proc", "/sys",  // the running system's state
     "/snap",        "/var/lib/snapd",                   // programs as images
     "/lib/live",    "/usr/lib/live",                    // the medium of a live system
@@ -60,15 +64,19 @@ bool isOnDevice(const Mount& mount) {
     return mount.source.starts_with("/dev/") && mount.source != "/dev/fuse";
 }
 
-bool isFuseDisk(const Mount& mount) {
-    if (mount.type == "fuse") {
-        return true;
-    }
+/// The name of the program behind a FUSE file system: "sshfs" of "fuse.sshfs". A plain "fuse" has it as its source,
+/// alone or before what it mounts ("sshfs#host:/").
+Names programName(const Mount& mount) {
     const Names type = mount.type;
-    return type.starts_with("fuse.") && !type.ends_with(".AppImage") && !contains(fuseLayers, type.substr(5));
+    return type == "fuse" ? Names(mount.source).substr(0, mount.source.find('#')) : type.substr(type.find('.') + 1);
 }
 
-bool isDisk(const Mount& mount, const std::function<bool(const std::string&)>& isFolder) {
+bool isFuseDisk(const Mount& mount) {
+    const Names program = programName(mount);
+    return isFuse(mount) && !program.ends_with(".AppImage") && !contains(fuseLayers, program);
+}
+
+bool isDisk(const Mount& mount) {
     if (mount.target == "/") {
         return true;
     }
@@ -77,56 +85,97 @@ bool isDisk(const Mount& mount, const std::function<bool(const std::string&)>& i
         (!wherePeopleMount && (isInAny(mount.target, systemPlaces) || contains(imageTypes, mount.type)))) {
         return false;
     }
-    if (isOnDevice(mount)) {
-        return mount.root == "/" || isFolder(mount.target);
-    }
-    return contains(disksWithoutDevice, mount.type) || isFuseDisk(mount);
+    return isOnDevice(mount) || contains(disksWithoutDevice, mount.type) || isFuseDisk(mount);
 }
 
-/// What makes two rows the same file system. The datasets of a pool have one device number each, and mounting a
-/// server's folder twice may give it two.
-std::string shared(const Mount& mount) {
+bool isSnapshot(const Mount& mount) {
+    return mount.type == "zfs" && mount.source.find('@') != std::string::npos;
+}
+
+/// What the rows of one file system have in common where their device numbers may differ: the datasets of a pool and
+/// their snapshots have one each, and so may a server's folder that is mounted twice. Empty where nothing else is.
+std::string sharedName(const Mount& mount) {
     if (mount.type == "zfs") {
-        return "zfs " + mount.source.substr(0, mount.source.find('/'));
+        return "zfs " + mount.source.substr(0, mount.source.find_first_of("/@"));
     }
-    return isOnDevice(mount) || mount.type.starts_with("fuse") ? std::string() : mount.type + ' ' + mount.source;
-}
-
-bool isSameFileSystem(const Mount& a, const Mount& b) {
-    return a.device == b.device || (!shared(a).empty() && shared(a) == shared(b));
+    return isOnDevice(mount) || isFuse(mount) ? std::string() : mount.type + ' ' + mount.source;
 }
 
 /// Whether `a` says better than `b` where their file system is.
 bool isBetter(const Mount& a, const Mount& b) {
     const auto rank = [](const Mount& mount) {
-        return std::tuple(mount.target != "/", mount.root != "/", mount.isMarkedHidden, mount.target.size());
+        return std::tuple(mount.target != "/", isSnapshot(mount), mount.root != "/", mount.isMarkedHidden,
+                          mount.target.size());
     };
     return rank(a) < rank(b);
 }
 
-}  // namespace
+/// A row that is a disk.
+struct Disk {
+    const Mount* mount;
+    std::string sharedName;
 
-std::vector<Mount> visibleMounts(const std::vector<Mount>& table,
-                                 const std::function<bool(const std::string&)>& isFolder) {
-    std::vector<const Mount*> disks;
+    [[nodiscard]] bool isSameFileSystem(const Disk& other) const {
+        return mount->device == other.mount->device || (!sharedName.empty() && sharedName == other.sharedName);
+    }
+};
+
+/// The rows that are disks and can be reached.
+std::vector<Disk> reachableDisks(const std::vector<Mount>& table) {
+    std::vector<Disk> disks;
     for (const Mount& mount : table) {
         // A later mount covers what was mounted there, or further below, before.
-        std::erase_if(disks, [&](const Mount* earlier) {
-            return mount.target == "/" ? earlier->target == "/" : isAtOrBelow(earlier->target, mount.target);
+        std::erase_if(disks, [&](const Disk& earlier) {
+            return mount.target == "/" ? earlier.mount->target == "/"
+                                       : isAtOrBelow(earlier.mount->target, mount.target);
         });
-        if (isDisk(mount, isFolder)) {
-            disks.push_back(&mount);
+        if (isDisk(mount)) {
+            disks.push_back({&mount, sharedName(mount)});
         }
     }
-    std::vector<Mount> visible;
-    for (const Mount* disk : disks) {
-        const bool isBest = std::none_of(disks.begin(), disks.end(), [&](const Mount* other) {
-            return other != disk && isSameFileSystem(*other, *disk) && isBetter(*other, *disk);
-        });
-        const bool isFirst = std::none_of(visible.begin(), visible.end(),
-                                          [&](const Mount& other) { return isSameFileSystem(other, *disk); });
-        if (isBest && isFirst && (!disk->isMarkedHidden || disk->target == "/")) {
-            visible.push_back(*disk);
+    return disks;
+}
+
+/// The rows put together by file system.
+std::vector<std::vector<Disk>> byFileSystem(const std::vector<Disk>& disks) {
+    std::vector<std::vector<Disk>> groups;
+    for (const Disk& disk : disks) {
+        const auto holdsOther = [&](const std::vector<Disk>& group) {
+            return std::any_of(group.begin(), group.end(),
+                               [&](const Disk& other) { return other.isSameFileSystem(disk); });
+        };
+        const auto group = std::find_if(groups.begin(), groups.end(), holdsOther);
+        (group == groups.end() ? groups.emplace_back() : *group).push_back(disk);
+    }
+    return groups;
+}
+
+}  // namespace
+
+bool isFuse(const Mount& mount) {
+    return mount.type == "fuse" || mount.type.starts_with("fuse.");
+}
+
+std::vector<std::vector<Mount>> visibleDisks(const std::vector<Mount>& table) {
+    std::vector<std::vector<Disk>> groups = byFileSystem(reachableDisks(table));
+    for (std::vector<Disk>& group : groups) {
+        std::stable_sort(group.begin(), group.end(),
+                         [](const Disk& a, const Disk& b) { return isBetter(*a.mount, *b.mount); });
+    }
+    // A file system stands where the best of its mounts does.
+    std::sort(groups.begin(), groups.end(),
+              [](const auto& a, const auto& b) { return a.front().mount < b.front().mount; });
+    std::vector<std::vector<Mount>> visible;
+    for (const std::vector<Disk>& group : groups) {
+        const auto isShown = [](const Disk& disk) { return !disk.mount->isMarkedHidden || disk.mount->target == "/"; };
+        if (!isShown(group.front())) {
+            continue;
+        }
+        std::vector<Mount>& mounts = visible.emplace_back();
+        for (const Disk& disk : group) {
+            if (isShown(disk)) {
+                mounts.push_back(*disk.mount);
+            }
         }
     }
     return visible;

@@ -71,21 +71,17 @@ std::vector<std::vector<FileURL>> answeredGroups(const UserFolderPaths& paths, c
 
 }  // namespace
 
-std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
-    const std::vector<Mount> mounts = mounted.visibleMounts().value_or(std::vector{Mount{}});
-    const std::vector<std::optional<VolumeValues>> values = mounted.values(mounts);
+std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers) {
     std::vector<VolumeInfo> volumes;
-    for (std::size_t i = 0; i < mounts.size(); ++i) {
-        if (!values[i] || values[i]->total.value_or(0) <= 0) {
+    for (const auto& [url, values] : answers) {
+        if (values.total.value_or(0) <= 0) {
             continue;
         }
-        const FileURL url(mounts[i].target);
-        const std::int64_t available =
-            values[i]->availableCapacityForImportantUsage.value_or(values[i]->available.value_or(0));
+        const std::int64_t available = values.availableCapacityForImportantUsage.value_or(values.available.value_or(0));
         VolumeInfo& volume = volumes.emplace_back();
         volume.url = url;
-        volume.name = values[i]->name.value_or(displayText(url.lastPathComponent()));
-        volume.total = *values[i]->total;
+        volume.name = values.name.value_or(displayText(url.lastPathComponent()));
+        volume.total = *values.total;
         volume.available = std::max<std::int64_t>(0, available);
     }
     std::stable_partition(volumes.begin(), volumes.end(),

@@ -12,9 +12,9 @@
 /// What there is on the disks, roughly. Holds no state; may run on any thread.
 namespace StorageOverviewScanner {
 
-/// The mounted volumes, "/" first and the others in the system's order. A volume that cannot be read or has no
-/// capacity is left out. Takes no longer than `mounted` does.
-[[nodiscard]] std::vector<VolumeInfo> volumes(MountedVolumes& mounted);
+/// What has answered as the home screen shows it: "/" first and the others in the system's order. A volume without
+/// capacity is left out.
+[[nodiscard]] std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers);
 
 /// The folders measured for each kind but the last, in the order of the kinds. No folder is in it twice, nor one inside
 /// another, except where the user's home has links between the folders that every home has.

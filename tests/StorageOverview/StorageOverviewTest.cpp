@@ -40,34 +40,22 @@ TEST(VolumeInfo, TellsHowFullItIs) {
     EXPECT_DEATH((void)volume(most, -1).used(), "64 bits");
 }
 
-TEST(StorageOverviewScanner, MakesVolumesOfWhatCanBeRead) {
-    FakeVolumes mounted;
+TEST(StorageOverviewScanner, MakesVolumesOfWhatAnswers) {
     const QString name = QStringLiteral("Copias");
-    mounted.add("/media/Backup", VolumeValues{{}, 1000, {}, 400});
-    mounted.add("/unreadable", std::nullopt);
-    mounted.add("/no capacity", VolumeValues{name, {}, {}, 1});
-    mounted.add("/empty", VolumeValues{name, 0, {}, 0});
-    mounted.add("/", VolumeValues{name, 500, 200, 150});
-    mounted.add("/data", VolumeValues{QString(), 7, {}, -3});
-    mounted.add("/more", VolumeValues{name, 8, {}, {}});
-    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes(mounted);
+    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes({
+        {FileURL("/media/Backup"), {{}, 1000, {}, 400}},
+        {FileURL("/no capacity"), {name, {}, {}, 1}},
+        {FileURL("/empty"), {name, 0, {}, 0}},
+        {FileURL("/"), {name, 500, 200, 150}},
+        {FileURL("/data"), {QString(), 7, {}, -3}},
+        {FileURL("/more"), {name, 8, {}, {}}},
+    });
     ASSERT_EQ(volumes.size(), 4U);
     EXPECT_EQ(volumes[0], (VolumeInfo{FileURL("/"), name, 500, 200})) << "first, whatever the order";
     EXPECT_EQ(volumes[1], (VolumeInfo{FileURL("/media/Backup"), QStringLiteral("Backup"), 1000, 400}));
     EXPECT_EQ(volumes[2], (VolumeInfo{FileURL("/data"), QString(), 7, 0})) << "an empty name is a name";
     EXPECT_EQ(volumes[3], (VolumeInfo{FileURL("/more"), name, 8, 0}));
-}
-
-TEST(StorageOverviewScanner, AsksForTheRootAloneWhenTheSystemListsNothing) {
-    FakeVolumes mounted;
-    EXPECT_TRUE(StorageOverviewScanner::volumes(mounted).empty());
-    mounted.mounts.reset();
-    mounted.answers = {VolumeValues{{}, 10, {}, 4}};
-    const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes(mounted);
-    ASSERT_EQ(volumes.size(), 1U);
-    EXPECT_TRUE(volumes[0].isStartupDisk());
-    mounted.answers = {std::nullopt};
-    EXPECT_TRUE(StorageOverviewScanner::volumes(mounted).empty());
+    EXPECT_TRUE(StorageOverviewScanner::volumes({}).empty());
 }
 
 TEST(StorageKinds, HaveTheirNamesBothWays) {

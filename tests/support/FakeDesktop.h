@@ -85,26 +85,17 @@ struct FakeTrash final : Trash {
 
 /// Has the volumes that the test says, in its order.
 struct FakeVolumes final : MountedVolumes {
-    [[nodiscard]] std::optional<std::vector<Mount>> visibleMounts() override {
+    [[nodiscard]] Answers ask(std::function<void(const Answers&)> answerLater) override {
         ++asked;
-        return mounts;
-    }
-    [[nodiscard]] std::vector<std::optional<VolumeValues>> values(const std::vector<Mount>& of) override {
-        valuesAskedFor = of;
+        later = std::move(answerLater);
         return answers;
     }
 
     /// One more volume.
-    void add(const std::string& target, const std::optional<VolumeValues>& values) {
-        Mount mount;
-        mount.target = target;
-        mounts->push_back(mount);
-        answers.push_back(values);
-    }
+    void add(const std::string& path, const VolumeValues& values) { answers.push_back({FileURL(path), values}); }
 
-    std::optional<std::vector<Mount>> mounts = std::vector<Mount>();
-    std::vector<std::optional<VolumeValues>> answers;
-    std::vector<Mount> valuesAskedFor;
+    Answers answers;
+    std::function<void(const Answers&)> later;
     int asked = 0;
 };
 

@@ -111,6 +111,20 @@ TEST_F(OddDisk, StatusesThatCannotBeRead) {
     EXPECT_EQ(result.skipped, 2);
 }
 
+TEST_F(OddDisk, FoldersListedInPieces) {
+    std::set<std::string> paths;
+    for (int i = 0; i < 400; ++i) {
+        paths.insert("carpeta " + std::to_string(i % 7) + "/" + std::to_string(i));
+    }
+    files(paths);
+    files({"carpeta 3/zzz"});
+    tree.text("disk/carpeta 3/.hidden", "zzz\n");
+    disk.listFew();
+    const ScanResult result = scan();
+    EXPECT_EQ(pathsOf(result.files), paths);
+    EXPECT_EQ(result.skipped, 0);
+}
+
 TEST_F(OddDisk, SizesAndNumbersThatAreNotKept) {
     tree.file("disk/a", 8 * 4096);
     EXPECT_EQ(scan().files.totalSize(), 8 * 4096);
@@ -119,6 +133,36 @@ TEST_F(OddDisk, SizesAndNumbersThatAreNotKept) {
     const FileList found = scan().files;
     EXPECT_EQ(pathsOf(found), std::set<std::string>{"a"});
     EXPECT_EQ(found.totalSize(), 0);
+}
+
+/// What does not answer, and what a scan still finds.
+TEST_F(OddDisk, AScanEndsWithoutWhatDoesNotAnswer) {
+    files({"a", "b/c", "muerta/d", "muerta/e/f", "z/y", "z/x"});
+    struct Row {
+        std::string path;
+        Operation operation;
+        std::set<std::string> found;
+    };
+    const Row rows[] = {
+        {"muerta", Operation::any, {"a", "b/c", "z/y", "z/x"}},
+        {"muerta", Operation::list, {"a", "b/c", "z/y", "z/x"}},
+        {"muerta/e", Operation::listRest, {"a", "b/c", "muerta/d", "muerta/e/f", "z/y", "z/x"}},
+        {"muerta/e", Operation::list, {"a", "b/c", "muerta/d", "z/y", "z/x"}},
+        {"z/y", Operation::look, {"a", "b/c", "muerta/d", "muerta/e/f", "z/x"}},
+    };
+    for (const Row& row : rows) {
+        disk.hang(row.path, row.operation);
+        const ScanResult result = scan();
+        EXPECT_EQ(pathsOf(result.files), row.found) << row.path;
+        EXPECT_EQ(result.skipped, 1) << row.path;
+        disk.release();
+    }
+    EXPECT_EQ(scan().files.size(), 6U);
+
+    disk.hang("");
+    const ScanResult nothing = scan();
+    EXPECT_TRUE(nothing.files.isEmpty());
+    EXPECT_EQ(nothing.skipped, 1);
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ bool FileStatus::isFolder() const {
 std::optional<FileStatus> fileStatus(int directory, const char* name) {
     struct statx status {};
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH;
-    constexpr unsigned mask = STATX_TYPE | STATX_MODE | STATX_BLOCKS | STATX_SIZE | STATX_INO | STATX_UID | STATX_MTIME;
+    constexpr unsigned mask = STATX_TYPE | STATX_MODE | STATX_BLOCKS | STATX_SIZE | STATX_INO | STATX_UID |
+                              STATX_NLINK | STATX_MTIME | STATX_CTIME;
     if (statx(directory, name, flags, mask, &status) != 0) {
         return std::nullopt;
     }
@@ -39,6 +40,10 @@ std::optional<FileStatus> fileStatus(int directory, const char* name) {
     result.owner = status.stx_uid;
     result.modifiedSeconds = status.stx_mtime.tv_sec;
     result.modifiedNanoseconds = status.stx_mtime.tv_nsec;
+    result.links = status.stx_nlink;
+    result.changedSeconds = status.stx_ctime.tv_sec;
+    result.changedNanoseconds = status.stx_ctime.tv_nsec;
+    result.isProtected = (status.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
     result.isMountPoint = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
     result.length = static_cast<std::int64_t>(std::min<std::uint64_t>(status.stx_size, maximum));
     if ((status.stx_mask & STATX_BLOCKS) != 0) {

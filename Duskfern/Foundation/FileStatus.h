@@ -23,9 +23,13 @@ struct FileStatus {
     std::uint16_t mode = 0;  ///< As in `st_mode`.
     FileIdentity identity;
     std::uint32_t owner = 0;                ///< User id.
+    std::uint32_t links = 0;                ///< Names it has.
     std::int64_t modifiedSeconds = 0;       ///< Since the epoch.
     std::uint32_t modifiedNanoseconds = 0;  ///< Beyond those.
+    std::int64_t changedSeconds = 0;        ///< When contents or status changed last.
+    std::uint32_t changedNanoseconds = 0;   ///< Beyond those.
     bool isMountPoint = false;              ///< False where the kernel does not tell (before 5.8).
+    bool isProtected = false;               ///< Immutable or append-only: nobody may rename or remove it.
 
     std::optional<std::int64_t> allocated;  ///< Bytes it takes on disk; none where the file system does not know.
     std::int64_t length = 0;                ///< Bytes it holds.

@@ -22,7 +22,7 @@ ListView {
 
     Accessible.name: "Elementos encontrados"
     Accessible.role: Accessible.List
-    activeFocusOnTab: root.count > 0
+    activeFocusOnTab: true
     boundsBehavior: Flickable.StopAtBounds
     // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
     cacheBuffer: 0

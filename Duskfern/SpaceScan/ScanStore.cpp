@@ -214,7 +214,7 @@ void ScanStore::moveSelectedToTrash() {
     Dispatch::background(
         [identified, url = item.url](const std::stop_token&) { identified->answer.set_value(fileStatus(url)); });
     const Confirmation question{
-        QStringLiteral("¿Mover “%1” a la papelera?").arg(item.name()),
+        QStringLiteral("¿Mover “%1” a la papelera?").arg(elidedName(item.name())),
         QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
         QStringLiteral("Mover a la papelera"),
         QStringLiteral("Cancelar"),

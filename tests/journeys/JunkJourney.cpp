@@ -1,4 +1,4 @@
-#include "Desktop/GioTrash.h"
+#include "Desktop/FreedesktopTrash.h"
 #include "support/Journey.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ struct PickyTrash final : Trash {
     }
     [[nodiscard]] std::optional<TrashError> refusal(const FileURL& url) override { return real.refusal(url); }
 
-    GioTrash real;
+    FreedesktopTrash real;
     std::set<FileURL> refused;
 };
 

@@ -1,4 +1,4 @@
-#include "Desktop/GioTrash.h"
+#include "Desktop/FreedesktopTrash.h"
 #include "support/Journey.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ constexpr auto list = QAccessible::ListItem;
 constexpr auto dialog = QAccessible::Dialog;
 
 /// Something else comes to lie where the item was that a person looks at.
-class ReplacedItemJourney : public Journey<GioTrash> {
+class ReplacedItemJourney : public Journey<FreedesktopTrash> {
 protected:
     void SetUp() override {
         UserFolderPaths& paths = userFolders.folders;

@@ -1,4 +1,4 @@
-#include "Desktop/GioTrash.h"
+#include "Desktop/FreedesktopTrash.h"
 #include "support/Journey.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ constexpr auto list = QAccessible::ListItem;
 constexpr auto dialog = QAccessible::Dialog;
 constexpr auto field = QAccessible::EditableText;
 
-class SpaceMapJourney : public Journey<GioTrash> {
+class SpaceMapJourney : public Journey<FreedesktopTrash> {
 protected:
     void SetUp() override {
         tree.file("vídeos/Boda.mov", 40 * 4096);

@@ -35,16 +35,29 @@ struct FakeDialogs final : Dialogs {
     std::function<void(bool)> confirmed;
 };
 
-/// Answers at once with the folder it was told.
+/// Answers at once with the folder it was told, hands the question on, or keeps it if it was told to wait.
 struct FakeFolderChooser final : FolderChooser {
-    void choose(QWindow*, const QString& prompt, const std::optional<FileURL>&,
-                std::function<void(std::optional<FileURL>)> answer) override {
-        lastPrompt = prompt;
+    void choose(const FolderQuestion& question, Answer answer) override {
+        lastPrompt = question.prompt;
         ++asked;
-        answer(folder);
+        if (next != nullptr) {
+            next->choose(question, std::move(answer));
+        } else if (waits) {
+            waiting = std::move(answer);
+        } else {
+            answer(folder);
+        }
+    }
+    void cancel() override {
+        if (next != nullptr) {
+            next->cancel();
+        }
     }
 
+    FolderChooser* next = nullptr;
     std::optional<FileURL> folder;
+    bool waits = false;
+    std::function<void(std::optional<FileURL>)> waiting;
     QString lastPrompt;
     int asked = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FolderBrowser/FolderBrowser.h"
 #include "Shell/DuskfernApp.h"
 #include "support/Driver.h"
 #include "support/FakeDesktop.h"
@@ -27,6 +28,7 @@ protected:
     ChosenVolumes volumes;
     FakeUserFolders userFolders;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders, applications}};
+    FolderBrowser browser{volumes, userFolders};
+    DuskfernApp app{{trash, fileManager, chooser, browser, colorScheme, volumes, userFolders, applications}};
     Driver driver{app.window()};
 };

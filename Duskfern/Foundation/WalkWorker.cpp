@@ -82,6 +82,10 @@ void WalkWorker::run(WatchedCalls& calls) {
                 return;
             }
             list();
+            if (m_isSilent) {
+                passOver();
+                continue;
+            }
             examineOthers();
         } catch (const std::bad_alloc&) {
             m_visitor.unreadable();
@@ -98,6 +102,15 @@ void WalkWorker::goOnAfterSilence() {
     if (m_waiting == Waiting::toExamine && ++m_silences == 1) {
         return;
     }
+    if (m_waiting == Waiting::toList && m_at < m_size) {
+        // The names that were read still count. The other thread writes behind them.
+        m_isSilent = true;
+        return;
+    }
+    passOver();
+}
+
+void WalkWorker::passOver() {
     m_buffer.reset();
     m_state.passOverMountOf(*m_folder);
     finish();
@@ -117,6 +130,8 @@ void WalkWorker::finish() {
     m_size = 0;
     m_at = 0;
     m_isFirstRead = true;
+    m_isRead = false;
+    m_isSilent = false;
     m_silences = 0;
     m_hasExamined = false;
     m_mayNotExamine = false;
@@ -247,20 +262,27 @@ void WalkWorker::list() {
             m_at += entry.d_reclen;
             visit(entry);
         }
-        if (m_state.stop.stop_requested()) {
+        if (m_isRead || m_isSilent || m_state.stop.stop_requested()) {
             return;
         }
-        const ssize_t size = ask(Waiting::toList, [folder = m_descriptor, buffer = m_buffer] {
-            return getdents64(folder->number(), buffer.get(), bufferSize);
-        });
-        if (size <= 0) {
-            return;
-        }
-        m_size = static_cast<std::size_t>(size);
         m_at = 0;
+        m_size = 0;
+        readMore();
         if (std::exchange(m_isFirstRead, false)) {
             readHiddenList();
         }
+    }
+}
+
+/// Reads entries into the buffer, behind those that are in it.
+void WalkWorker::readMore() {
+    const ssize_t size = ask(Waiting::toList, [folder = m_descriptor, buffer = m_buffer, from = m_size] {
+        return getdents64(folder->number(), buffer.get() + from, bufferSize - from);
+    });
+    if (size > 0) {
+        m_size += static_cast<std::size_t>(size);
+    } else {
+        m_isRead = true;
     }
 }
 
@@ -273,15 +295,16 @@ void WalkWorker::forEachEntry(Visit visit) const {
     }
 }
 
-/// A folder may list names to hide in its ".hidden". Nearly every folder fits the first read, and a look through that
-/// tells for nothing that there is none; otherwise the file is asked for.
+/// A folder may list names to hide in its ".hidden". Nearly every folder fits the buffer, in one read or, where the
+/// file system gives few entries at a time, in several; a look through that tells for nothing that there is none.
+/// Otherwise the file is asked for.
 void WalkWorker::readHiddenList() {
-    bool mayBeThere = m_size > bufferSize / 2;
-    if (!mayBeThere) {
-        forEachEntry([&](const dirent64& entry) {
-            mayBeThere = mayBeThere || std::string_view(entry.d_name) == hiddenListName;
-        });
+    while (!m_isRead && m_size <= bufferSize / 2) {
+        readMore();
     }
+    bool mayBeThere = !m_isRead;
+    forEachEntry(
+        [&](const dirent64& entry) { mayBeThere = mayBeThere || std::string_view(entry.d_name) == hiddenListName; });
     if (mayBeThere) {
         m_hiddenList = ask(Waiting::toExamine, [folder = m_descriptor] { return hiddenNames(folder->number()); });
         m_hiddenHere = m_hiddenHere == nullptr ? &m_hiddenList : &m_hiddenList.merge(*m_hiddenHere);

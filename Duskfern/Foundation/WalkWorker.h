@@ -67,12 +67,14 @@ private:
     void list();
     void finish();
     void goOnAfterSilence();
+    void passOver();
 
     [[nodiscard]] bool open();
     [[nodiscard]] std::shared_ptr<Descriptor> openRoot();
     [[nodiscard]] std::shared_ptr<Descriptor> openBelowRoot();
     void keepOpen(const WalkFolder& folder, const std::shared_ptr<Descriptor>& descriptor);
     void rememberHiddenNames();
+    void readMore();
     void readHiddenList();
     void visit(const dirent64& entry);
     void examineOthers();
@@ -93,7 +95,9 @@ private:
     std::size_t m_size = 0;  ///< Bytes of entries in the buffer.
     std::size_t m_at = 0;    ///< The entry to visit next.
     bool m_isFirstRead = true;
-    int m_silences = 0;  ///< Entries of this folder that did not answer.
+    bool m_isRead = false;    ///< Whether the folder has no more entries than those read.
+    bool m_isSilent = false;  ///< Whether it did not answer when asked for more.
+    int m_silences = 0;       ///< Entries of this folder that did not answer.
 
     bool m_hasExamined = false;  ///< Whether the status of any entry of this folder could be read.
     bool m_mayNotExamine = false;

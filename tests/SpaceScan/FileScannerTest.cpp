@@ -293,7 +293,7 @@ TEST(FileScanner, SurvivesATreeThatChangesUnderIt) {
         for (int i = 0; !stop.stop_requested(); i = (i + 1) % 100) {
             const std::string folder = tree.path("folder" + std::to_string(i));
             (void)rename(folder.c_str(), tree.path("moved").c_str());
-            (void)symlink("/usr", folder.c_str());
+            (void)!symlink("/usr", folder.c_str());
             (void)unlink(folder.c_str());
             (void)rename(tree.path("moved").c_str(), folder.c_str());
             (void)unlink((folder + "/" + std::to_string(i)).c_str());

@@ -11,8 +11,8 @@
 
 #include <memory>
 
-/// The program's window on a desktop made for the test, with a Trash of the test's choice.
-template <class ChosenTrash>
+/// The program's window on a desktop made for the test, with a Trash and volumes of the test's choice.
+template <class ChosenTrash, class ChosenVolumes = FakeVolumes>
 class Journey : public testing::Test {
 protected:
     void showWindow() {
@@ -25,7 +25,7 @@ protected:
     FakeFileManager fileManager;
     FakeFolderChooser chooser;
     FakeColorScheme colorScheme;
-    FakeVolumes volumes;
+    ChosenVolumes volumes;
     FakeUserFolders userFolders;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
     FolderBrowser browser{userFolders, [] { return std::vector<FileURL>(); }};

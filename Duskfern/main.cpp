@@ -2,13 +2,15 @@
 #include "Desktop/DesktopApplications.h"
 #include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
-#include "Desktop/QtFolderChooser.h"
+#include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/XdgUserFolders.h"
+#include "FolderBrowser/FolderBrowser.h"
 #include "Foundation/Dispatch.h"
 #include "Shell/DuskfernApp.h"
 
-#include <QtWidgets/QApplication>
+#include <QtGui/QGuiApplication>
 
 #include <chrono>
 #include <cstdlib>
@@ -18,18 +20,20 @@ namespace {
 
 int run(int& argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
-    const QApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     DuskfernApp::prepareProcess();
     FreedesktopTrash trash;
     BusFileManager fileManager;
-    QtFolderChooser folderChooser;
     PortalColorScheme colorScheme;
     SystemVolumes mountedVolumes;
     XdgUserFolders userFolders;
+    FolderBrowser folderBrowser(userFolders, diskFolders);
+    PortalFolderChooser folderChooser(folderBrowser);
     const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(userFolders.paths()));
-    DuskfernApp duskfern({trash, fileManager, folderChooser, colorScheme, mountedVolumes, userFolders, applications});
+    DuskfernApp duskfern(
+        {trash, fileManager, folderChooser, folderBrowser, colorScheme, mountedVolumes, userFolders, applications});
     duskfern.show();
-    const int code = QApplication::exec();
+    const int code = QGuiApplication::exec();
     if (Dispatch::shutDown(std::chrono::milliseconds(700)) == Dispatch::Finish::stuck) {
         std::_Exit(code);
     }

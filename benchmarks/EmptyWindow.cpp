@@ -2,13 +2,13 @@
 
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQuick/QQuickWindow>
-#include <QtWidgets/QApplication>
+#include <QtGui/QGuiApplication>
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     QQmlApplicationEngine engine;
     engine.loadData("import QtQuick\nWindow { visible: true; width: 1180; height: 760 }");
     auto* const window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
     QObject::connect(window, &QQuickWindow::frameSwapped, &application, &QCoreApplication::quit);
-    return QApplication::exec();
+    return QGuiApplication::exec();
 }

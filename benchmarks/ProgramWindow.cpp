@@ -9,15 +9,17 @@
 #include "Desktop/DesktopApplications.h"
 #include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
-#include "Desktop/QtFolderChooser.h"
+#include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/XdgUserFolders.h"
+#include "FolderBrowser/FolderBrowser.h"
 #include "Foundation/Dispatch.h"
 #include "Measure.h"
 #include "Shell/DuskfernApp.h"
 
 #include <QtCore/QTimer>
-#include <QtWidgets/QApplication>
+#include <QtGui/QGuiApplication>
 
 #include <algorithm>
 #include <cstdio>
@@ -108,16 +110,17 @@ void measureScan(DuskfernApp& app, const char* folder) {
 int main(int argc, char** argv) {
     setenv("GIO_USE_VFS", "local", 1);
     QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
-    const QApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     DuskfernApp::prepareProcess();
     FreedesktopTrash trash;
     BusFileManager fileManager;
-    QtFolderChooser folderChooser;
     PortalColorScheme colorScheme;
     SystemVolumes volumes;
     XdgUserFolders folders;
+    FolderBrowser folderBrowser(folders, diskFolders);
+    PortalFolderChooser folderChooser(folderBrowser);
     const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(folders.paths()));
-    DuskfernApp app({trash, fileManager, folderChooser, colorScheme, volumes, folders, applications});
+    DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, colorScheme, volumes, folders, applications});
     if (argc < 3) {
         const bool untilVolumes = argc == 2 && std::strcmp(argv[1], "volumes") == 0;
         QObject::connect(&app.window(), &QQuickWindow::frameSwapped, &application, [&app, untilVolumes] {
@@ -126,7 +129,7 @@ int main(int argc, char** argv) {
             }
         });
         app.show();
-        QApplication::exec();
+        QGuiApplication::exec();
     } else {
         app.show();
         measureScan(app, argv[2]);

@@ -3,7 +3,7 @@
 #include "Measure.h"
 
 #include "Desktop/DesktopApplications.h"
-#include "Foundation/AllocatedSize.h"
+#include "Foundation/FolderSizes.h"
 #include "JunkCleaner/JunkScanner.h"
 #include "SpaceScan/FileScanner.h"
 
@@ -84,8 +84,7 @@ void compareScans(const std::string& tree, std::int64_t files, bool cold) {
 void compareSizes(const std::string& tree) {
     const auto all = [](std::string_view) { return true; };
     compareWithDu(
-        "allocatedSizeBelow", [&] { (void)allocatedSizeBelow(FileURL(tree), all); }, tree,
-        "size of a folder, 1 thread, beside du -s");
+        "folderSizes", [&] { (void)folderSizes({{FileURL(tree)}}, all); }, tree, "size of a folder, beside du -s");
 }
 
 void compareJunk(const std::string& tree) {
@@ -93,9 +92,9 @@ void compareJunk(const std::string& tree) {
     paths.home = FileURL(tree + "/no home");
     paths.cacheHome = FileURL(tree);
     paths.stateHome = paths.dataHome = paths.configHome = paths.temporary = paths.home;
-    const DesktopApplications applications(applicationFolders(paths));
+    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(paths));
     compareWithDu(
-        "JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications); }, tree,
+        "JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications, {}); }, tree,
         "junk scan, beside du -s");
 }
 

@@ -1,17 +1,12 @@
 #include "Desktop/BusFileManager.h"
 
+#include "Desktop/FileURI.h"
 #include "Desktop/GioSupport.h"
 
 #include <set>
 #include <string>
 
 namespace {
-
-/// Percent-encoded from the bytes of the path, which need not be UTF-8.
-std::string uri(const FileURL& url) {
-    const GPtr<char> text(g_filename_to_uri(url.path().c_str(), nullptr, nullptr));
-    return text ? text.get() : "";
-}
 
 void openFolders(const std::set<std::string>& folders) {
     // What this program sets for itself at its start would take the Trash and the network from a file manager.
@@ -42,8 +37,8 @@ void BusFileManager::reveal(const std::vector<FileURL>& urls) {
     std::vector<std::string> uris;
     std::set<std::string> folders;
     for (const FileURL& url : urls) {
-        uris.push_back(uri(url));
-        folders.insert(uri(url.deletingLastPathComponent()));
+        uris.push_back(fileURI(url));
+        folders.insert(fileURI(url.deletingLastPathComponent()));
     }
     const auto onAnswer = [folders](GObject* bus, GAsyncResult* result) {
         if (!GPtr<GVariant>(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr))) {

@@ -1,6 +1,7 @@
 #include "Desktop/DesktopApplications.h"
 
 #include "Desktop/DesktopEntry.h"
+#include "Foundation/DiskPatience.h"
 #include "Foundation/SmallFile.h"
 
 #include <dirent.h>
@@ -30,6 +31,7 @@ struct CloseFolder {
 void forEachEntry(const FileURL& folder, const std::function<void(std::string_view name, bool mayBeFolder)>& use) {
     const std::unique_ptr<DIR, CloseFolder> listing(opendir(folder.path().c_str()));
     while (const dirent* const entry = listing != nullptr ? readdir(listing.get()) : nullptr) {
+        signOfLife();
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") {
             use(name, entry->d_type == DT_DIR || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN);

@@ -6,16 +6,26 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
-class QWindow;
+/// What a person is asked when a folder is to be chosen.
+struct FolderQuestion {
+    QString prompt;                ///< The title of the button that confirms.
+    std::optional<FileURL> start;  ///< The folder to begin in, where one is known.
+    std::string parentWindow;      ///< The window it belongs to, as desktop portals name it; empty for none.
+};
 
-/// The dialog in which a person picks a folder.
+/// The dialog in which a person picks a folder. Lives on the main thread.
 class FolderChooser {
 public:
+    using Answer = std::function<void(std::optional<FileURL>)>;
+
     virtual ~FolderChooser() = default;
 
-    /// Opens it over `parent`, beginning at `start` where that is known, and returns at once. `answer` gets the chosen
-    /// folder, or nothing when cancelled; it is called once. Only one dialog is open at a time.
-    virtual void choose(QWindow* parent, const QString& prompt, const std::optional<FileURL>& start,
-                        std::function<void(std::optional<FileURL>)> answer) = 0;
+    /// Opens it and returns at once. `answer` gets the chosen folder, or nothing when cancelled; it is called once,
+    /// unless the program ends first. Only one question is open at a time.
+    virtual void choose(const FolderQuestion& question, Answer answer) = 0;
+
+    /// Closes the dialog, if it is open: the answer is "nothing", at once.
+    virtual void cancel() = 0;
 };

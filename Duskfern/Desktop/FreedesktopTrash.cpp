@@ -92,7 +92,7 @@ std::optional<TrashError> FreedesktopTrash::move(const FileURL& url, const FileI
     if (item.status.identity != wanted) {
         return TrashError::changed;
     }
-    if (const auto error = reasonAgainst(item, m_home, mountPoints())) {
+    if (const auto error = reasonAgainst(item, m_home, currentMounts())) {
         return error;
     }
     if (stop.stop_requested()) {
@@ -195,11 +195,11 @@ bool FreedesktopTrash::isShownAt(const TrashVolume& volume) {
     return m_isVolumeShown;
 }
 
-std::vector<MountPoint> FreedesktopTrash::recentMounts() {
+std::vector<Mount> FreedesktopTrash::recentMounts() {
     const std::lock_guard lock(m_mutex);
     const Clock::time_point now = Clock::now();
     if (m_mounts.empty() || now - m_mountsRead > recently) {
-        m_mounts = mountPoints();
+        m_mounts = currentMounts();
         m_mountsRead = now;
     }
     return m_mounts;

@@ -3,7 +3,7 @@
 #include "Desktop/Trash.h"
 #include "Desktop/TrashFolder.h"
 #include "Desktop/TrashHome.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 
 #include <chrono>
 #include <mutex>
@@ -27,7 +27,7 @@ private:
 
     [[nodiscard]] Way wayFor(const TrashItem& item, TrashVolume& volume);
     [[nodiscard]] bool isShownAt(const TrashVolume& volume);
-    [[nodiscard]] std::vector<MountPoint> recentMounts();
+    [[nodiscard]] std::vector<Mount> recentMounts();
     [[nodiscard]] std::optional<TrashError> moveByRename(const TrashItem& item, const TrashFolder& trash,
                                                          const std::stop_token& stop, bool& isElsewhere) const;
     [[nodiscard]] std::optional<TrashError> openHome(TrashFolder& trash);
@@ -37,7 +37,7 @@ private:
 
     std::mutex m_mutex;  ///< Guards what follows, which only saves time.
     std::vector<FileIdentity> m_cleared;
-    std::vector<MountPoint> m_mounts;
+    std::vector<Mount> m_mounts;
     std::chrono::steady_clock::time_point m_mountsRead;
     std::string m_volumeAsked;
     bool m_isVolumeShown = false;

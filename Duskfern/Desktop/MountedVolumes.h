@@ -1,42 +1,29 @@
 #pragma once
 
+#include "Desktop/VolumeValues.h"
 #include "Foundation/FileURL.h"
 
-#include <QtCore/QString>
-
-#include <cstdint>
-#include <optional>
-#include <string>
+#include <functional>
 #include <vector>
 
-/// One row of the mount table.
-struct Mount {
-    std::int64_t id = -1;         ///< The kernel's number of the mount; -1 when not known.
-    std::uint64_t device = 0;     ///< The number of the file system, the same for all its mounts.
-    std::string root = "/";       ///< The part of the file system that is mounted.
-    std::string target = "/";     ///< Where: absolute, as bytes.
-    std::string type;             ///< "ext4", "nfs4", "fuse.sshfs" …
-    std::string source;           ///< A device, "server:/export", a pool's dataset …
-    bool isMarkedHidden = false;  ///< The administrator or the mounter does not want it shown.
+/// Where a volume is mounted, and what it says of itself.
+struct MountedVolume {
+    FileURL url;
+    VolumeValues values;
+
+    bool operator==(const MountedVolume&) const = default;
 };
 
-/// What a mounted volume says of itself; what it does not know is none.
-struct VolumeValues {
-    std::optional<QString> name;
-    std::optional<std::int64_t> total;                               ///< Bytes.
-    std::optional<std::int64_t> availableCapacityForImportantUsage;  ///< Bytes; not known on Linux.
-    std::optional<std::int64_t> available;                           ///< Bytes this user can still write.
-};
-
-/// The mounted volumes that a person would call a disk.
+/// The mounted volumes that a person would call a disk. Lives on the main thread.
 class MountedVolumes {
 public:
+    using Answers = std::vector<MountedVolume>;  ///< One a volume, in the system's order.
+
     virtual ~MountedVolumes() = default;
 
-    /// One mount a volume, in the system's order; none when the system does not tell.
-    [[nodiscard]] virtual std::optional<std::vector<Mount>> visibleMounts() = 0;
-
-    /// What each mount says of itself, in the same order; nothing for one that cannot be read or does not answer
-    /// soon. Returns within half a second, whatever the mounts do.
-    [[nodiscard]] virtual std::vector<std::optional<VolumeValues>> values(const std::vector<Mount>& mounts) = 0;
+    /// Asks all volumes anew and returns those that have answered soon; a volume that cannot be read is left out.
+    /// Returns within 400 ms, whatever the mounts do, and within about 60 ms if the disk mounted at "/" answers.
+    /// `later` is called on the main thread whenever more have answered after that, with all that have by then. A newer
+    /// call puts its `later` in the place of the older one's.
+    [[nodiscard]] virtual Answers ask(std::function<void(const Answers&)> later) = 0;
 };

@@ -1,143 +1,189 @@
 #include "Desktop/SystemVolumes.h"
 
-#include "Desktop/GioSupport.h"
-#include "Desktop/MountTable.h"
-#include "Desktop/VolumeLabel.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/statvfs.h>
-#include <unistd.h>
+#include "Desktop/VisibleDisks.h"
+#include "Foundation/Dispatch.h"
+#include "Foundation/Threads.h"
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <limits>
+#include <cstdlib>
 #include <mutex>
 #include <set>
-#include <system_error>
-#include <thread>
 
 namespace {
 
-/// How long the window may wait for all mounts together.
+/// How long the window may wait for all volumes together, and how long when the disk that matters most has answered:
+/// a key pressed meanwhile is to be answered within a tenth of a second.
 constexpr std::chrono::milliseconds deadline{400};
+constexpr std::chrono::milliseconds patience{60};
 
-/// `blocks` × `size`, as far as it fits: what a file system says of itself may be anything. A count with the highest
-/// bit set is one that fell below zero.
-std::int64_t bytes(std::uint64_t blocks, std::uint64_t size) {
-    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-    if (blocks > most) {
-        return -1;
-    }
-    std::int64_t product = 0;
-    return __builtin_mul_overflow(blocks, size, &product) ? most : product;
-}
-
-/// The name of the operating system, for the disk it runs from.
-std::string systemName() {
-    const GPtr<char> name(g_get_os_info(G_OS_INFO_KEY_NAME));
-    return name == nullptr ? std::string() : name.get();
-}
-
-/// Whether the open folder still belongs to the mount: where a volume was taken away, the disk below would answer in
-/// its place. Kernels before 5.8 do not tell.
-bool isStillMounted(const Mount& mount, int folder) {
-    struct statx status {};
-    if (mount.target == "/" || mount.id < 0 || statx(folder, "", AT_EMPTY_PATH, STATX_MNT_ID, &status) != 0 ||
-        (status.stx_mask & STATX_MNT_ID) == 0) {
-        return true;
-    }
-    return status.stx_mnt_id == static_cast<std::uint64_t>(mount.id);
-}
-
-std::optional<VolumeValues> valuesOf(const Mount& mount) {
-    const int folder = open(mount.target.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0) {
-        return std::nullopt;
-    }
+/// One file system of the mount table and what came of asking it.
+struct Row {
+    std::vector<Mount> mounts;  ///< Where it may be asked, the best place first.
+    bool hasAnswered = false;
+    Mount mount;  ///< The one of them that answered.
     std::optional<VolumeValues> values;
-    struct statvfs status {};
-    if (isStillMounted(mount, folder) && fstatvfs(folder, &status) == 0) {
-        values.emplace();
-        values->total = bytes(status.f_blocks, status.f_frsize);
-        values->available = bytes(status.f_bavail, status.f_frsize);
-        std::string name = volumeLabel(mount, folder);
-        if (name.empty() && mount.target == "/") {
-            name = systemName();
-        }
-        if (!name.empty()) {
-            values->name = displayText(name);
-        }
-    }
-    close(folder);
-    return values;
-}
+
+    [[nodiscard]] bool isRoot() const { return mounts.front().target == "/"; }
+};
 
 /// A FUSE file system over a folder of another disk says of itself what that disk says; between the two questions
-/// something may have been written there.
-bool repeats(const Mount& mount, const VolumeValues& values, const VolumeValues& other) {
+/// something may have been written there. What clouds say is invented, and may be the same for two of them.
+bool repeats(const Row& layer, const Row& disk) {
     constexpr std::int64_t fewBytes = 64'000'000;
-    return mount.type.starts_with("fuse.") && values.total == other.total &&
-           std::abs(*values.available - *other.available) < fewBytes;
+    return disk.values && isFuse(layer.mount) && !isFuse(disk.mount) && layer.values->total == disk.values->total &&
+           std::abs(layer.values->available.value_or(0) - disk.values->available.value_or(0)) < fewBytes;
 }
 
 }  // namespace
 
-struct SystemVolumes::Asked {
-    std::mutex mutex;
-    std::condition_variable answered;
-    std::set<std::string> silent;  ///< Mount points that have not answered yet, of this round or an earlier one.
+/// What the main thread and the asking threads share.
+class SystemVolumes::Inquiry : public std::enable_shared_from_this<Inquiry> {
+public:
+    explicit Inquiry(Questions questions) : m_questions(std::move(questions)) {}
+
+    /// Begins anew, on the main thread, and waits for the first answers.
+    [[nodiscard]] Answers begin(std::function<void(const Answers&)> later);
+
+    /// Calls nobody any more.
+    void end() { m_later = nullptr; }
+
+private:
+    void readTable();
+    void askRow(const std::vector<Mount>& mounts);
+    void settle(const std::vector<Mount>& mounts, const Mount& mount, std::optional<VolumeValues> values);
+    void report();
+
+    /// The following are called with the mutex held.
+    [[nodiscard]] bool isComplete() const {
+        return !m_isReadingTable &&
+               std::all_of(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.hasAnswered; });
+    }
+    [[nodiscard]] bool hasRoot() const {
+        return std::any_of(m_rows.begin(), m_rows.end(),
+                           [](const Row& row) { return row.isRoot() && row.hasAnswered; });
+    }
+    [[nodiscard]] Answers answers() const;
+
+    const Questions m_questions;
+    std::function<void(const Answers&)> m_later;  ///< Of the newest round. Main thread only.
+    Answers m_reported;                           ///< What the newest round was told last. Main thread only.
+
+    std::mutex m_mutex;  ///< Guards what follows.
+    std::condition_variable m_changed;
+    bool m_isReadingTable = false;
+    bool m_isWaiting = false;          ///< The main thread will look at the answers by itself.
+    std::vector<Row> m_rows;           ///< Of the newest round; none until the table has been read.
+    std::set<std::uint64_t> m_silent;  ///< Devices that have not answered yet, in this round or an earlier one.
 };
 
-SystemVolumes::SystemVolumes() : m_asked(std::make_shared<Asked>()) {}
-
-SystemVolumes::~SystemVolumes() = default;
-
-std::optional<std::vector<Mount>> SystemVolumes::visibleMounts() {
-    const std::optional<std::vector<Mount>> table = readMountTable();
-    if (!table) {
-        return std::nullopt;
+MountedVolumes::Answers SystemVolumes::Inquiry::begin(std::function<void(const Answers&)> later) {
+    const auto start = std::chrono::steady_clock::now();
+    m_later = std::move(later);
+    std::unique_lock lock(m_mutex);
+    m_rows.clear();
+    m_isWaiting = true;
+    if (!std::exchange(m_isReadingTable, true)) {
+        lock.unlock();
+        if (!Threads::start([self = shared_from_this()] { self->readTable(); })) {
+            readTable();
+        }
+        lock.lock();
     }
-    return ::visibleMounts(*table, [](const std::string& path) {
-        struct stat status {};
-        return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-    });
+    m_changed.wait_until(lock, start + patience, [this] { return isComplete(); });
+    m_changed.wait_until(lock, start + deadline, [this] { return isComplete() || hasRoot(); });
+    m_isWaiting = false;
+    return m_reported = answers();
 }
 
-std::vector<std::optional<VolumeValues>> SystemVolumes::values(const std::vector<Mount>& mounts) {
-    using Answers = std::vector<std::optional<VolumeValues>>;
-    const auto answers = std::make_shared<Answers>(mounts.size());
-    const auto open = std::make_shared<std::size_t>(0);
-    std::unique_lock lock(m_asked->mutex);
-    for (std::size_t i = 0; i < mounts.size(); ++i) {
-        if (!m_asked->silent.insert(mounts[i].target).second) {
-            continue;
-        }
-        try {
-            std::thread([asked = m_asked, answers, open, mount = mounts[i], i] {
-                std::optional<VolumeValues> values = valuesOf(mount);
-                const std::lock_guard guard(asked->mutex);
-                (*answers)[i] = std::move(values);
-                --*open;
-                asked->silent.erase(mount.target);
-                asked->answered.notify_all();
-            }).detach();
-            ++*open;
-        } catch (const std::system_error&) {
-            // No thread is to be had; the volume is left out.
-            m_asked->silent.erase(mounts[i].target);
-        }
-    }
-    m_asked->answered.wait_for(lock, deadline, [&] { return *open == 0; });
-    Answers result = *answers;
-    for (std::size_t i = 0; i < result.size(); ++i) {
-        for (std::size_t other = 0; result[i] && other < result.size(); ++other) {
-            if (other != i && result[other] && repeats(mounts[i], *result[i], *result[other]) &&
-                (other < i || !mounts[other].type.starts_with("fuse."))) {
-                result[i].reset();
+void SystemVolumes::Inquiry::readTable() {
+    const std::optional<std::vector<Mount>> table = m_questions.table();
+    std::vector<std::vector<Mount>> unasked;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isReadingTable = false;
+        for (const std::vector<Mount>& mounts : visibleDisks(table.value_or(std::vector{Mount{}}))) {
+            m_rows.emplace_back().mounts = mounts;
+            if (m_silent.insert(mounts.front().device).second) {
+                unasked.push_back(mounts);
             }
         }
     }
-    return result;
+    m_changed.notify_all();
+    for (const std::vector<Mount>& mounts : unasked) {
+        if (Threads::start([self = shared_from_this(), mounts] { self->askRow(mounts); })) {
+            continue;
+        }
+        // Without a thread to be had, only the disk that the program itself comes from is asked: another one might hold
+        // this thread up for good. It is left out until the next time.
+        if (mounts.front().target == "/") {
+            askRow(mounts);
+        } else {
+            settle(mounts, mounts.front(), std::nullopt);
+        }
+    }
+}
+
+void SystemVolumes::Inquiry::askRow(const std::vector<Mount>& mounts) {
+    std::optional<VolumeValues> values;
+    auto mount = mounts.begin();
+    while (!(values = m_questions.values(*mount)) && mount + 1 != mounts.end()) {
+        ++mount;
+    }
+    settle(mounts, *mount, std::move(values));
+}
+
+void SystemVolumes::Inquiry::settle(const std::vector<Mount>& mounts, const Mount& mount,
+                                    std::optional<VolumeValues> values) {
+    const std::lock_guard lock(m_mutex);
+    m_silent.erase(mounts.front().device);
+    const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&](const Row& candidate) {
+        return candidate.mounts.front().device == mounts.front().device;
+    });
+    if (row == m_rows.end()) {
+        return;
+    }
+    row->hasAnswered = true;
+    row->mount = mount;
+    row->values = std::move(values);
+    m_changed.notify_all();
+    if (!m_isWaiting) {
+        Dispatch::main([self = shared_from_this()] { self->report(); });
+    }
+}
+
+void SystemVolumes::Inquiry::report() {
+    std::unique_lock lock(m_mutex);
+    Answers now = answers();
+    lock.unlock();
+    if (m_later && now != m_reported) {
+        m_reported = std::move(now);
+        // What is called may begin a new round, which replaces the function.
+        const std::function<void(const Answers&)> later = m_later;
+        later(m_reported);
+    }
+}
+
+MountedVolumes::Answers SystemVolumes::Inquiry::answers() const {
+    Answers answers;
+    for (const Row& row : m_rows) {
+        const auto isBelow = [&](const Row& other) { return repeats(row, other); };
+        if (row.values && std::none_of(m_rows.begin(), m_rows.end(), isBelow)) {
+            answers.push_back({FileURL(row.mount.target), *row.values});
+        }
+    }
+    return answers;
+}
+
+SystemVolumes::SystemVolumes() : SystemVolumes(Questions{}) {}
+
+SystemVolumes::SystemVolumes(Questions questions) : m_inquiry(std::make_shared<Inquiry>(std::move(questions))) {}
+
+SystemVolumes::~SystemVolumes() {
+    m_inquiry->end();
+}
+
+MountedVolumes::Answers SystemVolumes::ask(std::function<void(const Answers&)> later) {
+    return m_inquiry->begin(std::move(later));
 }

@@ -53,7 +53,7 @@ bool isOfTrash(const TrashItem& item, const FileURL& trash) {
 }
 
 /// Whether the path leads through, or to, a Trash at the top of a file system.
-bool isOfVolumeTrash(const TrashItem& item, const std::vector<MountPoint>& mounts) {
+bool isOfVolumeTrash(const TrashItem& item, const std::vector<Mount>& mounts) {
     const std::string& path = item.path;
     for (std::size_t at = path.find("/.Trash"); at != std::string::npos; at = path.find("/.Trash", at + 1)) {
         const std::size_t end = std::min(path.find('/', at + 1), path.size());
@@ -63,16 +63,16 @@ bool isOfVolumeTrash(const TrashItem& item, const std::vector<MountPoint>& mount
                                  name.find_first_not_of("0123456789", 7) == std::string_view::npos);
         const std::string top = at == 0 ? "/" : path.substr(0, at);
         if (isTrashName &&
-            std::any_of(mounts.begin(), mounts.end(), [&](const MountPoint& mount) { return mount.path == top; })) {
+            std::any_of(mounts.begin(), mounts.end(), [&](const Mount& mount) { return mount.target == top; })) {
             return true;
         }
     }
     return false;
 }
 
-bool holdsMount(const TrashItem& item, const std::vector<MountPoint>& mounts) {
+bool holdsMount(const TrashItem& item, const std::vector<Mount>& mounts) {
     return std::any_of(mounts.begin(), mounts.end(),
-                       [&](const MountPoint& mount) { return isAtOrBelow(mount.path, item.path); });
+                       [&](const Mount& mount) { return isAtOrBelow(mount.target, item.path); });
 }
 
 std::optional<TrashError> reasonAgainstRemoval(const TrashItem& item) {
@@ -146,7 +146,7 @@ private:
 }  // namespace
 
 std::optional<TrashError> reasonAgainst(const TrashItem& item, const TrashHome& home,
-                                        const std::vector<MountPoint>& mounts) {
+                                        const std::vector<Mount>& mounts) {
     const std::optional<Place> place = placeOf(home.home);
     if (place && isOrHolds(item, *place)) {
         return TrashError::holdsHome;

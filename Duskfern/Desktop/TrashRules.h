@@ -2,14 +2,14 @@
 
 #include "Desktop/TrashHome.h"
 #include "Desktop/TrashItem.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 
 #include <stop_token>
 
 /// Why an item never goes to the Trash or cannot be taken from where it lies, as far as the item itself, its folder and
 /// `mounts` show; nothing else. Looks at nothing inside.
 [[nodiscard]] std::optional<TrashError> reasonAgainst(const TrashItem& item, const TrashHome& home,
-                                                      const std::vector<MountPoint>& mounts);
+                                                      const std::vector<Mount>& mounts);
 
 /// What there is to know about a folder before it moves as a whole.
 struct FolderSurvey {

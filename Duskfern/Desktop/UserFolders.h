@@ -30,6 +30,6 @@ class UserFolders {
 public:
     virtual ~UserFolders() = default;
 
-    /// As they are now. Returns at once; on the main thread only.
+    /// As they are now. Reads a small file of the home folder, and blocks as that does; any thread.
     [[nodiscard]] virtual UserFolderPaths paths() = 0;
 };

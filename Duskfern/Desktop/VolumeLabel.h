@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Desktop/MountedVolumes.h"
+#include "Foundation/MountTable.h"
 
 /// The label that the file system of a mount carries, as bytes; empty when it has none or it cannot be found out.
 /// `folder` is an open descriptor of the mount point. May block as long as the mount does.

@@ -18,9 +18,11 @@ class WindowDialogs : public QObject, public Dialogs {
 public:
     /// `chooser` outlives this.
     explicit WindowDialogs(FolderChooser& chooser, QObject* parent = nullptr) : QObject(parent), m_chooser(chooser) {}
+    ~WindowDialogs() override;
+    Q_DISABLE_COPY_MOVE(WindowDialogs)
 
-    /// The window that questions belong to.
-    void setWindow(QWindow* window) { m_window = window; }
+    /// The window that questions belong to. When it is closed, a folder that is being chosen is none.
+    void setWindow(QWindow* window);
 
     /// Whether a question is open, of whatever kind: nothing else may act then.
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
@@ -45,9 +47,12 @@ public:
     void confirm(const Confirmation& question, std::function<void(bool)> answer) override;
 
 private:
+    void folderChosen(const std::optional<FileURL>& url);
+
     FolderChooser& m_chooser;
     QPointer<QWindow> m_window;
     bool m_isChoosing = false;
+    std::function<void(std::optional<FileURL>)> m_chosen;
     bool m_isConfirming = false;
     Confirmation m_question;
     std::function<void(bool)> m_answer;

@@ -1,271 +1,103 @@
 #include "Foundation/DirectoryWalk.h"
 
-#include "Foundation/FileStatus.h"
-#include "Foundation/HiddenPlaces.h"
+#include "Foundation/Threads.h"
+#include "Foundation/WalkState.h"
+#include "Foundation/WalkWorker.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <linux/openat2.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 #include <algorithm>
-#include <climits>
-#include <cstddef>
+#include <thread>
+#include <utility>
 
 namespace {
 
-constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
+using Clock = std::chrono::steady_clock;
 
-/// One read of it holds the whole of nearly every folder.
-constexpr std::size_t bufferSize = std::size_t{64} * 1024;
+/// How often the walking threads are looked after, and progress is reported.
+constexpr std::chrono::milliseconds tickInterval{20};
 
-/// Opens a folder by a path relative to an open one without following any link on the way, so that a folder replaced
-/// by a link while we walk cannot lead out of the root. Where openat2 is not to be had (old kernels, some sandboxes)
-/// only the last component is protected.
-int openBelow(int base, const char* path) {
-    static const bool hasOpenat2 = [] {
-        open_how how{};
-        how.flags = O_PATH | O_CLOEXEC;
-        const long descriptor = syscall(SYS_openat2, AT_FDCWD, "/", &how, sizeof how);
-        if (descriptor >= 0) {
-            close(static_cast<int>(descriptor));
-        }
-        return descriptor >= 0;
-    }();
-    if (!hasOpenat2) {
-        return openat(base, path, openFlags);
-    }
-    open_how how{};
-    how.flags = openFlags;
-    how.resolve = RESOLVE_NO_SYMLINKS;
-    return static_cast<int>(syscall(SYS_openat2, base, path, &how, sizeof how));
+/// What the thread that watches knows of one worker's thread.
+struct Watched {
+    std::shared_ptr<WatchedCalls> calls;
+    std::uint64_t count = 0;
+    Clock::time_point since;
+};
+
+void endWorker(WalkState& state) {
+    const std::lock_guard lock(state.mutex);
+    --state.workers;
+    state.ended.notify_all();
 }
 
-/// Of the threads that walk: with this a thread of the window that has something to do gets most of a core.
-constexpr int niceness = 5;
+/// Lets a worker run, or go on, on a thread of its own; on this one where there is none to be had.
+Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker) {
+    Watched watched{std::make_shared<WatchedCalls>(), 0, Clock::now()};
+    const auto run = [state, &worker, calls = watched.calls] {
+        try {
+            worker.run(*calls);
+            endWorker(*state);
+        } catch (const std::bad_alloc&) {
+            state->giveUp();
+            endWorker(*state);
+        } catch (const LeftBehind&) {
+            state->late->arrived();
+        }
+    };
+    if (!Threads::start(run, Threads::Priority::background)) {
+        run();
+    }
+    return watched;
+}
 
 }  // namespace
 
-/// Lists folders one after the other. Everything in it belongs to its thread; folders it has made are read by the
-/// others after they passed through the shared list.
-class DirectoryWalk::Worker {
-public:
-    Worker(DirectoryWalk& walk, WalkVisitor& visitor)
-        : m_walk(walk), m_visitor(visitor), m_buffer(std::make_unique_for_overwrite<char[]>(bufferSize)) {}
+DirectoryWalk::DirectoryWalk(std::vector<WalkRoot> roots, Policy policy, std::stop_token stop,
+                             std::vector<Mount> mounts)
+    : m_state(std::make_shared<WalkState>(std::move(roots), std::move(policy), std::move(stop), std::move(mounts))) {}
 
-    void run() {
-        while (WalkFolder* folder = m_walk.take()) {
-            list(*folder);
-            m_walk.give(m_found);
-        }
+DirectoryWalk::~DirectoryWalk() = default;
+
+void DirectoryWalk::run(const std::vector<WalkVisitor*>& visitors, const std::function<void()>& tick) {
+    WalkState& state = *m_state;
+    for (WalkVisitor* const visitor : visitors) {
+        state.crew.push_back(std::make_unique<WalkWorker>(state, *visitor));
     }
-
-private:
-    void list(WalkFolder& folder) {
-        const int descriptor = open(folder);
-        m_visitor.beginFolder(folder);
-        if (descriptor < 0) {
-            return;
-        }
-        m_hiddenHere = m_walk.m_hiddenPlaces->namesIn(m_path);
-        bool first = true;
-        ssize_t size = 0;
-        while (!m_walk.m_stop.stop_requested() && (size = getdents64(descriptor, m_buffer.get(), bufferSize)) > 0) {
-            if (first) {
-                readHiddenList(descriptor, static_cast<std::size_t>(size));
-                first = false;
-            }
-            forEachEntry(static_cast<std::size_t>(size),
-                         [&](const dirent64& entry) { visit(folder, descriptor, entry); });
-        }
-        close(descriptor);
+    state.workers = state.crew.size();
+    std::vector<Watched> watched;
+    for (const auto& worker : state.crew) {
+        watched.push_back(startWorker(m_state, *worker));
     }
-
-    /// Opens the folder and leaves its path relative to the root in `m_path`.
-    int open(const WalkFolder& folder) {
-        m_path.resize(folder.pathLength);
-        std::size_t end = m_path.size();
-        for (const WalkFolder* at = &folder; at->parent != nullptr; at = at->parent) {
-            end -= at->nameLength;
-            std::copy_n(at->name, at->nameLength, m_path.begin() + static_cast<std::ptrdiff_t>(end));
-            if (end > 0) {
-                m_path[--end] = '/';
+    std::unique_lock lock(state.mutex);
+    while (!state.ended.wait_for(lock, tickInterval, [&] { return state.workers == 0; })) {
+        lock.unlock();
+        for (std::size_t i = 0; i < watched.size(); ++i) {
+            Watched& thread = watched[i];
+            const std::uint64_t count = thread.calls->count();
+            if (std::exchange(thread.count, count) != count) {
+                thread.since = Clock::now();
+            } else if (Clock::now() - thread.since >= diskPatience && thread.calls->leaveBehind(count)) {
+                thread = startWorker(m_state, *state.crew[i]);
             }
         }
-        if (m_path.empty()) {
-            return openBelow(m_walk.m_rootDescriptor, ".");
+        if (tick) {
+            tick();
         }
-        return m_path.size() < PATH_MAX ? openBelow(m_walk.m_rootDescriptor, m_path.c_str()) : openInSteps();
-    }
-
-    /// A path too long for one call is opened piece by piece.
-    int openInSteps() {
-        int base = m_walk.m_rootDescriptor;
-        for (std::size_t begin = 0; begin < m_path.size();) {
-            std::size_t end = m_path.size();
-            if (end - begin >= PATH_MAX) {
-                end = m_path.rfind('/', begin + PATH_MAX - 1);
-            }
-            const int next = openBelow(base, m_path.substr(begin, end - begin).c_str());
-            if (base != m_walk.m_rootDescriptor) {
-                close(base);
-            }
-            if (next < 0) {
-                return next;
-            }
-            base = next;
-            begin = end + 1;
-        }
-        return base;
-    }
-
-    template <class Visit>
-    void forEachEntry(std::size_t size, Visit visit) const {
-        for (std::size_t at = 0; at < size;) {
-            // The kernel aligns each entry to eight bytes.
-            const auto& entry = *reinterpret_cast<const dirent64*>(m_buffer.get() + at);  // NOLINT
-            visit(entry);
-            at += entry.d_reclen;
-        }
-    }
-
-    /// A folder may list names to hide in its ".hidden". Nearly every folder fits the first read, and a look through
-    /// that tells for nothing that there is none; otherwise the file is asked for.
-    void readHiddenList(int descriptor, std::size_t size) {
-        bool present = size > bufferSize / 2;
-        if (!present) {
-            forEachEntry(size, [&](const dirent64& entry) {
-                present = present || std::string_view(entry.d_name) == hiddenListName;
-            });
-        }
-        if (present) {
-            m_hiddenList = hiddenNames(descriptor);
-            m_hiddenHere = m_hiddenHere == nullptr ? &m_hiddenList : &m_hiddenList.merge(*m_hiddenHere);
-        }
-    }
-
-    void visit(const WalkFolder& folder, int descriptor, const dirent64& entry) {
-        const std::string_view name = entry.d_name;
-        if (name.front() == '.' || (m_hiddenHere != nullptr && m_hiddenHere->contains(name))) {
-            return;
-        }
-        unsigned char type = entry.d_type;
-        if (type == DT_UNKNOWN) {
-            const std::optional<FileStatus> status = fileStatus(descriptor, entry.d_name);
-            if (!status) {
-                m_visitor.unreadable();
-                return;
-            }
-            type = static_cast<unsigned char>(IFTODT(status->mode));
-        }
-        if (type == DT_REG) {
-            m_visitor.file(descriptor, name);
-        } else if (type == DT_DIR && m_walk.m_policy(name)) {
-            const std::uint32_t position = m_names.append(name);
-            WalkFolder& found = m_folders.emplace_back();
-            found.parent = &folder;
-            found.name = m_names.at(position);
-            found.nameLength = static_cast<std::uint32_t>(name.size());
-            found.pathLength = folder.pathLength + found.nameLength + (folder.pathLength > 0 ? 1 : 0);
-            m_visitor.subfolder(found);
-            m_found.push_back(&found);
-        }
-    }
-
-    DirectoryWalk& m_walk;
-    WalkVisitor& m_visitor;
-    std::unique_ptr<char[]> m_buffer;
-    NameArena m_names;
-    std::deque<WalkFolder> m_folders;
-    std::vector<WalkFolder*> m_found;  ///< Subfolders of the folder being listed.
-    std::string m_path;
-    NameSet m_hiddenList;
-    const NameSet* m_hiddenHere = nullptr;
-};
-
-DirectoryWalk::DirectoryWalk(const FileURL& root, Policy policy, std::stop_token stop,
-                             const std::vector<MountPoint>& mounts)
-    : m_policy(std::move(policy)),
-      m_stop(std::move(stop)),
-      m_rootDescriptor(::open(root.path().c_str(), openFlags & ~O_NOFOLLOW)),
-      m_hiddenPlaces(std::make_unique<HiddenPlaces>(root, mounts)) {
-    m_pending.push_back(&m_root);
-}
-
-DirectoryWalk::~DirectoryWalk() {
-    join();
-    if (isOpen()) {
-        close(m_rootDescriptor);
+        lock.lock();
     }
 }
 
-void DirectoryWalk::run(WalkVisitor& visitor) {
-    if (isOpen()) {
-        m_workers.push_back(std::make_unique<Worker>(*this, visitor));
-        m_workers.back()->run();
-    }
+WalkFolder& DirectoryWalk::root(std::size_t index) {
+    return m_state->roots[index].folder;
 }
 
-void DirectoryWalk::start(const std::vector<WalkVisitor*>& visitors, std::function<void()> finished) {
-    m_finished = std::move(finished);
-    for (WalkVisitor* visitor : visitors) {
-        m_workers.push_back(std::make_unique<Worker>(*this, *visitor));
-    }
-    for (const auto& worker : m_workers) {
-        m_threads.emplace_back([&worker = *worker] {
-            // More threads than cores are at work; what a person looks at comes first.
-            (void)setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness);
-            worker.run();
-        });
-    }
+bool DirectoryWalk::wasOpened(std::size_t index) const {
+    return m_state->roots[index].wasOpened;
 }
 
-void DirectoryWalk::join() {
-    for (std::thread& thread : m_threads) {
-        thread.join();
-    }
-    m_threads.clear();
+std::shared_ptr<LateAnswer> DirectoryWalk::lateAnswer() const {
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->hasPassedOver ? m_state->late : nullptr;
 }
 
 unsigned DirectoryWalk::recommendedThreads() {
     return std::clamp(2 * std::thread::hardware_concurrency(), 4U, 8U);
-}
-
-/// The folder to list next, the one found last, so that few are pending at a time; none when the walk is over.
-WalkFolder* DirectoryWalk::take() {
-    std::unique_lock lock(m_mutex);
-    while (m_pending.empty() && m_busy > 0) {
-        ++m_waiting;
-        m_changed.wait(lock);
-        --m_waiting;
-    }
-    if (m_pending.empty() || m_stop.stop_requested()) {
-        m_pending.clear();
-        m_changed.notify_all();
-        if (m_busy == 0 && m_finished) {
-            std::exchange(m_finished, nullptr)();
-        }
-        return nullptr;
-    }
-    WalkFolder* folder = m_pending.back();
-    m_pending.pop_back();
-    ++m_busy;
-    return folder;
-}
-
-/// Hands the subfolders of a listed folder over to whoever comes first.
-void DirectoryWalk::give(std::vector<WalkFolder*>& folders) {
-    const std::lock_guard lock(m_mutex);
-    --m_busy;
-    m_pending.insert(m_pending.end(), folders.rbegin(), folders.rend());
-    if (m_waiting > 0) {
-        if (folders.size() > 1 || m_busy == 0) {
-            m_changed.notify_all();
-        } else if (!folders.empty()) {
-            m_changed.notify_one();
-        }
-    }
-    folders.clear();
 }

@@ -1,60 +1,36 @@
 #include "Foundation/Dispatch.h"
 
+#include "Foundation/Threads.h"
+
 #include <QtCore/QCoreApplication>
-#include <QtCore/QThreadPool>
 
 #include <deque>
 #include <mutex>
+#include <utility>
 
 namespace Dispatch {
 
 namespace {
 
-/// Work on its way from one thread to another. Qt wakes the other thread up; what is handed over passes through here,
-/// where tools that look for data races can see it.
-template <class Work>
-class Handover {
-public:
-    /// Whether it was empty before.
-    bool put(Work work) {
-        const std::lock_guard lock(m_mutex);
-        m_works.push_back(std::move(work));
-        return m_works.size() == 1;
-    }
-
-    [[nodiscard]] Work takeFirst() {
-        const std::lock_guard lock(m_mutex);
-        Work work = std::move(m_works.front());
-        m_works.pop_front();
-        return work;
-    }
-
-    [[nodiscard]] std::deque<Work> takeAll() {
-        const std::lock_guard lock(m_mutex);
-        return std::exchange(m_works, {});
-    }
-
-private:
-    std::mutex m_mutex;
-    std::deque<Work> m_works;
-};
-
-struct Shared {
-    Shared() { pool.setMaxThreadCount(16); }
-    Handover<std::function<void()>> toMain;
-    Handover<std::function<void(std::stop_token)>> toBackground;
-    QThreadPool pool;
+struct State {
+    std::mutex mutex;
+    std::deque<std::function<void()>> forMain;  ///< Qt wakes the main thread up; the work passes through here.
     std::stop_source stop;
 };
 
-/// Never destroyed: its destructor would wait without end for a thread that is stuck in the kernel.
-Shared& shared() {
-    static auto* const here = new Shared;
+/// Never destroyed: background threads may outlive everything else.
+State& state() {
+    static auto* const here = new State;
     return *here;
 }
 
 void runOnMain() {
-    for (const std::function<void()>& work : shared().toMain.takeAll()) {
+    std::deque<std::function<void()>> works;
+    {
+        const std::lock_guard lock(state().mutex);
+        works.swap(state().forMain);
+    }
+    for (const std::function<void()>& work : works) {
         work();
     }
 }
@@ -62,21 +38,27 @@ void runOnMain() {
 }  // namespace
 
 void background(std::function<void(std::stop_token)> work) {
-    Shared& here = shared();
-    here.toBackground.put(std::move(work));
-    here.pool.start([] { shared().toBackground.takeFirst()(shared().stop.get_token()); });
+    const auto run = [work = std::move(work)] { work(state().stop.get_token()); };
+    if (!Threads::start(run)) {
+        main(run);
+    }
 }
 
 void main(std::function<void()> work) {
     QCoreApplication* const application = QCoreApplication::instance();
-    if (application != nullptr && shared().toMain.put(std::move(work))) {
+    if (application == nullptr) {
+        return;
+    }
+    const std::lock_guard lock(state().mutex);
+    state().forMain.push_back(std::move(work));
+    if (state().forMain.size() == 1) {
         QMetaObject::invokeMethod(application, runOnMain, Qt::QueuedConnection);
     }
 }
 
 Finish shutDown(std::chrono::milliseconds patience) {
-    shared().stop.request_stop();
-    return shared().pool.waitForDone(static_cast<int>(patience.count())) ? Finish::clean : Finish::stuck;
+    state().stop.request_stop();
+    return Threads::waitForAll(patience) ? Finish::clean : Finish::stuck;
 }
 
 }  // namespace Dispatch

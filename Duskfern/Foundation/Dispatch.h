@@ -4,11 +4,12 @@
 #include <functional>
 #include <stop_token>
 
-/// Where work runs: long work on a pool of background threads, everything the screens read on the main thread.
+/// Where work runs: long work in the background, everything the screens read on the main thread.
 namespace Dispatch {
 
-/// Runs `work` on a background thread, at once: one waiting scan never holds up another. The token asks it to end
-/// early because the program is closing.
+/// Runs `work` at once on a thread of its own, so that work that waits for a disk without end takes nothing from any
+/// other. Where no thread is to be had it runs on the main thread, later. The token asks it to end early because the
+/// program is closing.
 void background(std::function<void(std::stop_token)> work);
 
 /// Runs `work` on the main thread, later, in the order of the calls. Any thread may call it. Dropped once the program

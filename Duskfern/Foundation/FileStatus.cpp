@@ -62,3 +62,12 @@ std::optional<FileStatus> fileStatus(const FileURL& url) {
     const std::string name = url.path() == "/" ? std::string() : std::string(url.lastPathComponent());
     return fileStatus(folder.number(), name.c_str());
 }
+
+std::optional<std::uint64_t> mountNumber(int descriptor) {
+    struct statx status {};
+    if (statx(descriptor, "", AT_EMPTY_PATH | AT_NO_AUTOMOUNT, STATX_MNT_ID, &status) != 0 ||
+        (status.stx_mask & STATX_MNT_ID) == 0) {
+        return std::nullopt;
+    }
+    return status.stx_mnt_id;
+}

@@ -45,3 +45,7 @@ struct FileStatus {
 
 /// The same for a location of any length.
 [[nodiscard]] std::optional<FileStatus> fileStatus(const FileURL& url);
+
+/// The kernel's number of the mount that an open file or folder lies on, as the mount table has it; nothing where the
+/// kernel does not tell (before 5.8).
+[[nodiscard]] std::optional<std::uint64_t> mountNumber(int descriptor);

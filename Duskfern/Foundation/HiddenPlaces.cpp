@@ -43,9 +43,10 @@ NameSet hiddenNames(int directory) {
     return names;
 }
 
-HiddenPlaces::HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& mounts) {
-    std::string prefix = realPath(root).value_or(root.path());
-    if (prefix.back() != '/') {
+HiddenPlaces::HiddenPlaces(std::string_view root, const std::vector<Mount>& mounts,
+                           const std::vector<std::string>& others) {
+    std::string prefix(root);
+    if (prefix.empty() || prefix.back() != '/') {
         prefix += '/';
     }
     const auto hide = [&](std::string_view path) {
@@ -55,20 +56,19 @@ HiddenPlaces::HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& m
         path.remove_prefix(prefix.size());
         const size_t slash = path.rfind('/');
         const std::string_view folder = slash == std::string_view::npos ? "" : path.substr(0, slash);
+        m_longestFolder = std::max(m_longestFolder, folder.size());
         m_byFolder[std::string(folder)].insert(path.substr(folder.empty() ? 0 : slash + 1));
     };
     std::for_each(systemFolders.begin(), systemFolders.end(), hide);
-    for (const MountPoint& mount : mounts) {
+    std::for_each(others.begin(), others.end(), hide);
+    for (const Mount& mount : mounts) {
         if (std::find(pseudoFileSystems.begin(), pseudoFileSystems.end(), mount.type) != pseudoFileSystems.end()) {
-            hide(mount.path);
+            hide(mount.target);
         }
     }
 }
 
 const NameSet* HiddenPlaces::namesIn(const std::string& folder) const {
-    if (m_byFolder.empty()) {
-        return nullptr;
-    }
     const auto found = m_byFolder.find(folder);
     return found == m_byFolder.end() ? nullptr : &found->second;
 }

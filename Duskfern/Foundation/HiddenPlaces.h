@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/FileURL.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/MountTable.h"
 
 #include <string>
 #include <string_view>
@@ -40,8 +40,16 @@ constexpr std::string_view hiddenListName = ".hidden";
 /// systems that the kernel makes up. They are hidden when a walk meets them, not when it begins in them.
 class HiddenPlaces {
 public:
-    /// Those that lie below `root` (its links resolved) while `mounts` are all there are.
-    HiddenPlaces(const FileURL& root, const std::vector<MountPoint>& mounts);
+    HiddenPlaces() = default;
+
+    /// Those that lie below the absolute path `root` while `mounts` are all there are, and the paths `others`. No path
+    /// leads over a link.
+    HiddenPlaces(std::string_view root, const std::vector<Mount>& mounts, const std::vector<std::string>& others);
+
+    /// Whether a folder whose path relative to the root has that many bytes may have any.
+    [[nodiscard]] bool mayHaveNamesIn(std::size_t pathLength) const {
+        return !m_byFolder.empty() && pathLength <= m_longestFolder;
+    }
 
     /// The names hidden in a folder given by its path relative to the root ("" for the root); null where there are
     /// none.
@@ -49,4 +57,5 @@ public:
 
 private:
     std::unordered_map<std::string, NameSet> m_byFolder;
+    std::size_t m_longestFolder = 0;  ///< Bytes.
 };

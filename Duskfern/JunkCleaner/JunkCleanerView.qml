@@ -13,6 +13,11 @@ Item {
 
     readonly property bool isEmpty: root.store.count === 0 && !root.store.isScanning
 
+    /// What the keyboard acts on when the screen is shown: the items, where there are any or some may come.
+    function firstFocus(): Item {
+        return root.isEmpty ? scan : (results.itemAt(0) as JunkResults).firstFocus();
+    }
+
     Component.onCompleted: {
         if (root.store.count === 0) {
             root.store.scan();
@@ -81,6 +86,8 @@ Item {
         anchors.top: divider.bottom
 
         Repeater {
+            id: results
+
             model: root.isEmpty ? 0 : 1
 
             JunkResults {

@@ -22,7 +22,7 @@ ListView {
 
     Accessible.name: "Elementos encontrados"
     Accessible.role: Accessible.List
-    activeFocusOnTab: root.count > 0
+    activeFocusOnTab: true
     boundsBehavior: Flickable.StopAtBounds
     // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
     cacheBuffer: 0
@@ -38,8 +38,12 @@ ListView {
         width: ListView.view.width - 44
         x: 22
 
-        // A row that waits to be used again would be read aloud.
-        ListView.onPooled: visible = false
+        // A row that waits to be used again would be read aloud. When it is shown again it is first where it was, and
+        // must not find the pointer there.
+        ListView.onPooled: {
+            visible = false;
+            y = -1000000;
+        }
         ListView.onReused: visible = true
         onPressed: row => root.go(row)
         onRevealed: row => root.store.revealRow(row)

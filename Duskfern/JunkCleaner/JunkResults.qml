@@ -9,6 +9,11 @@ Item {
 
     required property JunkStore store
 
+    /// What the keyboard acts on when this is shown.
+    function firstFocus(): Item {
+        return items;
+    }
+
     Row {
         id: metrics
 
@@ -88,6 +93,8 @@ Item {
     }
 
     JunkListView {
+        id: items
+
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right

@@ -1,130 +1,143 @@
 #include "JunkCleaner/JunkScanner.h"
 
 #include "Desktop/InstalledApplications.h"
-#include "Foundation/AllocatedSize.h"
-#include "Foundation/FileStatus.h"
-#include "Foundation/HiddenPlaces.h"
-#include "Foundation/MountPoints.h"
+#include "Foundation/FolderSizes.h"
+#include "Foundation/MountTable.h"
 #include "Foundation/Packages.h"
+#include "JunkCleaner/JunkListing.h"
 #include "JunkCleaner/Leftovers.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <linux/magic.h>
-#include <sys/stat.h>
-#include <sys/vfs.h>
-#include <unistd.h>
-#include <QtCore/QDateTime>
-
 #include <algorithm>
-#include <atomic>
-#include <functional>
-#include <memory>
-#include <thread>
+#include <iterator>
+#include <unordered_set>
+#include <utility>
 
 namespace JunkScanner {
 
 namespace {
 
-struct CloseFolder {
-    void operator()(DIR* folder) const { closedir(folder); }
+/// What only the disk can tell before anything is judged.
+struct Answers {
+    std::optional<InstalledNames> names;  ///< None when they did not answer: nothing can be told of leftovers then.
+    std::vector<std::string> personal;    ///< Without links, as all paths below; the home first.
+    std::vector<std::string> support;
+    std::vector<JunkListing> listings;  ///< One a place.
 };
 
-/// The last moment whose files are old enough: so many days before now by the calendar, whatever the clocks did since.
-QDateTime cutOff(int days) {
-    QDateTime moment = QDateTime::currentDateTime().addDays(-days);
-    if (!moment.isValid()) {
-        qFatal("there is no such day");
-    }
-    return moment;
-}
-
-bool isModifiedAfter(const FileStatus& status, const QDateTime& moment) {
-    const qint64 seconds = moment.toSecsSinceEpoch();
-    return status.modifiedSeconds > seconds ||
-           (status.modifiedSeconds == seconds &&
-            status.modifiedNanoseconds > static_cast<std::uint32_t>(moment.time().msec()) * 1'000'000);
-}
-
-/// Lists the places one after the other.
-class Lister {
+/// The paths of folders without links; those that are not there are left out, the others as they are written where the
+/// disk does not tell.
+class RealPaths {
 public:
-    Lister(const JunkPlaces& places, const InstalledApplications& applications) : m_tokens(applications.names()) {
-        for (const FileURL& url : places.personal) {
-            addReal(url, m_personal);
-        }
-        for (const FileURL& url : places.support) {
-            addReal(url, m_support);
-        }
-        for (const MountPoint& mount : mountPoints()) {
-            m_mounts.push_back(mount.path);
+    RealPaths(const std::vector<FileURL>& urls, DiskQuestions& questions) : m_urls(urls), m_answers(urls.size()) {
+        for (std::size_t i = 0; i < urls.size(); ++i) {
+            m_answers[i] = std::make_shared<Handover<Answer>>();
+            questions.ask([url = urls[i], answer = m_answers[i]] {
+                const std::optional<std::string> path = realPath(url);
+                answer->edit([&](Answer& given) { given = {true, path}; });
+            });
         }
     }
 
-    /// Adds the direct children of a place for what everybody may throw away.
-    void children(const JunkPlace& place) {
-        list(place, [&place](JunkItem& item, const QString& name) {
-            item.origin = originName(name, JunkKinds::rawValue(place.kind));
-            item.isSafeForBulk = true;
-            return true;
-        });
+    [[nodiscard]] std::vector<std::string> take() {
+        std::vector<std::string> paths;
+        for (std::size_t i = 0; i < m_urls.size(); ++i) {
+            const Answer answer = m_answers[i]->take();
+            if (!answer.hasCome || answer.path) {
+                paths.push_back(answer.path.value_or(m_urls[i].path()));
+            }
+        }
+        return paths;
     }
-
-    /// Adds the direct children of a place for applications' data that belong to no installed application.
-    void orphanedSupport(const JunkPlace& place) {
-        list(place, [&](JunkItem& item, const QString& name) {
-            item.origin = QStringLiteral("Aplicación no encontrada: ") + name;
-            return place.isFlatpakData ? m_tokens.isOrphanedFlatpak(item.url.lastPathComponent())
-                                       : m_tokens.isOrphaned(name);
-        });
-    }
-
-    [[nodiscard]] std::vector<JunkItem> takeItems() { return std::move(m_items); }
 
 private:
-    /// Completes an item that may be listed; false when it is not to be.
-    using Describe = std::function<bool(JunkItem& item, const QString& name)>;
+    struct Answer {
+        bool hasCome = false;
+        std::optional<std::string> path;
+    };
 
-    void list(const JunkPlace& place, const Describe& describe) {
-        const std::optional<std::string> path = realPath(place.url);
-        if (!path || !isPlaceToClean(place, *path)) {
+    const std::vector<FileURL>& m_urls;
+    std::vector<std::shared_ptr<Handover<Answer>>> m_answers;
+};
+
+Answers askTheDisks(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
+                    const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
+    DiskQuestions questions;
+    const auto names = std::make_shared<Handover<std::optional<InstalledNames>>>();
+    questions.ask([names, applications] {
+        auto found = applications->names();
+        names->edit([&](std::optional<InstalledNames>& given) { given = std::move(found); });
+    });
+    RealPaths personal(places.personal, questions);
+    RealPaths support(places.support, questions);
+    std::vector<std::shared_ptr<Handover<JunkListing>>> listings;
+    for (const JunkPlace& place : places.places) {
+        const auto listing = listings.emplace_back(std::make_shared<Handover<JunkListing>>());
+        questions.ask([place, listing] {
+            listJunkPlace(
+                place, [&](const std::string& path) { listing->edit([&](JunkListing& given) { given.path = path; }); },
+                [&](JunkListing::Entry entry) {
+                    listing->edit([&](JunkListing& given) { given.entries.push_back(std::move(entry)); });
+                });
+        });
+    }
+    late = questions.wait(stop);
+    Answers answers{names->take(), personal.take(), support.take(), {}};
+    std::transform(listings.begin(), listings.end(), std::back_inserter(answers.listings),
+                   [](const auto& listing) { return listing->take(); });
+    return answers;
+}
+
+/// Judges what was listed, one place after the other. Touches no disk.
+class Judge {
+public:
+    explicit Judge(Answers answers)
+        : m_answers(std::move(answers)), m_tokens(m_answers.names.value_or(InstalledNames())) {
+        for (const Mount& mount : currentMounts()) {
+            m_mounts.push_back(mount.target);
+        }
+    }
+
+    void judge(const JunkPlace& place, const JunkListing& listing) {
+        if (listing.path.empty() || !isPlaceToClean(place, listing.path) ||
+            (place.kind == JunkKind::leftover && !m_answers.names)) {
             return;
         }
-        const std::unique_ptr<DIR, CloseFolder> folder(opendir(path->c_str()));
-        if (folder == nullptr || (place.kind == JunkKind::temporary && isInMemory(dirfd(folder.get())))) {
-            return;
-        }
-        m_visited.push_back(*path);
-        m_hidden = hiddenNames(dirfd(folder.get()));
-        if (place.olderThanDays) {
-            m_cutOff = cutOff(*place.olderThanDays);
-        }
-        while (const dirent* const entry = readdir(folder.get())) {
-            const std::string_view name = entry->d_name;
-            if (name.front() == '.' || m_hidden.contains(name) || !reasonToKeep(place.keep, name).empty()) {
-                continue;
-            }
-            const std::optional<FileStatus> status = fileStatus(dirfd(folder.get()), entry->d_name);
-            if (!status || !mayGo(place, *status)) {
-                continue;
-            }
+        m_visited.push_back(listing.path);
+        for (const JunkListing::Entry& entry : listing.entries) {
+            const std::string real = FileURL(listing.path).appendingPathComponent(entry.name).path();
             JunkItem item;
-            item.url = place.url.appendingPathComponent(name);
-            item.identity = status->identity;
+            item.url = place.url.appendingPathComponent(entry.name);
+            item.identity = entry.status.identity;
             item.kind = place.kind;
-            const std::string real = FileURL(*path).appendingPathComponent(name).path();
-            if (!holdsAny(real, m_personal) && !holdsAny(real, m_support) && !holdsAny(real, m_visited) &&
-                !holdsAny(real, m_mounts) && describe(item, displayText(name))) {
+            if (!holdsAny(real, m_answers.personal) && !holdsAny(real, m_answers.support) &&
+                !holdsAny(real, m_visited) && !holdsAny(real, m_mounts) && describe(place, item)) {
+                item.size = entry.status.isRegularFile() ? entry.status.allocated.value_or(0) : 0;
                 m_items.push_back(std::move(item));
                 m_listed.push_back(real);
             }
         }
     }
 
-    static void addReal(const FileURL& url, std::vector<std::string>& paths) {
-        if (std::optional<std::string> path = realPath(url)) {
-            paths.push_back(std::move(*path));
+    void judgeAll(const std::vector<JunkPlace>& places) {
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            judge(places[i], m_answers.listings[i]);
         }
+    }
+
+    [[nodiscard]] std::vector<JunkItem> takeItems() { return std::move(m_items); }
+
+private:
+    /// Completes an item; false when it is not to be listed.
+    [[nodiscard]] bool describe(const JunkPlace& place, JunkItem& item) const {
+        const QString name = item.name();
+        if (place.kind != JunkKind::leftover) {
+            item.origin = originName(name, JunkKinds::rawValue(place.kind));
+            item.isSafeForBulk = true;
+            return true;
+        }
+        item.origin = QStringLiteral("Aplicación no encontrada: ") + name;
+        return place.isFlatpakData ? m_tokens.isOrphanedFlatpak(item.url.lastPathComponent())
+                                   : m_tokens.isOrphaned(name);
     }
 
     static bool holdsAny(const std::string& folder, const std::vector<std::string>& paths) {
@@ -132,81 +145,96 @@ private:
                            [&](const std::string& path) { return isAtOrBelow(path, folder); });
     }
 
-    /// What lies in memory takes no disk.
-    static bool isInMemory(int folder) {
-        struct statfs status {};
-        return fstatfs(folder, &status) == 0 && (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
-    }
-
     [[nodiscard]] bool isPlaceToClean(const JunkPlace& place, const std::string& path) const {
-        const bool isPersonal = std::find(m_personal.begin(), m_personal.end(), path) != m_personal.end();
-        const bool holdsHome = !m_personal.empty() && isAtOrBelow(m_personal.front(), path);
+        const std::vector<std::string>& personal = m_answers.personal;
+        const bool isPersonal = std::find(personal.begin(), personal.end(), path) != personal.end();
+        const bool holdsHome = !personal.empty() && isAtOrBelow(personal.front(), path);
         const bool isListed = std::any_of(m_listed.begin(), m_listed.end(),
                                           [&](const std::string& listed) { return isAtOrBelow(path, listed); }) ||
                               std::find(m_visited.begin(), m_visited.end(), path) != m_visited.end();
         return !isPersonal && !holdsHome && !isListed &&
-               (place.kind == JunkKind::leftover || !holdsAny(path, m_support));
+               (place.kind == JunkKind::leftover || !holdsAny(path, m_answers.support));
     }
 
-    /// Whether the entry is a file or folder of the user's own, and old enough.
-    [[nodiscard]] bool mayGo(const JunkPlace& place, const FileStatus& status) const {
-        return (status.isRegularFile() || status.isFolder()) && status.owner == geteuid() &&
-               !(place.olderThanDays && isModifiedAfter(status, m_cutOff));
-    }
-
+    const Answers m_answers;
     const InstalledAppTokens m_tokens;
-    std::vector<std::string> m_personal;  ///< Without links, as all paths below; the home first.
-    std::vector<std::string> m_support;
     std::vector<std::string> m_mounts;
     std::vector<std::string> m_visited;  ///< Places.
     std::vector<std::string> m_listed;   ///< Items.
     std::vector<JunkItem> m_items;
-    NameSet m_hidden;
-    QDateTime m_cutOff;
 };
 
-/// Fills in the sizes, a few items at a time: on a cold cache that hides the disk's latency.
-void measure(std::vector<JunkItem>& items, const std::stop_token& stop) {
-    std::atomic<std::size_t> next = 0;
-    const auto work = [&] {
-        for (std::size_t i = next++; i < items.size() && !stop.stop_requested(); i = next++) {
-            items[i].size = allocatedSize(items[i].url, stop);
+/// Leaves out what the Trash would refuse. What does not answer is left out, too.
+void keepMovable(std::vector<JunkItem>& items, const Movable& isMovable, const std::stop_token& stop,
+                 std::shared_ptr<LateAnswer>& late) {
+    // Few threads: each question is short, and one that hangs holds up only its own share.
+    constexpr std::size_t shares = 4;
+    DiskQuestions questions;
+    std::vector<std::shared_ptr<Handover<std::vector<FileURL>>>> answers;
+    for (std::size_t share = 0; share < std::min(shares, items.size()); ++share) {
+        std::vector<FileURL> urls;
+        for (std::size_t i = share; i < items.size(); i += shares) {
+            urls.push_back(items[i].url);
         }
-    };
-    std::vector<std::jthread> threads;
-    for (unsigned i = 1; i < DirectoryWalk::recommendedThreads(); ++i) {
-        threads.emplace_back(work);
+        const auto movable = answers.emplace_back(std::make_shared<Handover<std::vector<FileURL>>>());
+        questions.ask([urls = std::move(urls), movable, isMovable] {
+            for (const FileURL& url : urls) {
+                signOfLife();
+                if (isMovable(url)) {
+                    movable->edit([&](std::vector<FileURL>& given) { given.push_back(url); });
+                }
+            }
+        });
     }
-    work();
+    if (auto silent = questions.wait(stop)) {
+        late = std::move(silent);
+    }
+    std::unordered_set<FileURL> movable;
+    for (const auto& answer : answers) {
+        for (FileURL& url : answer->take()) {
+            movable.insert(std::move(url));
+        }
+    }
+    std::erase_if(items, [&](const JunkItem& item) { return !movable.contains(item.url); });
+}
+
+/// Fills in the sizes of folders: of the files in them without hidden ones, links and the contents of packages.
+void measure(std::vector<JunkItem>& items, const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
+    std::vector<WalkRoot> roots;
+    std::vector<std::int64_t*> sizes;
+    for (JunkItem& item : items) {
+        if (item.identity.isFolder()) {
+            roots.push_back({item.url});
+            sizes.push_back(&item.size);
+        }
+    }
+    // An item that is offered has no mount inside, so there is no need to look for kernel file systems in each.
+    FolderSizes measured =
+        folderSizes(std::move(roots), [](std::string_view name) { return !isPackageName(name); }, stop, {});
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        *sizes[i] = measured.bytes[i];
+    }
+    if (measured.lateAnswer) {
+        late = std::move(measured.lateAnswer);
+    }
 }
 
 }  // namespace
 
-std::vector<JunkItem> scan(const JunkPlaces& places, const InstalledApplications& applications,
-                           const std::stop_token& stop) {
-    Lister lister(places, applications);
-    for (const JunkPlace& place : places.places) {
-        if (place.kind == JunkKind::leftover) {
-            lister.orphanedSupport(place);
-        } else {
-            lister.children(place);
-        }
+JunkScan scan(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
+              const Movable& isMovable, const std::stop_token& stop) {
+    JunkScan found;
+    Judge judge(askTheDisks(places, applications, stop, found.lateAnswer));
+    judge.judgeAll(places.places);
+    found.items = judge.takeItems();
+    if (isMovable) {
+        keepMovable(found.items, isMovable, stop, found.lateAnswer);
     }
-    std::vector<JunkItem> items = lister.takeItems();
-    measure(items, stop);
-    std::erase_if(items, [](const JunkItem& item) { return item.size <= 0; });
-    std::stable_sort(items.begin(), items.end(), [](const JunkItem& a, const JunkItem& b) { return a.size > b.size; });
-    return items;
-}
-
-std::int64_t allocatedSize(const FileURL& url, const std::stop_token& stop) {
-    const std::optional<FileStatus> status = fileStatus(url);
-    if (!status || status->isRegularFile()) {
-        return status ? status->allocated.value_or(0) : 0;
-    }
-    // An item that is offered has no mount inside, so there is no need to look for kernel file systems in each.
-    const auto isEntered = [](std::string_view name) { return !isPackageName(name); };
-    return status->isFolder() ? allocatedSizeBelow(url, isEntered, stop, {}) : 0;
+    measure(found.items, stop, found.lateAnswer);
+    std::erase_if(found.items, [](const JunkItem& item) { return item.size <= 0; });
+    std::stable_sort(found.items.begin(), found.items.end(),
+                     [](const JunkItem& a, const JunkItem& b) { return a.size > b.size; });
+    return found;
 }
 
 }  // namespace JunkScanner

@@ -14,9 +14,17 @@
 #include <QtCore/QPointer>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace {
+
+/// How often one scan is repeated because something answered late.
+constexpr int maximumQuietRounds = 3;
+
+/// An item that shows no progress for so long is passed over. Longer than for reading: a disk may be busy with what was
+/// copied before.
+constexpr std::chrono::seconds movePatience{20};
 
 JunkStore::Selection safeOnes(const std::vector<JunkItem>& items) {
     JunkStore::Selection safe;
@@ -45,8 +53,18 @@ std::vector<JunkItem> onlyThose(const std::vector<JunkItem>& items, const JunkSt
 
 }  // namespace
 
+/// One cleaning, from the confirmed question to its message.
+struct JunkStore::Cleaning {
+    std::vector<JunkItem> chosen;  ///< What is moved, in order.
+    std::size_t next = 0;          ///< The item that is being moved.
+    Selection moved;
+    int failures = 0;
+};
+
 JunkStore::JunkStore(Services services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
-    connect(&m_turn, &QTimer::timeout, this, &JunkStore::cleanNext);
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(movePatience);
+    connect(&m_patience, &QTimer::timeout, this, [this] { finishItem(m_cleaning, m_cleaning->next, false); });
 }
 
 JunkStore::~JunkStore() = default;
@@ -91,17 +109,58 @@ void JunkStore::scan() {
     setIsScanning(true);
     setItems({});
     setSelected({});
-    Dispatch::background([self = QPointer(this), places = junkPlaces(m_services.userFolders.paths()),
-                          applications = m_services.applications](const std::stop_token& stop) {
-        std::vector<JunkItem> found = JunkScanner::scan(places, *applications, stop);
-        Dispatch::main([self, found = std::move(found)] {
-            if (self != nullptr) {
-                self->setItems(found);
-                self->setSelected(safeOnes(found));
-                self->setIsScanning(false);
+    ++m_round;
+    look(0);
+}
+
+/// Looks in the background. What repeats another look quietly adds what that one had passed over.
+void JunkStore::look(int quietRounds) {
+    m_movedSinceScan.clear();
+    Dispatch::background([self = QPointer(this), round = m_round, quietRounds, &userFolders = m_services.userFolders,
+                          applications = m_services.applications,
+                          &trash = m_services.trash](const std::stop_token& stop) {
+        const auto isMovable = [&trash](const FileURL& url) { return !trash.refusal(url); };
+        JunkScan found = JunkScanner::scan(junkPlaces(userFolders.paths()), applications, isMovable, stop);
+        Dispatch::main([self, round, quietRounds, found = std::move(found)]() mutable {
+            if (self != nullptr && (quietRounds == 0 || self->m_round == round)) {
+                self->publish(std::move(found), quietRounds);
             }
         });
     });
+}
+
+void JunkStore::publish(JunkScan found, int quietRounds) {
+    std::erase_if(found.items, [this](const JunkItem& item) { return m_movedSinceScan.contains(item.id()); });
+    Selection selected = safeOnes(found.items);
+    if (quietRounds > 0) {
+        // What was listed before keeps the tick that it has by now.
+        for (const JunkItem& item : m_items) {
+            selected.erase(item.id());
+            if (m_selected.contains(item.id())) {
+                selected.insert(item.id());
+            }
+        }
+    }
+    setItems(std::move(found.items));
+    setSelected(std::move(selected));
+    setIsScanning(false);
+    if (found.lateAnswer && quietRounds < maximumQuietRounds) {
+        found.lateAnswer->whenAnswered([self = QPointer(this), round = m_round, quietRounds] {
+            Dispatch::main([self, round, quietRounds] {
+                if (self != nullptr) {
+                    self->lookAgain(round, quietRounds + 1);
+                }
+            });
+        });
+    }
+}
+
+/// Something that was passed over has answered: it is listed with the rest, unless a newer look has begun or what is
+/// listed is being moved.
+void JunkStore::lookAgain(std::uint64_t round, int quietRounds) {
+    if (round == m_round && !m_isScanning && !isCleaning()) {
+        look(quietRounds);
+    }
 }
 
 void JunkStore::toggle(const JunkItem& item) {
@@ -133,7 +192,7 @@ void JunkStore::cleanAllSafe() {
 
 void JunkStore::cleanSelected() {
     std::vector<JunkItem> chosen = onlyThose(m_items, m_selected);
-    if (chosen.empty() || m_isCleaning) {
+    if (chosen.empty() || isCleaning()) {
         return;
     }
     const Confirmation question{
@@ -151,42 +210,85 @@ void JunkStore::cleanSelected() {
 }
 
 void JunkStore::clean(std::vector<JunkItem> chosen) {
-    m_chosen = std::move(chosen);
-    m_next = 0;
-    m_cleaned.clear();
-    m_failures = 0;
-    m_isCleaning = true;
-    Q_EMIT cleaningChanged();
-    m_turn.start(0);
+    m_cleaning = std::make_shared<Cleaning>();
+    m_cleaning->chosen = std::move(chosen);
+    m_cleaningCount = static_cast<int>(m_cleaning->chosen.size());
+    m_cleanedCount = 0;
+    cleanNext();
 }
 
+/// Each item is moved by a thread of its own, because it may lie on a disk that never answers.
 void JunkStore::cleanNext() {
-    if (m_next == m_chosen.size()) {
-        finishCleaning();
+    m_copiedPercent = -1;
+    Q_EMIT cleaningChanged();
+    m_patience.start();
+    const std::size_t index = m_cleaning->next;
+    Dispatch::background([self = QPointer(this), cleaning = m_cleaning, index, item = m_cleaning->chosen[index],
+                          &trash = m_services.trash](const std::stop_token& stop) {
+        const auto report = [&self, &cleaning, index, last = -1](std::int64_t copied, std::int64_t total) mutable {
+            const int percent = static_cast<int>(100.0 * static_cast<double>(copied) /
+                                                 static_cast<double>(std::max<std::int64_t>(1, total)));
+            if (std::exchange(last, percent) != percent) {
+                Dispatch::main([self, cleaning, index, percent] {
+                    if (self != nullptr && self->m_cleaning == cleaning && cleaning->next == index) {
+                        self->m_patience.start();
+                        self->m_copiedPercent = percent;
+                        Q_EMIT self->cleaningChanged();
+                    }
+                });
+            }
+        };
+        const bool isMoved = !stop.stop_requested() && !trash.move(item.url, item.identity, report, stop);
+        Dispatch::main([self, cleaning, index, isMoved] {
+            if (self != nullptr) {
+                self->finishItem(cleaning, index, isMoved);
+            }
+        });
+    });
+}
+
+/// An item was moved, or could not be, or is passed over. What was passed over may come here again later.
+void JunkStore::finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, bool isMoved) {
+    const FileURL& id = cleaning->chosen[index].id();
+    if (isMoved) {
+        m_movedSinceScan.insert(id);
+    }
+    if (m_cleaning != cleaning || cleaning->next != index) {
+        if (isMoved) {
+            removeMoved({id});
+        }
         return;
     }
-    const JunkItem& item = m_chosen[m_next];
-    if (m_services.trash.move(item.url, item.identity)) {
-        ++m_failures;
+    if (isMoved) {
+        cleaning->moved.insert(id);
     } else {
-        m_cleaned.insert(item.id());
+        ++cleaning->failures;
     }
-    ++m_next;
-    Q_EMIT cleaningChanged();
+    m_cleanedCount = static_cast<int>(++cleaning->next);
+    if (cleaning->next < cleaning->chosen.size()) {
+        cleanNext();
+    } else {
+        finishCleaning();
+    }
 }
 
 void JunkStore::finishCleaning() {
-    m_turn.stop();
+    m_patience.stop();
+    const std::shared_ptr<Cleaning> cleaning = std::exchange(m_cleaning, nullptr);
+    removeMoved(cleaning->moved);
+    Q_EMIT cleaningChanged();
+    setMessage(cleaning->failures > 0
+                   ? QStringLiteral("Limpieza parcial: %1 elementos no se pudieron mover.").arg(cleaning->failures)
+                   : QStringLiteral("Limpieza completada."));
+}
+
+void JunkStore::removeMoved(const Selection& moved) {
     std::vector<JunkItem> rest = m_items;
-    std::erase_if(rest, [this](const JunkItem& item) { return m_cleaned.contains(item.id()); });
+    std::erase_if(rest, [&](const JunkItem& item) { return moved.contains(item.id()); });
     Selection selected = m_selected;
-    std::erase_if(selected, [this](const FileURL& id) { return m_cleaned.contains(id); });
+    std::erase_if(selected, [&](const FileURL& id) { return moved.contains(id); });
     setItems(std::move(rest));
     setSelected(std::move(selected));
-    m_isCleaning = false;
-    Q_EMIT cleaningChanged();
-    setMessage(m_failures > 0 ? QStringLiteral("Limpieza parcial: %1 elementos no se pudieron mover.").arg(m_failures)
-                              : QStringLiteral("Limpieza completada."));
 }
 
 void JunkStore::reveal(const JunkItem& item) {

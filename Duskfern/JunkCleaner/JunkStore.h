@@ -1,6 +1,7 @@
 #pragma once
 
 #include "JunkCleaner/JunkItem.h"
+#include "JunkCleaner/JunkScanner.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
@@ -66,13 +67,16 @@ public:
     Q_INVOKABLE void clearMessage() { setMessage(std::nullopt); }
     Q_SIGNAL void messageChanged();
 
-    /// While a cleaning runs: how many items it has dealt with, and of how many.
+    /// While a cleaning runs: how many items it has dealt with, and of how many; and how much of the present one is
+    /// copied where that is needed, in percent, -1 where nothing is known.
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY cleaningChanged)
     Q_PROPERTY(int cleanedCount READ cleanedCount NOTIFY cleaningChanged)
     Q_PROPERTY(int cleaningCount READ cleaningCount NOTIFY cleaningChanged)
-    [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
-    [[nodiscard]] int cleanedCount() const { return static_cast<int>(m_next); }
-    [[nodiscard]] int cleaningCount() const { return static_cast<int>(m_chosen.size()); }
+    Q_PROPERTY(int copiedPercent READ copiedPercent NOTIFY cleaningChanged)
+    [[nodiscard]] bool isCleaning() const { return m_cleaning != nullptr; }
+    [[nodiscard]] int cleanedCount() const { return m_cleanedCount; }
+    [[nodiscard]] int cleaningCount() const { return m_cleaningCount; }
+    [[nodiscard]] int copiedPercent() const { return m_copiedPercent; }
     Q_SIGNAL void cleaningChanged();
 
     /// Looks for junk anew. What was listed goes at once; what is found comes later, all that is safe ticked. Called
@@ -89,8 +93,10 @@ public:
     /// Ticks all that is safe and nothing else, then asks and moves it to the Trash.
     Q_INVOKABLE void cleanAllSafe();
 
-    /// Asks, and moves what is ticked to the Trash: what was ticked when the question was asked, one after the other on
-    /// this thread, with a turn for the window in between. What cannot be moved stays listed and ticked.
+    /// Asks, and moves what is ticked to the Trash: what was ticked when the question was asked, one after the other in
+    /// the background. What cannot be moved stays listed and ticked. Something that does not answer for a long while is
+    /// passed over and counts as not moved; its row goes if it is moved after all. The end of the program ends it after
+    /// the present item.
     Q_INVOKABLE void cleanSelected();
 
     /// Shows an item in the file manager.
@@ -102,9 +108,16 @@ private:
     void setSelected(Selection selected);
     void setIsScanning(bool isScanning);
     void setMessage(std::optional<QString> message);
+    struct Cleaning;
+
+    void look(int quietRounds);
+    void publish(JunkScan found, int quietRounds);
+    void lookAgain(std::uint64_t round, int quietRounds);
     void clean(std::vector<JunkItem> chosen);
     void cleanNext();
+    void finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, bool isMoved);
     void finishCleaning();
+    void removeMoved(const Selection& moved);
     [[nodiscard]] const JunkItem* itemInRow(int row) const;
 
     Services m_services;
@@ -113,10 +126,12 @@ private:
     bool m_isScanning = false;
     std::optional<QString> m_message;
 
-    bool m_isCleaning = false;
-    std::vector<JunkItem> m_chosen;  ///< What a cleaning moves, in order.
-    std::size_t m_next = 0;
-    Selection m_cleaned;
-    int m_failures = 0;
-    QTimer m_turn;  ///< Fires when the window has had its turn. A queued call would come before it.
+    std::uint64_t m_round = 0;   ///< The number of the last scan that was begun.
+    Selection m_movedSinceScan;  ///< What a scan that runs may have seen before it went.
+
+    std::shared_ptr<Cleaning> m_cleaning;  ///< Null while none runs.
+    int m_cleanedCount = 0;
+    int m_cleaningCount = 0;
+    int m_copiedPercent = -1;
+    QTimer m_patience;  ///< Fires when the present item of a cleaning has been silent for too long.
 };

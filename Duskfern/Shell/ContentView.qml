@@ -10,9 +10,25 @@ SplitPane {
     required property ScanStore store
     required property ScreenStores screens
 
+    /// The loader of the screen that is shown. Only that screen can have the keyboard.
+    property Loader shown: visit
+
     function focusSearch() {
         root.store.mode = Mode.Space;
         spaceMap.item.focusSearch(); // qmllint disable type
+    }
+
+    /// Shows a screen and gives it the keyboard, also where it is shown already.
+    function show(mode: int) {
+        root.store.mode = mode;
+        root.takeFocus();
+    }
+
+    /// Gives the keyboard to what a person would act on first in the screen that is shown.
+    function takeFocus() {
+        if (root.enabled) {
+            root.shown.item.firstFocus().forceActiveFocus(); // qmllint disable type
+        }
     }
 
     // Screens are named by their files, because the type of an inline one would be loaded at launch.
@@ -27,6 +43,8 @@ SplitPane {
         } else {
             visit.source = "";
         }
+        root.shown = root.store.mode === Mode.Space ? spaceMap : visit;
+        root.takeFocus();
     }
 
     /// Does nothing unless the screen that shows the selection is in view.
@@ -49,12 +67,13 @@ SplitPane {
     second: Item {
         anchors.fill: parent
 
-        // Once shown it is kept.
+        // Once shown it is kept. What is hidden would keep the focus.
         Loader {
             id: spaceMap
 
             anchors.fill: parent
-            visible: root.store.mode === Mode.Space
+            enabled: root.shown === spaceMap
+            visible: root.shown === spaceMap
         }
 
         // Made anew for each visit. The store is handed over once rather than bound, because it goes away after its

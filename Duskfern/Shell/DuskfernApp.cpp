@@ -1,12 +1,12 @@
 #include "Shell/DuskfernApp.h"
 
+#include "FolderBrowser/FolderBrowser.h"
 #include "Theme/AccessibleItem.h"
 #include "Theme/SymbolProvider.h"
 
 #include <QtCore/QEvent>
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QLocale>
-#include <QtCore/QTranslator>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QIcon>
@@ -16,6 +16,7 @@
 
 Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
+Q_IMPORT_QML_PLUGIN(Duskfern_FolderBrowserPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_JunkCleanerPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ShellPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_SpaceMapPlugin)
@@ -28,10 +29,6 @@ void DuskfernApp::prepareProcess() {
     QGuiApplication::setDesktopFileName(QStringLiteral("app.duskfern.Duskfern"));
     if (QLocale().language() == QLocale::C) {
         QLocale::setDefault(QLocale(QStringLiteral("es_ES")));
-    }
-    auto* const translator = new QTranslator(qGuiApp);
-    if (translator->load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-        QCoreApplication::installTranslator(translator);
     }
 }
 
@@ -51,8 +48,10 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
         {QStringLiteral("store"), QVariant::fromValue(&m_store)},
         {QStringLiteral("screens"), QVariant::fromValue(&m_screens)},
         {QStringLiteral("dialogs"), QVariant::fromValue(&m_dialogs)},
+        {QStringLiteral("folderBrowser"), QVariant::fromValue(&services.folderBrowser)},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Duskfern/Shell/MainWindow.qml")));
+    installSpanish();
     m_window = m_engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
     if (m_window == nullptr) {
         qFatal("the window could not be made");
@@ -69,6 +68,14 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
 }
 
 DuskfernApp::~DuskfernApp() = default;
+
+/// Every text is Spanish, whatever the locale. The engine installs the catalogue of the locale when it loads the first
+/// file; the one installed last comes first.
+void DuskfernApp::installSpanish() {
+    if (m_spanish.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(&m_spanish);
+    }
+}
 
 void DuskfernApp::show() {
     m_window->show();

@@ -6,6 +6,7 @@
 #include "SpaceScan/ScanStore.h"
 
 #include <QtCore/QObject>
+#include <QtCore/QTranslator>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQuick/QQuickWindow>
 
@@ -13,6 +14,7 @@
 #include <thread>
 
 class FileManager;
+class FolderBrowser;
 class FolderChooser;
 class InstalledApplications;
 class MountedVolumes;
@@ -29,14 +31,15 @@ public:
         Trash& trash;
         FileManager& fileManager;
         FolderChooser& folderChooser;
+        FolderBrowser& folderBrowser;  ///< Shown by the window when the chooser opens it.
         ColorScheme& colorScheme;
         MountedVolumes& mountedVolumes;
         UserFolders& userFolders;
         std::shared_ptr<const InstalledApplications> applications;
     };
 
-    /// Sets up what concerns the whole process: names, the language of Qt's own texts, numbers in Spanish where the
-    /// session names no locale. To be called before the first window, and before anything formats a number.
+    /// Sets up what concerns the whole process: names, and numbers in Spanish where the session names no locale. To be
+    /// called before the first window, and before anything formats a number.
     static void prepareProcess();
 
     explicit DuskfernApp(const Services& services, QObject* parent = nullptr);
@@ -53,6 +56,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void installSpanish();
     void followColorScheme();
 
     /// Looks for the system's fonts, which takes as long as loading half of the window, beside that.
@@ -63,5 +67,6 @@ private:
     ScanStore m_store;
     ScreenStores m_screens;
     QQmlApplicationEngine m_engine;
+    QTranslator m_spanish;  ///< Qt's own texts.
     QQuickWindow* m_window = nullptr;
 };

@@ -11,10 +11,25 @@ Rectangle {
 
     required property ScanStore store
 
+    readonly property bool open: menu.visible
+
+    /// It was shown and is not any more.
+    signal closed
     signal quitRequested
+
+    function toggle() {
+        if (menu.visible) {
+            menu.close();
+        } else {
+            menu.popup(title, 0, title.height);
+            menu.currentIndex = Theme.keyboard ? 0 : -1;
+        }
+    }
 
     color: Theme.sidebar
     implicitHeight: title.implicitHeight + 4
+
+    onEnabledChanged: menu.close()
 
     Divider {
         anchors.bottom: parent.bottom
@@ -39,10 +54,10 @@ Rectangle {
                 title.clicked();
             }
         }
-        Keys.onDownPressed: title.clicked()
-        Keys.onEnterPressed: title.clicked()
-        Keys.onReturnPressed: title.clicked()
-        onClicked: menu.visible ? menu.close() : menu.popup(title, 0, title.height)
+        Keys.onDownPressed: root.toggle()
+        Keys.onEnterPressed: root.toggle()
+        Keys.onReturnPressed: root.toggle()
+        onClicked: root.toggle()
 
         background: Rectangle {
             color: Theme.tint(Theme.primary, menu.visible || title.down ? 0.12 : title.hovered ? 0.07 : 0)
@@ -51,7 +66,7 @@ Rectangle {
             FocusRing {
                 cornerRadius: 6
                 inset: -1
-                shown: title.visualFocus
+                shown: title.activeFocus
             }
         }
         contentItem: Label {
@@ -61,13 +76,6 @@ Rectangle {
             text: title.text
             verticalAlignment: Text.AlignVCenter
         }
-    }
-
-    Shortcut {
-        enabled: root.enabled
-        sequences: ["Alt+A", "F10"]
-
-        onActivated: title.clicked()
     }
 
     T.Menu {
@@ -81,12 +89,22 @@ Rectangle {
         modal: false
         padding: 5
 
+        // It goes when the keyboard is wanted elsewhere; not at once, because that may be its own end.
+        onActiveFocusChanged: {
+            if (!menu.activeFocus) {
+                Qt.callLater(menu.close);
+            }
+        }
+        onClosed: root.closed()
+
         background: Rectangle {
             border.color: Theme.tint(Theme.primary, 0.14)
             color: Theme.raised
             radius: 9
         }
         contentItem: ListView {
+            Accessible.name: title.text
+            Accessible.role: Accessible.PopupMenu
             currentIndex: menu.currentIndex
             implicitHeight: contentHeight
             interactive: false

@@ -1,6 +1,7 @@
 import QtQuick
 import Duskfern.Desktop
 import Duskfern.Engine
+import Duskfern.FolderBrowser
 import Duskfern.Shell
 import Duskfern.Theme
 
@@ -11,17 +12,28 @@ Window {
     required property ScanStore store
     required property ScreenStores screens
     required property WindowDialogs dialogs
+    required property FolderBrowser folderBrowser
 
     /// Whether the desktop asks for dark colours; set from outside.
     property bool dark: false
-
-    /// What the keyboard acted on before a dialog took it away.
-    property Item lastFocus: null
 
     /// Whether the window has been on the screen.
     property bool seen: false
 
     readonly property bool blocked: root.dialogs.isOpen || alerts.open
+
+    /// Gives the keyboard to what is in front; there it goes on where it was.
+    function settle() {
+        if (root.folderBrowser.isOpen) {
+            // It takes the keyboard by itself.
+            return;
+        }
+        if (root.blocked) {
+            alerts.forceActiveFocus();
+        } else {
+            everything.forceActiveFocus();
+        }
+    }
 
     color: Theme.window
     height: 760
@@ -30,28 +42,48 @@ Window {
     title: "Duskfern"
     width: 1180
 
-    function restoreFocus() {
-        const item = root.lastFocus !== null && root.lastFocus.visible ? root.lastFocus : everything;
-        item.forceActiveFocus();
-    }
-
-    onActiveFocusItemChanged: {
-        if (!root.blocked && root.activeFocusItem !== null) {
-            root.lastFocus = root.activeFocusItem;
-        }
-    }
-    onBlockedChanged: {
-        if (!root.blocked) {
-            Qt.callLater(root.restoreFocus); // qmllint disable type
-        }
-    }
-
+    onBlockedChanged: root.settle()
+    onClosing: root.dialogs.answer(false)
     onFrameSwapped: root.seen = true
 
     Binding {
         property: "dark"
         target: Theme
         value: root.dark
+    }
+
+    Binding {
+        property: "keyboard"
+        target: Theme
+        value: keeper.keyboard
+    }
+
+    FocusKeeper {
+        id: keeper
+
+        window: root
+
+        onLost: {
+            if (!root.blocked && !menu.open) {
+                content.takeFocus();
+            } else if (alerts.open) {
+                alerts.forceActiveFocus();
+            }
+        }
+    }
+
+    WindowKeys {
+        blocked: root.blocked
+        window: root
+
+        onAnalyse: root.store.startScan()
+        onChooseFolder: root.store.chooseFolder()
+        onMenu: menu.toggle()
+        onQuit: root.close()
+        onSearch: content.focusSearch()
+        onShowHome: content.show(Mode.Home)
+        onShowJunk: content.show(Mode.Junk)
+        onShowSpace: content.show(Mode.Space)
     }
 
     FocusScope {
@@ -70,6 +102,7 @@ Window {
             store: root.store
             width: parent.width
 
+            onClosed: root.settle()
             onQuitRequested: root.close()
         }
 
@@ -84,55 +117,6 @@ Window {
         }
     }
 
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+O"
-
-        onActivated: root.store.chooseFolder()
-    }
-
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+R"
-
-        onActivated: root.store.startScan()
-    }
-
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+Q"
-
-        onActivated: root.close()
-    }
-
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+F"
-
-        onActivated: content.focusSearch()
-    }
-
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+1"
-
-        onActivated: root.store.mode = Mode.Home
-    }
-
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+2"
-
-        onActivated: root.store.mode = Mode.Space
-    }
-
-    Shortcut {
-        enabled: !root.blocked
-        sequence: "Ctrl+3"
-
-        onActivated: root.store.mode = Mode.Junk
-    }
-
     // Not needed for the first frame, and not quick to make.
     Loader {
         id: alerts
@@ -140,9 +124,12 @@ Window {
         readonly property bool open: (alerts.item as WindowAlerts)?.open ?? false
 
         active: root.seen
+        anchors.fill: parent
 
         sourceComponent: WindowAlerts {
             dialogs: root.dialogs // qmllint disable unqualified
+            focus: true
+            folderBrowser: root.folderBrowser // qmllint disable unqualified
             junk: root.screens.junk // qmllint disable unqualified
             store: root.store // qmllint disable unqualified
         }

@@ -40,7 +40,7 @@ T.AbstractButton {
         FocusRing {
             cornerRadius: 8
             inset: 0
-            shown: root.visualFocus
+            shown: root.activeFocus
         }
     }
     contentItem: Item { // qmllint disable deferred-property-id

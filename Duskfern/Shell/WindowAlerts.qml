@@ -1,59 +1,91 @@
 import QtQuick
 import Duskfern.Desktop
 import Duskfern.Engine
+import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// Everything that is shown over the window and blocks it.
-Item {
+/// Everything that is shown over the window and blocks it, one thing at a time.
+FocusScope {
     id: root
 
     required property ScanStore store
     required property WindowDialogs dialogs
+    required property FolderBrowser folderBrowser
 
     /// The store of the screen that cleans, while it is shown.
     required property JunkStore junk
 
-    /// Whether something is shown that the stores have to say.
-    readonly property bool open: failure.visible || cleaning.visible || cleaned.visible
-
-    AlertDialog {
-        buttons: root.dialogs.buttons // qmllint disable type
-        informativeText: root.dialogs.informativeText
-        message: root.dialogs.message
-        visible: root.dialogs.isConfirming
-
-        onAnswered: button => root.dialogs.answer(button === 0)
+    /// What is to be shown now. A message waits until nothing else is open.
+    readonly property Component current: {
+        if (root.dialogs.isOpen) {
+            return root.dialogs.isConfirming ? question : root.folderBrowser.isOpen ? chooser : null;
+        }
+        const cleaned = root.junk?.message ? cleaning : null;
+        return root.junk?.isCleaning ? progress : root.store.errorMessage !== "" ? failure : cleaned;
     }
 
-    AlertDialog {
+    /// Whether something is shown.
+    readonly property bool open: root.current !== null
+
+    // Bound components cannot be loaded in Qt 6.4.
+    Component {
+        id: chooser
+
+        FolderBrowserDialog {
+            browser: root.folderBrowser // qmllint disable unqualified
+        }
+    }
+
+    Component {
+        id: question
+
+        AlertDialog {
+            buttons: root.dialogs.buttons // qmllint disable type unqualified
+            informativeText: root.dialogs.informativeText // qmllint disable unqualified
+            message: root.dialogs.message // qmllint disable unqualified
+
+            onAnswered: button => root.dialogs.answer(button === 0) // qmllint disable unqualified
+        }
+    }
+
+    Component {
         id: failure
 
-        buttons: ["Aceptar"]
-        informativeText: root.store.errorMessage
-        message: "No se pudo completar la acción"
-        visible: root.store.errorMessage !== "" && !root.dialogs.isOpen
+        AlertDialog {
+            buttons: ["Aceptar"]
+            informativeText: root.store.errorMessage // qmllint disable unqualified
+            message: "No se pudo completar la acción"
 
-        onAnswered: root.store.clearErrorMessage()
+            onAnswered: root.store.clearErrorMessage() // qmllint disable unqualified
+        }
     }
 
-    ProgressDialog {
+    Component {
+        id: progress
+
+        ProgressDialog {
+            done: root.junk?.cleanedCount ?? 0 // qmllint disable unqualified
+            message: "Moviendo a la Papelera…"
+            total: root.junk?.cleaningCount ?? 0 // qmllint disable unqualified
+        }
+    }
+
+    Component {
         id: cleaning
 
-        done: root.junk?.cleanedCount ?? 0
-        message: "Moviendo a la Papelera…"
-        total: root.junk?.cleaningCount ?? 0
-        visible: root.junk?.isCleaning ?? false
+        AlertDialog {
+            buttons: ["Aceptar"]
+            message: root.junk?.message ?? "" // qmllint disable unqualified
+            symbol: "sparkles"
+            symbolColor: Theme.red
+
+            onAnswered: root.junk.clearMessage() // qmllint disable unqualified
+        }
     }
 
-    AlertDialog {
-        id: cleaned
-
-        buttons: ["Aceptar"]
-        message: root.junk?.message ?? ""
-        symbol: "sparkles"
-        symbolColor: Theme.red
-        visible: message !== ""
-
-        onAnswered: root.junk.clearMessage()
+    Loader {
+        anchors.fill: parent
+        focus: true
+        sourceComponent: root.current
     }
 }

@@ -15,6 +15,11 @@ Item {
         search.selectAll();
     }
 
+    /// What the keyboard acts on when this is shown.
+    function firstFocus(): Item {
+        return files.firstFocus();
+    }
+
     Item {
         id: titleRow
 
@@ -104,12 +109,16 @@ Item {
         width: parent.width
 
         first: FileListView {
+            id: files
+
             anchors.fill: parent
             store: root.store
         }
         second: BubbleMapView {
             anchors.fill: parent
             store: root.store
+
+            onFocusLeft: files.firstFocus().focus = true
         }
     }
 }

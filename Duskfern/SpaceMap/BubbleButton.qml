@@ -55,6 +55,6 @@ T.AbstractButton {
     FocusRing {
         cornerRadius: root.diameter / 2
         inset: 0
-        shown: root.visualFocus
+        shown: root.activeFocus
     }
 }

@@ -3,6 +3,8 @@
 #include "Foundation/Formatters.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 void BubbleMapModel::setStore(ScanStore* store) {
     m_store = store;
@@ -32,29 +34,51 @@ void BubbleMapModel::follow() {
     if (items == m_items) {
         return;
     }
+    const std::optional<FileItem> focused =
+        m_focused < 0 ? std::nullopt : std::optional(m_items[static_cast<std::size_t>(m_focused)]);
+    m_isChanging = true;
+    show(std::move(items));
+    m_isChanging = false;
+    if (focused) {
+        const auto place = std::find_if(m_items.begin(), m_items.end(),
+                                        [&](const FileItem& item) { return item.id() == focused->id(); });
+        const int now = place == m_items.end() ? -1 : static_cast<int>(place - m_items.begin());
+        if (std::exchange(m_focused, now) != now) {
+            Q_EMIT focusedMoved();
+        }
+    }
+}
+
+void BubbleMapModel::show(std::vector<FileItem> items) {
     // Bubbles are kept and show other files, because new ones take longer to make than a search.
     const int before = count();
     const int now = static_cast<int>(items.size());
-    const auto show = [&] {
+    const auto fill = [&] {
         m_items = std::move(items);
         lay();
     };
     if (now < before) {
         beginRemoveRows({}, now, before - 1);
-        show();
+        fill();
         endRemoveRows();
     } else if (now > before) {
         beginInsertRows({}, before, now - 1);
-        show();
+        fill();
         endInsertRows();
     } else {
-        show();
+        fill();
     }
     if (const int kept = std::min(before, now); kept > 0) {
         Q_EMIT dataChanged(index(0), index(kept - 1));
     }
     if (count() != before) {
         Q_EMIT countChanged();
+    }
+}
+
+void BubbleMapModel::setFocus(int bubble, bool hasFocus) {
+    if (!m_isChanging && (hasFocus || bubble == m_focused)) {
+        m_focused = hasFocus ? bubble : -1;
     }
 }
 

@@ -33,6 +33,15 @@ public:
     [[nodiscard]] int count() const { return static_cast<int>(m_items.size()); }
     Q_SIGNAL void countChanged();
 
+    /// The bubble that the keyboard would act on, or -1. It stays with its file: when that is in another bubble, or in
+    /// none, `focusedMoved` tells.
+    Q_PROPERTY(int focused READ focused NOTIFY focusedMoved)
+    [[nodiscard]] int focused() const { return m_focused; }
+    Q_SIGNAL void focusedMoved();
+
+    /// A bubble got the focus or lost it. What happens to it while the bubbles change does not count.
+    Q_INVOKABLE void setFocus(int bubble, bool hasFocus);
+
     [[nodiscard]] const std::vector<FileItem>& items() const { return m_items; }
     [[nodiscard]] const std::vector<Bubble>& bubbles() const { return m_bubbles; }
 
@@ -42,10 +51,13 @@ public:
 
 private:
     void follow();
+    void show(std::vector<FileItem> items);
     void lay();
 
     ScanStore* m_store = nullptr;
     QSizeF m_area;
     std::vector<FileItem> m_items;
     std::vector<Bubble> m_bubbles;
+    int m_focused = -1;
+    bool m_isChanging = false;
 };

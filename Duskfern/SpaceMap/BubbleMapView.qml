@@ -11,6 +11,9 @@ Card {
 
     required property ScanStore store
 
+    /// The file of the bubble that had the focus is not in the map any more.
+    signal focusLeft
+
     fillOpacity: 0.035
     radius: 14
 
@@ -19,6 +22,15 @@ Card {
 
         area: Qt.size(area.width, area.height)
         store: root.store
+
+        // Only the place of the focus in this screen changes: the keyboard may be elsewhere.
+        onFocusedMoved: {
+            if (bubbles.focused < 0) {
+                root.focusLeft();
+            } else {
+                buttons.itemAt(bubbles.focused).focus = true;
+            }
+        }
     }
 
     Column {
@@ -110,11 +122,14 @@ Card {
         }
 
         Repeater {
+            id: buttons
+
             model: bubbles
 
             delegate: BubbleButton {
                 id: bubble
 
+                onFocusChanged: bubbles.setFocus(index, focus)
                 onClicked: root.store.selectRow(index)
                 onHoveredChanged: tip.bubble = hovered ? bubble : tip.bubble === bubble ? null : tip.bubble
                 onPressedChanged: canvas.pressed = pressed

@@ -13,6 +13,12 @@ Item {
         analysis?.focusSearch();
     }
 
+    /// What the keyboard acts on when the screen is shown: the files, where there are any or some may come.
+    function firstFocus(): Item {
+        const isEmpty = root.store.hasRoot && root.store.filteredCount === 0 && !root.store.isScanning;
+        return isEmpty ? choose : body.item.firstFocus(); // qmllint disable type
+    }
+
     Item {
         id: header
 
@@ -55,6 +61,8 @@ Item {
             spacing: 8
 
             PushButton {
+                id: choose
+
                 symbol: "folder"
                 text: "Elegir carpeta"
 

@@ -25,7 +25,7 @@ Item {
     Label {
         anchors.left: parent.left
         anchors.leftMargin: 12
-        anchors.right: actions.left
+        anchors.right: root.store.isMoving ? moving.left : actions.left
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
         elide: Text.ElideMiddle
@@ -35,6 +35,18 @@ Item {
         visible: root.store.hasSelection
     }
 
+    Label {
+        id: moving
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.secondary
+        font.pixelSize: Theme.caption
+        text: "Moviendo a la papelera…" + (root.store.movingPercent < 0 ? "" : " " + root.store.movingPercent + "%")
+        visible: root.store.isMoving
+    }
+
     Row {
         id: actions
 
@@ -42,7 +54,7 @@ Item {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         spacing: 8
-        visible: root.store.hasSelection
+        visible: root.store.hasSelection && !root.store.isMoving
 
         PushButton {
             font.pixelSize: Theme.caption

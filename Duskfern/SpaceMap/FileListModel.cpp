@@ -65,11 +65,18 @@ void FileListModel::follow() {
             endInsertRows();
         }
         if (!removed) {
-            Q_EMIT replaced();
+            m_gap = 0;
+        } else if (*removed == m_selectedRow) {
+            m_gap = *removed;
+        } else if (*removed < m_gap) {
+            --m_gap;
         }
     }
     m_files = files;
     findSelection();
+    if (!removed) {
+        Q_EMIT replaced();
+    }
 }
 
 void FileListModel::findSelection() {
@@ -80,9 +87,18 @@ void FileListModel::findSelection() {
             row = m_files.isAt(static_cast<size_t>(candidate), url) ? candidate : -1;
         }
     }
+    if (row >= 0) {
+        m_gap = 0;
+    }
     if (std::exchange(m_selectedRow, row) != row) {
         Q_EMIT selectedRowChanged();
     }
+}
+
+int FileListModel::rowAfter(int steps) const {
+    const int gap = steps > 0 ? m_gap - 1 : m_gap;
+    const int row = (m_selectedRow >= 0 ? m_selectedRow : gap) + steps;
+    return std::clamp(row, 0, std::max(0, m_shownRows - 1));
 }
 
 int FileListModel::rowCount(const QModelIndex& parent) const {

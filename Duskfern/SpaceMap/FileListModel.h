@@ -26,8 +26,12 @@ public:
     [[nodiscard]] int selectedRow() const { return m_selectedRow; }
     Q_SIGNAL void selectedRowChanged();
 
-    /// The rows show other files than before.
+    /// The rows show other files than before, and `selectedRow` is that among them.
     Q_SIGNAL void replaced();
+
+    /// The row `steps` further down than the keyboard is, or further up where that is negative, as far as there are
+    /// rows. It is at the selected row; where that went, between its neighbours; else before the first row.
+    Q_INVOKABLE int rowAfter(int steps) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -41,4 +45,5 @@ private:
     FilteredFiles m_files;
     int m_shownRows = 0;
     int m_selectedRow = -1;
+    int m_gap = 0;  ///< Without a selected row, the row below where the keyboard is.
 };

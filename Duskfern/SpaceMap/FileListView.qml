@@ -15,7 +15,18 @@ Card {
 
     function select(row: int) {
         list.forceActiveFocus();
-        root.store.selectRow(Math.max(0, Math.min(row, list.count - 1)));
+        root.store.selectRow(row);
+    }
+
+    /// What the keyboard acts on when this is shown.
+    function firstFocus(): Item {
+        return list;
+    }
+
+    function showSelection() {
+        if (files.selectedRow >= 0) {
+            list.positionViewAtIndex(files.selectedRow, ListView.Contain);
+        }
     }
 
     radius: 14
@@ -113,24 +124,28 @@ Card {
             height: root.rowHeight
             width: ListView.view.width
 
-            // A row that waits to be used again would be read aloud.
-            ListView.onPooled: visible = false
+            // A row that waits to be used again would be read aloud. When it is shown again it is first where it was, and
+            // must not find the pointer there.
+            ListView.onPooled: {
+                visible = false;
+                y = -1000000;
+            }
             ListView.onReused: visible = true
             onOpened: root.store.revealSelected()
             onPressed: row => root.select(row)
         }
 
-        Keys.onDownPressed: root.select(files.selectedRow + 1)
+        Keys.onDownPressed: root.select(files.rowAfter(1))
         Keys.onEnterPressed: root.store.revealSelected()
         Keys.onPressed: event => {
             const steps = {[Qt.Key_PageUp]: -list.page, [Qt.Key_PageDown]: list.page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
             if (event.key in steps) {
-                root.select(files.selectedRow + steps[event.key]);
+                root.select(files.rowAfter(steps[event.key]));
                 event.accepted = true;
             }
         }
         Keys.onReturnPressed: root.store.revealSelected()
-        Keys.onUpPressed: root.select(Math.max(0, files.selectedRow - 1))
+        Keys.onUpPressed: root.select(files.rowAfter(-1))
 
         ScrollThumb {
             view: list
@@ -148,12 +163,11 @@ Card {
             list.positionViewAtBeginning();
             // That is where the first row begins, without the margin above it.
             list.contentY = list.originY - list.topMargin;
+            root.showSelection();
         }
 
         function onSelectedRowChanged() {
-            if (files.selectedRow >= 0) {
-                list.positionViewAtIndex(files.selectedRow, ListView.Contain);
-            }
+            root.showSelection();
         }
 
         target: files

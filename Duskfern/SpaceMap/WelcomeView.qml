@@ -8,6 +8,11 @@ Item {
 
     required property ScanStore store
 
+    /// What the keyboard acts on when this is shown.
+    function firstFocus(): Item {
+        return choose;
+    }
+
     Column {
         anchors.centerIn: parent
         spacing: 18
@@ -47,6 +52,8 @@ Item {
         }
 
         PushButton {
+            id: choose
+
             anchors.horizontalCenter: parent.horizontalCenter
             kind: PushButton.Prominent
             large: true

@@ -5,48 +5,84 @@
 #include "SpaceScan/RecordSort.h"
 #include "SpaceScan/ScanRecorder.h"
 
+#include <functional>
 #include <memory>
+#include <new>
 
 namespace FileScanner {
 
-ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& progress, const std::stop_token& stop) {
-    DirectoryWalk walk(
-        root, [](std::string_view name) { return !isPackageName(name); }, stop);
-    if (!walk.isOpen()) {
-        return {{}, 1};
-    }
-    ScanProgress files(progressStep);
-    const NameFolding folding{QLocale()};
-    std::vector<std::unique_ptr<ScanRecorder>> recorders;
-    std::vector<ScanRecorder*> borrowed;
-    for (unsigned i = 0; i < DirectoryWalk::recommendedThreads(); ++i) {
-        borrowed.push_back(recorders.emplace_back(std::make_unique<ScanRecorder>(files, folding)).get());
-    }
-    walk.start({borrowed.begin(), borrowed.end()}, [&files] { files.finish(); });
-    for (std::uint64_t reported = 0;;) {
-        const std::uint64_t complete = files.waitForStep(reported);
-        if (complete == reported) {
-            break;
-        }
-        while (reported < complete) {
-            progress(static_cast<std::int64_t>(++reported) * progressStep);
-        }
-    }
-    walk.join();
+namespace {
 
-    ScanResult result;
-    for (const ScanRecorder* recorder : borrowed) {
-        result.skipped = checkedSum(result.skipped, recorder->skipped());
+using Recorders = std::vector<std::unique_ptr<ScanRecorder>>;
+
+/// Reports the steps that the number of files has reached since the last time.
+class StepReporter {
+public:
+    StepReporter(const Recorders& recorders, const std::function<void(std::int64_t)>& progress)
+        : m_recorders(recorders), m_progress(progress) {}
+
+    void report() {
+        std::int64_t count = 0;
+        for (const auto& recorder : m_recorders) {
+            count += recorder->count();
+        }
+        while (m_reported + progressStep <= count) {
+            m_reported += progressStep;
+            m_progress(m_reported);
+        }
     }
+
+private:
+    const Recorders& m_recorders;
+    const std::function<void(std::int64_t)>& m_progress;
+    std::int64_t m_reported = 0;
+};
+
+/// Puts what the workers found together, in order.
+FileList listOf(const FileURL& url, const WalkFolder& root, const std::vector<ScanRecorder*>& recorders,
+                std::int64_t& skipped) {
     std::vector<std::uint32_t> numbers;
-    FileList::Storage storage = ScanRecorder::gather(root, walk.root(), borrowed, numbers, result.skipped);
+    FileList::Storage storage = ScanRecorder::gather(url, root, recorders, numbers, skipped);
     const std::vector<std::uint32_t> order = sortBySizeDescending(storage.records);
     std::vector<std::uint32_t> keys(order.size());
     for (std::size_t place = 0; place < order.size(); ++place) {
         keys[numbers[order[place]]] = static_cast<std::uint32_t>(place);
     }
     storage.index.setKeys(std::move(keys));
-    result.files = FileList(std::move(storage));
+    return FileList(std::move(storage));
+}
+
+}  // namespace
+
+ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& progress, const std::stop_token& stop) {
+    const NameFolding folding{QLocale()};
+    Recorders recorders;
+    std::vector<ScanRecorder*> borrowed;
+    for (unsigned i = 0; i < DirectoryWalk::recommendedThreads(); ++i) {
+        borrowed.push_back(recorders.emplace_back(std::make_unique<ScanRecorder>(folding)).get());
+    }
+    DirectoryWalk walk(
+        {{root}}, [](std::string_view name) { return !isPackageName(name); }, stop);
+    StepReporter steps(recorders, progress);
+    walk.run({borrowed.begin(), borrowed.end()}, [&steps] { steps.report(); });
+    steps.report();
+    if (!walk.wasOpened(0)) {
+        return {{}, 1, walk.lateAnswer()};
+    }
+
+    ScanResult result;
+    for (const ScanRecorder* recorder : borrowed) {
+        result.skipped = checkedSum(result.skipped, recorder->skipped());
+    }
+    result.lateAnswer = walk.lateAnswer();
+    try {
+        result.files = listOf(root, walk.root(0), borrowed, result.skipped);
+    } catch (const std::bad_alloc&) {
+        // What was found does not fit into memory a second time.
+        for (const ScanRecorder* recorder : borrowed) {
+            result.skipped = checkedSum(result.skipped, recorder->count());
+        }
+    }
     return result;
 }
 

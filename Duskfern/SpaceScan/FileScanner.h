@@ -1,15 +1,20 @@
 #pragma once
 
+#include "Foundation/DiskPatience.h"
 #include "SpaceScan/FileList.h"
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <stop_token>
 
 /// What a scan found.
 struct ScanResult {
     FileList files;            ///< Every accepted file, largest first.
     std::int64_t skipped = 0;  ///< Entries that could not be examined.
+
+    /// Null unless something did not answer and was passed over.
+    std::shared_ptr<LateAnswer> lateAnswer;
 };
 
 /// Walks a folder for its files. Holds no state; may run on any thread.

@@ -1,7 +1,6 @@
 #include "SpaceScan/ScanRecorder.h"
 
 #include "Foundation/CheckedSum.h"
-#include "Foundation/FileStatus.h"
 #include "SpaceScan/FileClassifier.h"
 
 #include <algorithm>
@@ -11,25 +10,21 @@ void ScanRecorder::beginFolder(WalkFolder& folder) {
     folder.listing = &listing;
 }
 
-void ScanRecorder::file(int directory, std::string_view name) {
-    const std::optional<FileStatus> status = fileStatus(directory, name.data());
-    if (!status || !m_names.hasRoom() || !m_foldedNames.hasRoom()) {
-        m_skipped = checkedSum(m_skipped, 1);
-        return;
-    }
-    if (!status->isRegularFile()) {
+void ScanRecorder::file(std::string_view name, const FileStatus& status) {
+    if (!m_names.hasRoom() || !m_foldedNames.hasRoom()) {
+        ++m_skipped;
         return;
     }
     constexpr std::uint64_t maximum = (std::uint64_t{1} << FileRecord::sizeBits) - 1;
     FileRecord& record = m_files.append();
-    record.size = std::min(static_cast<std::uint64_t>(status->allocated.value_or(status->length)), maximum) & maximum;
+    record.size = std::min(static_cast<std::uint64_t>(status.allocated.value_or(status.length)), maximum) & maximum;
     record.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
     record.name = m_names.append(name);
     m_folded.clear();
     m_folding.fold(name, m_folded);
     m_foldedNames.append(m_folded);
     m_listings.back().endFile = m_files.size();
-    m_progress.addFile();
+    m_count.store(m_count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
 void ScanRecorder::subfolder(const WalkFolder& folder) {

@@ -9,56 +9,21 @@
 #include <cstdint>
 #include <string>
 
-/// Counts the files that the workers of one scan accept, for the thread that reports progress.
-class ScanProgress {
-public:
-    void addFile() {
-        if (((m_files.fetch_add(1, std::memory_order_relaxed) + 1) % m_step) == 0) {
-            m_steps.fetch_add(1, std::memory_order_release);
-            m_steps.notify_one();
-        }
-    }
-
-    explicit ScanProgress(std::int64_t step) : m_step(step) {}
-
-    /// No more files will come.
-    void finish() {
-        m_steps.fetch_or(finishedBit, std::memory_order_release);
-        m_steps.notify_one();
-    }
-
-    /// Waits until more than `reported` steps are complete and returns how many are, or `reported` if all files have
-    /// come and there are no more steps.
-    [[nodiscard]] std::uint64_t waitForStep(std::uint64_t reported) const {
-        for (;;) {
-            const std::uint64_t steps = m_steps.load(std::memory_order_acquire);
-            if ((steps & ~finishedBit) > reported || (steps & finishedBit) != 0) {
-                return steps & ~finishedBit;
-            }
-            m_steps.wait(steps, std::memory_order_acquire);
-        }
-    }
-
-private:
-    static constexpr std::uint64_t finishedBit = std::uint64_t{1} << 63;
-
-    const std::int64_t m_step;
-    std::atomic<std::int64_t> m_files = 0;
-    std::atomic<std::uint64_t> m_steps = 0;
-};
-
 /// Keeps what one worker of a scan finds, folder by folder, compactly. After the walk the recorders of all workers
 /// are put together to one list.
 class ScanRecorder final : public WalkVisitor {
 public:
-    ScanRecorder(ScanProgress& progress, const NameFolding& folding) : m_progress(progress), m_folding(folding) {}
+    explicit ScanRecorder(const NameFolding& folding) : m_folding(folding) {}
 
     void beginFolder(WalkFolder& folder) override;
-    void file(int directory, std::string_view name) override;
+    void file(std::string_view name, const FileStatus& status) override;
     void subfolder(const WalkFolder& folder) override;
     void unreadable() override { ++m_skipped; }
 
     [[nodiscard]] std::int64_t skipped() const { return m_skipped; }
+
+    /// How many files there are so far; any thread may ask.
+    [[nodiscard]] std::int64_t count() const { return m_count.load(std::memory_order_relaxed); }
 
     /// Everything that `recorders` hold below `root`, in the order in which one walk from folder to folder would have
     /// met it: each subfolder with all its contents where its name stands among its siblings. The search index is
@@ -84,7 +49,6 @@ private:
         std::size_t endChild;
     };
 
-    ScanProgress& m_progress;
     const NameFolding& m_folding;
     NameArena m_names;
     FoldedNames m_foldedNames;
@@ -93,6 +57,7 @@ private:
     ChunkedVector<Child> m_children;
     ChunkedVector<Listing> m_listings;
     std::int64_t m_skipped = 0;
+    std::atomic<std::int64_t> m_count = 0;
     bool m_fits = true;               ///< Whether the gathered list has room for this.
     std::uint32_t m_namesBase = 0;    ///< What to add to a position in `m_names` once they are gathered.
     std::uint32_t m_numbersBase = 0;  ///< What to add to the number of a file then.

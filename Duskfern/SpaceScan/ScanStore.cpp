@@ -7,22 +7,23 @@
 
 #include <QtCore/QPointer>
 
+#include <algorithm>
 #include <future>
 #include <memory>
 #include <utility>
 
 namespace {
 
-/// Moves the regular file that lay at `url` when it had that `status`; only regular files are ever moved from here.
-std::optional<TrashError> moveFile(Trash& trash, const FileURL& url, const std::optional<FileStatus>& status,
-                                   const std::stop_token& stop) {
-    if (!status) {
-        return TrashError::gone;
-    }
-    return status->isRegularFile() ? trash.move(url, status->identity, {}, stop) : TrashError::changed;
-}
+/// How often one scan is repeated because something answered late.
+constexpr int maximumQuietRounds = 3;
 
 }  // namespace
+
+/// What lay at a location at a certain time, as soon as the disk has told.
+struct ScanStore::Identified {
+    std::promise<std::optional<FileStatus>> answer;
+    std::shared_future<std::optional<FileStatus>> status = answer.get_future().share();
+};
 
 ScanStore::ScanStore(Dialogs& dialogs, Trash& trash, FileManager& fileManager, QObject* parent)
     : QObject(parent), m_dialogs(dialogs), m_trash(trash), m_fileManager(fileManager) {}
@@ -80,6 +81,7 @@ void ScanStore::setSelected(std::optional<FileItem> item) {
     if (m_selected != item) {
         m_selected = std::move(item);
         Q_EMIT selectedChanged();
+        Q_EMIT movingChanged();
     }
 }
 
@@ -128,25 +130,62 @@ void ScanStore::startScan() {
     setScannedCount(0);
     setSkippedCount(0);
     setErrorMessage(std::nullopt);
-    Dispatch::background([self = QPointer(this), root = *m_rootURL](const std::stop_token& stop) {
-        const auto report = [self](std::int64_t count) {
-            Dispatch::main([self, count] {
-                if (self != nullptr) {
-                    self->setScannedCount(count);
+    ++m_round;
+    scan(0);
+}
+
+/// Scans in the background. A scan that repeats another one quietly shows nothing before it is complete.
+void ScanStore::scan(int quietRounds) {
+    m_movedSinceScan.clear();
+    Dispatch::background(
+        [self = QPointer(this), root = *m_rootURL, round = m_round, quietRounds](const std::stop_token& stop) {
+            const auto report = [self, quietRounds](std::int64_t count) {
+                if (quietRounds > 0) {
+                    return;
+                }
+                Dispatch::main([self, count] {
+                    if (self != nullptr) {
+                        self->setScannedCount(count);
+                    }
+                });
+            };
+            ScanResult result = FileScanner::scan(root, report, stop);
+            Dispatch::main([self, round, quietRounds, result = std::move(result)]() mutable {
+                if (self != nullptr && self->m_round == round) {
+                    self->publish(std::move(result), quietRounds);
                 }
             });
-        };
-        ScanResult result = FileScanner::scan(root, report, stop);
-        Dispatch::main([self, result = std::move(result)]() mutable {
-            if (self != nullptr) {
-                const auto count = static_cast<qint64>(result.files.size());
-                self->setFiles(std::move(result.files));
-                self->setScannedCount(count);
-                self->setSkippedCount(result.skipped);
-                self->setIsScanning(false);
-            }
         });
-    });
+}
+
+void ScanStore::publish(ScanResult result, int quietRounds) {
+    const auto count = static_cast<qint64>(result.files.size());
+    for (const FileURL& url : m_movedSinceScan) {
+        result.files = result.files.removing(url);
+    }
+    setFiles(std::move(result.files));
+    if (m_selected && !m_files.indexOf(m_selected->id())) {
+        setSelected(std::nullopt);
+    }
+    setScannedCount(count);
+    setSkippedCount(result.skipped);
+    setIsScanning(false);
+    if (result.lateAnswer && quietRounds < maximumQuietRounds) {
+        result.lateAnswer->whenAnswered([self = QPointer(this), round = m_round, quietRounds] {
+            Dispatch::main([self, round, quietRounds] {
+                if (self != nullptr) {
+                    self->lookAgain(round, quietRounds + 1);
+                }
+            });
+        });
+    }
+}
+
+/// Something that was passed over has answered: it is shown with the rest, unless a newer scan has begun.
+void ScanStore::lookAgain(std::uint64_t round, int quietRounds) {
+    if (round == m_round && !m_isScanning && m_rootURL) {
+        scan(quietRounds);
+    }
 }
 
 void ScanStore::reveal(const FileItem& item) {
@@ -166,39 +205,69 @@ void ScanStore::selectRow(int row) {
 }
 
 void ScanStore::moveSelectedToTrash() {
-    if (!m_selected) {
+    if (!m_selected || isMoving()) {
         return;
     }
     const FileItem item = *m_selected;
-    // What lies there when the question is asked is what may be moved. The disk is asked on another thread, because it
-    // may not answer.
-    const auto asked = std::make_shared<std::promise<std::optional<FileStatus>>>();
-    const std::shared_future<std::optional<FileStatus>> status = asked->get_future().share();
-    Dispatch::background([asked, url = item.url](const std::stop_token&) { asked->set_value(fileStatus(url)); });
+    // What lies there now is what may be moved. The disk is asked on another thread, because it may not answer.
+    const auto identified = std::make_shared<Identified>();
+    Dispatch::background(
+        [identified, url = item.url](const std::stop_token&) { identified->answer.set_value(fileStatus(url)); });
     const Confirmation question{
-        QStringLiteral("¿Mover “%1” a la papelera?").arg(item.name()),
+        QStringLiteral("¿Mover “%1” a la papelera?").arg(elidedName(item.name())),
         QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
         QStringLiteral("Mover a la papelera"),
         QStringLiteral("Cancelar"),
     };
-    m_dialogs.confirm(question, [self = QPointer(this), item, status](bool confirmed) {
-        if (self == nullptr || !confirmed) {
-            return;
+    m_dialogs.confirm(question, [self = QPointer(this), item, identified](bool confirmed) {
+        if (self != nullptr && confirmed) {
+            self->move(item, identified);
         }
-        // A disk that is slow or does not answer must not freeze the window.
-        Dispatch::background([self, item, status, &trash = self->m_trash](const std::stop_token& stop) {
-            const std::optional<TrashError> error = moveFile(trash, item.url, status.get(), stop);
-            std::optional<QString> failure;
-            if (error) {
-                failure = trashErrorText(*error, item.url);
+    });
+}
+
+void ScanStore::move(const FileItem& item, const std::shared_ptr<Identified>& identified) {
+    setMovingPercent(item.url, -1);
+    Dispatch::background([self = QPointer(this), item, identified, &trash = m_trash](const std::stop_token& stop) {
+        const auto report = [self, url = item.url, last = -1](std::int64_t copied, std::int64_t total) mutable {
+            const int percent = static_cast<int>(100.0 * static_cast<double>(copied) /
+                                                 static_cast<double>(std::max<std::int64_t>(1, total)));
+            if (std::exchange(last, percent) != percent) {
+                Dispatch::main([self, url, percent] {
+                    if (self != nullptr) {
+                        self->setMovingPercent(url, percent);
+                    }
+                });
             }
-            Dispatch::main([self, item, failure] {
-                if (self != nullptr) {
-                    self->finishTrashing(item, failure);
-                }
-            });
+        };
+        const std::optional<FileStatus>& status = identified->status.get();
+        std::optional<TrashError> error = TrashError::gone;
+        if (status) {
+            // Only regular files are ever moved from here.
+            error = status->isRegularFile() ? trash.move(item.url, status->identity, report, stop)
+                                            : std::optional(TrashError::changed);
+        }
+        std::optional<QString> failure;
+        if (error) {
+            failure = trashErrorText(*error, item.url);
+        }
+        Dispatch::main([self, item, failure] {
+            if (self != nullptr) {
+                self->setMovingPercent(item.url, std::nullopt);
+                self->finishTrashing(item, failure);
+            }
         });
     });
+}
+
+/// No percentage means that the file is not on its way any more.
+void ScanStore::setMovingPercent(const FileURL& url, std::optional<int> percent) {
+    if (percent) {
+        m_moving.insert_or_assign(url, *percent);
+    } else {
+        m_moving.erase(url);
+    }
+    Q_EMIT movingChanged();
 }
 
 void ScanStore::finishTrashing(const FileItem& item, const std::optional<QString>& failure) {
@@ -207,6 +276,7 @@ void ScanStore::finishTrashing(const FileItem& item, const std::optional<QString
         return;
     }
     setFiles(m_files.removing(item.id()));
+    m_movedSinceScan.push_back(item.id());
     // Meanwhile the user may have chosen another file; that choice stands.
     if (m_selected && m_selected->id() == item.id()) {
         setSelected(std::nullopt);

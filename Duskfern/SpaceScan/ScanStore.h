@@ -5,7 +5,10 @@
 
 #include <QtCore/QObject>
 
+#include <memory>
 #include <optional>
+#include <unordered_map>
+#include <vector>
 
 class Dialogs;
 class FileManager;
@@ -115,10 +118,28 @@ public:
     /// Selects the file in a row of `filteredFiles`.
     Q_INVOKABLE void selectRow(int row);
 
-    /// Asks, and moves the selected file to the Trash. What is moved is what was selected when the question was asked.
+    /// Asks, and moves the selected file to the Trash in the background. What is moved is what was selected, and lay
+    /// there, when the question was asked. Does nothing while that file is being moved already.
     Q_INVOKABLE void moveSelectedToTrash();
 
+    /// Whether the selected file is being moved. For the screens: its name, and how much of it is copied where that is
+    /// needed, in percent; -1 where nothing is known.
+    Q_PROPERTY(bool isMoving READ isMoving NOTIFY movingChanged)
+    Q_PROPERTY(QString movingName READ movingName NOTIFY movingChanged)
+    Q_PROPERTY(int movingPercent READ movingPercent NOTIFY movingChanged)
+    [[nodiscard]] bool isMoving() const { return m_selected && m_moving.contains(m_selected->id()); }
+    [[nodiscard]] QString movingName() const { return isMoving() ? m_selected->name() : QString(); }
+    [[nodiscard]] int movingPercent() const { return isMoving() ? m_moving.at(m_selected->id()) : -1; }
+    Q_SIGNAL void movingChanged();
+
 private:
+    struct Identified;
+
+    void scan(int quietRounds);
+    void publish(ScanResult result, int quietRounds);
+    void lookAgain(std::uint64_t round, int quietRounds);
+    void move(const FileItem& item, const std::shared_ptr<Identified>& identified);
+    void setMovingPercent(const FileURL& url, std::optional<int> percent);
     void setFiles(FileList files);
     void setIsScanning(bool isScanning);
     void setScannedCount(qint64 count);
@@ -135,7 +156,10 @@ private:
     FileCategory m_category = FileCategory::all;
     QString m_search;
     std::optional<FileItem> m_selected;
+    std::unordered_map<FileURL, int> m_moving;  ///< Files on their way to the Trash, with the percentage copied.
+    std::vector<FileURL> m_movedSinceScan;      ///< What a scan that runs may have seen before it went.
     bool m_isScanning = false;
+    std::uint64_t m_round = 0;  ///< The number of the last scan that was begun.
     qint64 m_scannedCount = 0;
     qint64 m_skippedCount = 0;
     std::optional<QString> m_errorMessage;

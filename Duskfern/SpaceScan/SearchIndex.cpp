@@ -1,5 +1,6 @@
 #include "SpaceScan/SearchIndex.h"
 
+#include "Foundation/Threads.h"
 #include "SpaceScan/BytePlaces.h"
 
 #include <algorithm>
@@ -16,8 +17,8 @@ constexpr std::size_t longestText = 3 * NameArena::maximumLength;
 using BytePlaces::stepSize;
 static_assert(longestText + 2 * stepSize < NameArena::slack);
 
-/// A keystroke is spread over no more threads than this: the memory has no more to give.
-constexpr std::size_t mostThreads = 4;
+/// A keystroke is spread over no more threads than this: more do not read the memory any faster.
+constexpr std::size_t maximumThreads = 4;
 
 /// The two bytes of a text that a search looks for first.
 struct Probe {
@@ -180,24 +181,17 @@ KeySet SearchIndex::search(std::string_view text) const {
         }
     }
     // Each thread fills a set of its own, and takes the next block when it is done with one.
+    const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
+    std::vector<KeySet> sets(std::clamp<std::size_t>(std::min(blocks.size(), cores), 1, maximumThreads), keys);
     std::atomic<std::size_t> next = 0;
-    const auto searchBlocks = [&](KeySet& found) {
+    Threads::runAll(sets.size(), [&](std::size_t thread) {
         for (std::size_t at = next++; at < blocks.size(); at = next++) {
             const auto [part, block] = blocks[at];
-            part->names.search(block, text,
-                               [&, base = part->base](std::uint32_t number) { found.insert(m_keys[base + number]); });
+            part->names.search(block, text, [&, base = part->base](std::uint32_t number) {
+                sets[thread].insert(m_keys[base + number]);
+            });
         }
-    };
-    const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
-    std::vector<KeySet> sets(std::clamp<std::size_t>(std::min(blocks.size(), cores), 1, mostThreads) - 1, keys);
-    {
-        std::vector<std::jthread> helpers;
-        helpers.reserve(sets.size());
-        for (KeySet& set : sets) {
-            helpers.emplace_back([&searchBlocks, &set] { searchBlocks(set); });
-        }
-        searchBlocks(keys);
-    }
+    });
     std::for_each(sets.begin(), sets.end(), [&](const KeySet& set) { keys.insert(set); });
     return keys;
 }

@@ -6,6 +6,7 @@
 #include <QtCore/QObject>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -25,13 +26,22 @@ public:
     ~CategoryMeasurement() override;
     Q_DISABLE_COPY_MOVE(CategoryMeasurement)
 
-    /// Calls `answer` later, on the main thread, unless this is destroyed before. A measurement that runs already keeps
-    /// the main volume it was started with.
+    /// Calls `answer` later, on the main thread, unless this is destroyed before. When something that was passed over
+    /// answers after all, and nobody has asked anew, it is called again. A measurement that runs already keeps the main
+    /// volume it was started with.
     void request(const std::optional<VolumeInfo>& mainVolume, Answer answer);
 
 private:
-    void finish(const StorageCategories& categories);
+    /// What somebody wants to know, and how often it was measured again because of a late answer.
+    struct Round {
+        std::optional<VolumeInfo> mainVolume;
+        std::vector<Answer> answers;
+        int repeated = 0;
+    };
+
+    void measure(const std::shared_ptr<Round>& round);
 
     UserFolders& m_userFolders;
-    std::vector<Answer> m_waiting;  ///< Empty while nothing runs.
+    std::shared_ptr<Round> m_round;  ///< The last one that was begun.
+    bool m_isRunning = false;
 };

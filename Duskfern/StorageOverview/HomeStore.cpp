@@ -62,7 +62,12 @@ void HomeStore::refresh() {
         return;
     }
     setIsScanning(true);
-    setVolumes(StorageOverviewScanner::volumes(m_mountedVolumes));
+    setVolumes(StorageOverviewScanner::volumes(
+        m_mountedVolumes.ask([self = QPointer(this)](const MountedVolumes::Answers& answers) {
+            if (self != nullptr) {
+                self->setVolumes(StorageOverviewScanner::volumes(answers));
+            }
+        })));
     const std::optional<VolumeInfo> mainVolume = m_volumes.empty() ? std::nullopt : std::optional(m_volumes.front());
     m_measurement.request(mainVolume, [self = QPointer(this)](const StorageCategories& categories) {
         if (self != nullptr) {

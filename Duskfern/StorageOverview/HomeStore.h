@@ -38,8 +38,8 @@ public:
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     Q_SIGNAL void isScanningChanged();
 
-    /// Lists the volumes anew, at once, and measures the kinds in the background; the old ones stay until the new have
-    /// come. Does nothing while that runs.
+    /// Lists the volumes anew, at once those that answer soon and the others when they answer, and measures the kinds
+    /// in the background; the old kinds stay until the new have come. Does nothing while that runs.
     Q_INVOKABLE void refresh();
 
 private:

@@ -13,6 +13,8 @@ Flickable {
 
     readonly property list<color> colors: [Theme.pink, Theme.purple, Theme.blue, Theme.orange, Theme.mint, Theme.red, Theme.gray]
 
+    readonly property bool scrolls: root.contentHeight > root.height
+
     /// Whether the screen has been seen, and what it shows been asked for.
     property bool appeared: false
 
@@ -23,11 +25,19 @@ Flickable {
         }
     }
 
+    /// What the keyboard acts on when the screen is shown: the page, unless all of it is in sight.
+    function firstFocus(): Item {
+        return root.scrolls || !refresh.enabled ? root : refresh;
+    }
+
     function scroll(distance: real) {
         root.contentY = Math.max(0, Math.min(root.contentY + distance, root.contentHeight - root.height));
     }
 
-    activeFocusOnTab: root.contentHeight > root.height
+    Accessible.name: "Estado de almacenamiento"
+    Accessible.role: Accessible.Pane
+    // What has the focus cannot be told that Tab does not stop there.
+    activeFocusOnTab: root.scrolls || root.activeFocus
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     contentHeight: content.height + 40
@@ -51,7 +61,17 @@ Flickable {
         cornerRadius: 4
         inset: 0
         parent: root
-        shown: root.activeFocus
+        shown: root.activeFocus && root.scrolls
+    }
+
+    // While that goes on there is no button to be on.
+    Connections {
+        enabled: root.activeFocus
+        target: root.store
+
+        function onIsScanningChanged() {
+            root.firstFocus().forceActiveFocus();
+        }
     }
 
     // Asking the disks may take a moment; the window is there first.

@@ -1,7 +1,7 @@
 #include "StorageOverview/StorageOverviewScanner.h"
 
-#include "Foundation/AllocatedSize.h"
 #include "Foundation/CheckedSum.h"
+#include "Foundation/FolderSizes.h"
 
 #include <algorithm>
 
@@ -18,7 +18,7 @@ struct FolderRow {
     enum class Claim { always, ifFree } claim = Claim::ifFree;
 };
 
-/// In the order in which they are measured. Those marked `always` are measured whatever the others are.
+/// In the order of the kinds. Those marked `always` are measured whatever folders the user has named.
 constexpr auto always = FolderRow::Claim::always;
 constexpr std::array folderRows{
     FolderRow{.kind = StorageKind::music, .inHome = "Music", .claim = always},
@@ -54,23 +54,53 @@ std::optional<FileURL> locate(const FolderRow& row, const UserFolderPaths& paths
     return paths.*row.own;
 }
 
+/// Where a folder that is measured lies.
+struct Place {
+    FileURL url;
+    std::string path;  ///< Without links.
+};
+
+using RealPaths = std::vector<std::optional<std::string>>;
+
+/// Where the links of each location lead, as far as the disks tell; each is asked on its own.
+RealPaths realPaths(const std::vector<FileURL>& urls, const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
+    const auto answers = std::make_shared<Handover<RealPaths>>();
+    answers->edit([&](RealPaths& paths) { paths.resize(urls.size()); });
+    DiskQuestions questions;
+    for (std::size_t index = 0; index < urls.size(); ++index) {
+        questions.ask([answers, index, url = urls[index]] {
+            std::optional<std::string> path = realPath(url);
+            answers->edit([&](RealPaths& paths) { paths[index] = std::move(path); });
+        });
+    }
+    late = questions.wait(stop);
+    return answers->take();
+}
+
+/// The places below `outer`.
+std::vector<std::string> placesInside(const Place& outer, const std::vector<std::optional<Place>>& places) {
+    std::vector<std::string> inside;
+    for (const std::optional<Place>& place : places) {
+        if (place && place->path != outer.path && isAtOrBelow(place->path, outer.path)) {
+            inside.push_back(place->path);
+        }
+    }
+    return inside;
+}
+
 }  // namespace
 
-std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
-    const std::vector<Mount> mounts = mounted.visibleMounts().value_or(std::vector{Mount{}});
-    const std::vector<std::optional<VolumeValues>> values = mounted.values(mounts);
+std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers) {
     std::vector<VolumeInfo> volumes;
-    for (std::size_t i = 0; i < mounts.size(); ++i) {
-        if (!values[i] || values[i]->total.value_or(0) <= 0) {
+    for (const auto& [url, values] : answers) {
+        if (values.total.value_or(0) <= 0) {
             continue;
         }
-        const FileURL url(mounts[i].target);
-        const std::int64_t available =
-            values[i]->availableCapacityForImportantUsage.value_or(values[i]->available.value_or(0));
+        const std::int64_t available = values.availableCapacityForImportantUsage.value_or(values.available.value_or(0));
         VolumeInfo& volume = volumes.emplace_back();
         volume.url = url;
-        volume.name = values[i]->name.value_or(displayText(url.lastPathComponent()));
-        volume.total = *values[i]->total;
+        volume.name = values.name.value_or(displayText(url.lastPathComponent()));
+        volume.total = *values.total;
         volume.available = std::max<std::int64_t>(0, available);
     }
     std::stable_partition(volumes.begin(), volumes.end(),
@@ -78,60 +108,75 @@ std::vector<VolumeInfo> volumes(MountedVolumes& mounted) {
     return volumes;
 }
 
-std::vector<std::vector<FileURL>> folderGroups(const UserFolderPaths& paths) {
-    std::vector<std::string> taken;
+FolderGroups folderGroups(const UserFolderPaths& paths, const std::stop_token& stop) {
+    FolderGroups groups;
+    std::vector<FileURL> urls;
+    urls.reserve(folderRows.size() + 1);
     for (const FolderRow& row : folderRows) {
-        if (row.claim == always) {
-            if (const std::optional<std::string> place = realPath(*locate(row, paths))) {
-                taken.push_back(*place);
+        urls.push_back(locate(row, paths).value_or(paths.home));
+    }
+    urls.push_back(paths.home);
+    const RealPaths realPaths = StorageOverviewScanner::realPaths(urls, stop, groups.lateAnswer);
+    const std::string home = realPaths.back().value_or(paths.home.path());
+    std::vector<std::optional<Place>> places(folderRows.size());
+    for (const auto claim : {always, FolderRow::Claim::ifFree}) {
+        for (std::size_t row = 0; row < folderRows.size(); ++row) {
+            if (folderRows.at(row).claim != claim) {
+                continue;
+            }
+            std::optional<std::string> path = realPaths[row];
+            if (claim == always) {
+                path = path.value_or(urls[row].path());
+            } else if (path && isAtOrBelow(home, *path)) {
+                // A purpose that is switched off is written as the home folder.
+                path.reset();
+            }
+            const auto isThere = [&](const std::optional<Place>& other) { return other && other->path == *path; };
+            if (path && std::none_of(places.begin(), places.end(), isThere)) {
+                places[row] = Place{urls[row], *path};
             }
         }
     }
-    const std::string home = realPath(paths.home).value_or(std::string());
-    std::vector<std::vector<FileURL>> groups(StorageKinds::allCases.size() - 1);
-    for (const FolderRow& row : folderRows) {
-        const std::optional<FileURL> url = locate(row, paths);
-        if (!url) {
-            continue;
+    groups.kinds.resize(StorageKinds::allCases.size() - 1);
+    for (std::size_t row = 0; row < folderRows.size(); ++row) {
+        if (places[row]) {
+            groups.kinds[static_cast<std::size_t>(folderRows.at(row).kind)].push_back(
+                {places[row]->url, placesInside(*places[row], places)});
         }
-        if (row.claim != always) {
-            const std::optional<std::string> place = realPath(*url);
-            const auto overlaps = [&](const std::string& other) {
-                return isAtOrBelow(*place, other) || isAtOrBelow(other, *place);
-            };
-            // A purpose that is switched off is written as the home folder.
-            if (!place || isAtOrBelow(home, *place) || std::any_of(taken.begin(), taken.end(), overlaps)) {
-                continue;
-            }
-            taken.push_back(*place);
-        }
-        groups[static_cast<std::size_t>(row.kind)].push_back(*url);
     }
     return groups;
 }
 
-StorageCategories categories(const std::optional<VolumeInfo>& mainVolume, const UserFolderPaths& paths,
-                             const std::stop_token& stop) {
-    StorageCategories categories;
-    std::int64_t counted = 0;
-    for (const std::vector<FileURL>& group : folderGroups(paths)) {
-        StorageCategory& category = categories.emplace_back();
-        category.kind = StorageKinds::allCases.at(categories.size() - 1);
-        for (const FileURL& folder : group) {
-            category.size = checkedSum(category.size, allocatedSize(folder, stop));
+KindSizes categories(const std::optional<VolumeInfo>& mainVolume, const UserFolderPaths& paths,
+                     const std::stop_token& stop) {
+    KindSizes result;
+    std::vector<WalkRoot> folders;
+    std::vector<std::size_t> kinds;  // The index of the kind that each folder counts for.
+    FolderGroups groups = folderGroups(paths, stop);
+    result.lateAnswer = std::move(groups.lateAnswer);
+    for (std::size_t kind = 0; kind < groups.kinds.size(); ++kind) {
+        result.categories.emplace_back().kind = StorageKinds::allCases.at(kind);
+        for (WalkRoot& folder : groups.kinds[kind]) {
+            folders.push_back(std::move(folder));
+            kinds.push_back(kind);
         }
-        counted = checkedSum(counted, category.size);
+    }
+    FolderSizes sizes = folderSizes(
+        std::move(folders), [](std::string_view) { return true; }, stop);
+    std::int64_t counted = 0;
+    for (std::size_t folder = 0; folder < kinds.size(); ++folder) {
+        StorageCategory& category = result.categories[kinds[folder]];
+        category.size = checkedSum(category.size, sizes.bytes[folder]);
+        counted = checkedSum(counted, sizes.bytes[folder]);
+    }
+    if (sizes.lateAnswer) {
+        result.lateAnswer = std::move(sizes.lateAnswer);
     }
     const std::int64_t used = mainVolume ? mainVolume->used() : 0;
-    StorageCategory& rest = categories.emplace_back();
+    StorageCategory& rest = result.categories.emplace_back();
     rest.kind = StorageKind::system;
     rest.size = std::max<std::int64_t>(0, checkedDifference(used, counted));
-    return categories;
-}
-
-std::int64_t allocatedSize(const FileURL& url, const std::stop_token& stop) {
-    return allocatedSizeBelow(
-        url, [](std::string_view) { return true; }, stop);
+    return result;
 }
 
 }  // namespace StorageOverviewScanner

@@ -1,116 +1,87 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 
-/// A modal question or message over the window. The first button is the default one; Esc means the last.
-T.Popup {
+/// A modal question or message over the window. The first button is the default one; Esc means the last. One is made
+/// for each message.
+ModalDialog {
     id: root
 
-    required property string message
-    property string informativeText: ""
     property string symbol: "exclamationmark.triangle.fill"
     property color symbolColor: Theme.orange
 
     /// The titles of one or two buttons.
     required property list<string> buttons
 
-    /// Which button ended it: 0 for the first. Given once each time the dialog was shown.
+    /// Whether it has been answered.
+    property bool isOver: false
+
+    /// Which button ended it: 0 for the first. Given once.
     signal answered(int button)
 
     /// The first answer counts: a second press while the dialog goes away does not.
     function answer(button: int) {
-        if (root.opened) {
-            root.close();
+        if (!root.isOver) {
+            root.isOver = true;
             root.answered(button);
         }
     }
 
-    anchors.centerIn: T.Overlay.overlay
-    closePolicy: T.Popup.NoAutoClose
-    focus: true
-    implicitHeight: contentItem.implicitHeight + 2 * padding
-    implicitWidth: 360
-    modal: true
-    padding: 20
-
-    // The focus of the last time is not that of this time.
-    onOpened: choices.itemAt(0).forceActiveFocus()
-
-    T.Overlay.modal: Rectangle {
-        color: Theme.shade
+    Keys.onEscapePressed: event => {
+        // A key that is held down does not end the next message unread.
+        if (!event.isAutoRepeat) {
+            root.answer(root.buttons.length - 1);
+        }
     }
-    background: Rectangle {
-        border.color: Theme.tint(Theme.primary, 0.12)
-        color: Theme.raised
-        radius: 14
+
+    Symbol {
+        anchors.horizontalCenter: parent.horizontalCenter
+        color: root.symbolColor
+        name: root.symbol
+        size: 44
     }
-    contentItem: FocusScope { // qmllint disable deferred-property-id
-        Accessible.description: root.informativeText
-        Accessible.name: root.message
-        Accessible.role: Accessible.Dialog
-        focus: true
-        implicitHeight: column.implicitHeight
 
-        Keys.onEscapePressed: root.answer(root.buttons.length - 1)
+    Label {
+        elide: Text.ElideNone
+        font.bold: true
+        font.pixelSize: Theme.headline
+        horizontalAlignment: Text.AlignHCenter
+        text: root.message
+        topPadding: 4
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
 
-        Column {
-            id: column
+    Label {
+        color: Theme.secondary
+        elide: Text.ElideNone
+        font.pixelSize: Theme.callout
+        horizontalAlignment: Text.AlignHCenter
+        text: root.informativeText
+        visible: text !== ""
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
 
-            spacing: 10
+    Item {
+        height: 2
+        width: 1
+    }
+
+    Repeater {
+        model: root.buttons
+
+        PushButton {
+            required property int index
+            required property string modelData
+
+            focus: index === 0
+            kind: index === 0 ? PushButton.Prominent : PushButton.Plain
+            text: modelData
+            verticalPadding: 8
             width: parent.width
 
-            Symbol {
-                anchors.horizontalCenter: parent.horizontalCenter
-                color: root.symbolColor
-                name: root.symbol
-                size: 44
-            }
-
-            Label {
-                font.bold: true
-                font.pixelSize: Theme.headline
-                horizontalAlignment: Text.AlignHCenter
-                maximumLineCount: 6
-                text: root.message
-                topPadding: 4
-                width: parent.width
-                wrapMode: Text.Wrap
-            }
-
-            Label {
-                color: Theme.secondary
-                font.pixelSize: Theme.callout
-                horizontalAlignment: Text.AlignHCenter
-                maximumLineCount: 8
-                text: root.informativeText
-                visible: text !== ""
-                width: parent.width
-                wrapMode: Text.Wrap
-            }
-
-            Item {
-                height: 2
-                width: 1
-            }
-
-            Repeater {
-                id: choices
-
-                model: root.buttons
-
-                PushButton {
-                    required property int index
-                    required property string modelData
-
-                    kind: index === 0 ? PushButton.Prominent : PushButton.Plain
-                    text: modelData
-                    verticalPadding: 8
-                    width: parent.width
-
-                    onClicked: root.answer(index)
-                }
-            }
+            onClicked: root.answer(index)
         }
     }
 }

@@ -1,10 +1,13 @@
 import QtQuick
 
-/// Shows which control the keyboard acts on. Lies around its parent, outside of it.
+/// Shows which control the keyboard acts on, while keys are used. Lies around its parent, outside of it.
 Rectangle {
     id: root
 
     property bool shown: false
+
+    /// Whether it is there after a click, too.
+    property bool always: false
     property real inset: -3
     property real cornerRadius: 9
 
@@ -14,5 +17,5 @@ Rectangle {
     border.width: 3
     color: "transparent"
     radius: root.cornerRadius
-    visible: root.shown
+    visible: root.shown && (root.always || Theme.keyboard)
 }

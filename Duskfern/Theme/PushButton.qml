@@ -29,6 +29,13 @@ T.AbstractButton {
         }
     }
 
+    /// A key that is held down presses once.
+    function pressOnce(event: KeyEvent) {
+        if (!event.isAutoRepeat) {
+            root.press();
+        }
+    }
+
     Accessible.name: root.text
     Accessible.role: Accessible.Button
     enabled: root.available
@@ -43,8 +50,8 @@ T.AbstractButton {
     verticalPadding: root.large ? 10 : 6
 
     Accessible.onPressAction: root.press()
-    Keys.onEnterPressed: root.press()
-    Keys.onReturnPressed: root.press()
+    Keys.onEnterPressed: event => root.pressOnce(event)
+    Keys.onReturnPressed: event => root.pressOnce(event)
 
     background: Rectangle {
         border.color: root.prominent ? "transparent" : Theme.tint(Theme.primary, 0.1)
@@ -61,7 +68,7 @@ T.AbstractButton {
 
         FocusRing {
             cornerRadius: 11
-            shown: root.visualFocus
+            shown: root.activeFocus
         }
     }
     contentItem: Item { // qmllint disable deferred-property-id

@@ -51,6 +51,7 @@ T.TextField {
         }
 
         FocusRing {
+            always: true
             cornerRadius: 11
             shown: root.activeFocus
         }
@@ -101,7 +102,7 @@ T.TextField {
             FocusRing {
                 cornerRadius: 12
                 inset: -1
-                shown: clear.visualFocus
+                shown: clear.activeFocus
             }
         }
 

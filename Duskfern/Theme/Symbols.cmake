@@ -46,6 +46,13 @@ set(DUSKFERN_SYMBOLS
     checkmark.square.fill          check-square-fill
     square                         square                     # Same outer edge as check-square-fill: nothing jumps.
 
+    # Folder browser.
+    chevron.left                   chevron-left
+    arrow.up                       arrow-up
+    arrow.up.right                 arrow-up-right             # A link: leads elsewhere.
+    folder.fill                    folder-fill
+    menubar.dock.rectangle         window-desktop
+
     # Dialogs and controls.
     exclamationmark.triangle.fill  exclamation-triangle-fill
     xmark.circle.fill              x-circle-fill

@@ -10,6 +10,9 @@ QtObject {
     /// Set by the window from what the desktop prefers.
     property bool dark: false
 
+    /// Set by the window: whether a key was used last rather than the pointer. Only then is shown what keys act on.
+    property bool keyboard: false
+
     readonly property color red: root.dark ? "#FF453A" : "#FF3B30"
     readonly property color orange: root.dark ? "#FF9F0A" : "#FF9500"
     readonly property color pink: root.dark ? "#FF375F" : "#FF2D55"

@@ -32,7 +32,7 @@ protected:
     /// One line an item, the path beginning in the tree.
     [[nodiscard]] Listed scan() const {
         Listed lines;
-        for (const JunkItem& item : JunkScanner::scan(junkPlaces(paths), applications)) {
+        for (const JunkItem& item : JunkScanner::scan(junkPlaces(paths), applications, {}).items) {
             EXPECT_EQ(item.size % 4096, 0);
             EXPECT_EQ(item.isSafeForBulk, item.kind != JunkKind::leftover);
             lines.push_back(JunkKinds::rawValue(item.kind).toStdString() + " · " + item.origin.toStdString() + " " +
@@ -49,7 +49,7 @@ protected:
 
     TemporaryFolder tree;
     UserFolderPaths paths;
-    FakeApplications applications;
+    std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
 };
 
 TEST_F(JunkScannerTest, ListsEveryKindLargestFirst) {
@@ -197,7 +197,7 @@ TEST_F(JunkScannerTest, NeverOffersAPersonsFoldersWhateverTheVariablesSay) {
     tree.file("disk/Música/song", 4096);
     tree.file("disk/other", 4096);
     paths.music = tree.url("disk/Música");
-    applications.installed.programs = {QStringLiteral("game"), QStringLiteral("editor")};
+    applications->installed.programs = {QStringLiteral("game"), QStringLiteral("editor")};
     for (const char* const place : {"home", "home/Documents", "home/.local", "home/.local/share", "home/.config"}) {
         SCOPED_TRACE(place);
         age(place, 9 * 86400);
@@ -294,8 +294,8 @@ TEST_F(JunkScannerTest, OffersNothingOfARealDesktopButWhatMayGo) {
     for (const char* const folder : folders) {
         tree.file(std::string("home/") + folder + "/a", 4096);
     }
-    applications.installed.programs = {QStringLiteral("libreoffice"), QStringLiteral("code")};
-    applications.installed.identifiers.insert("org.mozilla.firefox");
+    applications->installed.programs = {QStringLiteral("libreoffice"), QStringLiteral("code")};
+    applications->installed.identifiers.insert("org.mozilla.firefox");
     Listed offered;
     for (const std::string& line : scan()) {
         offered.push_back(line.substr(line.rfind('/', line.rfind(' ')) + 1));

@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
+#include <atomic>
+#include <semaphore>
+#include <thread>
 
 namespace {
 
@@ -117,37 +120,45 @@ TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
     std::vector<int> steps;
     QObject::connect(store.get(), &JunkStore::cleaningChanged, [&] { steps.push_back(store->cleanedCount()); });
     answer(true);
-    EXPECT_EQ(steps, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 10}));
+    EXPECT_EQ(steps, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
     EXPECT_EQ(store->count(), 4);
     EXPECT_EQ(store->selected(), (JunkStore::Selection{cache(2), cache(5), cache(9)}));
     EXPECT_EQ(store->message(), QStringLiteral("Limpieza parcial: 3 elementos no se pudieron mover."));
 }
 
-TEST_F(JunkStoreTest, GivesTheWindowItsTurnBetweenTwoMoves) {
+TEST_F(JunkStoreTest, MovesOneAfterTheOtherAndNeverOnTheMainThread) {
+    std::atomic<int> running = 0;
+    std::atomic<bool> isOrderly = true;
+    trash.onMove = [&, mainThread = std::this_thread::get_id()](const FileURL&) {
+        isOrderly = isOrderly && ++running == 1 && std::this_thread::get_id() != mainThread;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        --running;
+    };
     scan();
     store->cleanSelected();
     std::exchange(dialogs.confirmed, nullptr)(true);
-    std::size_t most = 0;
-    while (store->isCleaning()) {
-        const std::size_t before = trash.moved.size();
-        QCoreApplication::processEvents();
-        most = std::max(most, trash.moved.size() - before);
-    }
-    EXPECT_EQ(most, 1U);
+    ASSERT_TRUE(waitUntil([&] { return !store->isCleaning(); }));
+    EXPECT_TRUE(isOrderly);
     EXPECT_EQ(trash.moved.size(), 10U);
 }
 
 TEST_F(JunkStoreTest, EndsWithoutHarmWhileItWorks) {
+    std::atomic<bool> isThird = false;
+    std::binary_semaphore mayGoOn(0);
+    trash.onMove = [&, moves = 0](const FileURL&) mutable {
+        if (++moves == 3) {
+            isThird = true;
+            mayGoOn.acquire();
+        }
+    };
     scan();
     store->cleanSelected();
-    auto confirmed = std::exchange(dialogs.confirmed, nullptr);
-    confirmed(true);
-    while (trash.moved.size() < 3) {
-        QCoreApplication::processEvents();
-    }
+    std::exchange(dialogs.confirmed, nullptr)(true);
+    ASSERT_TRUE(waitUntil([&] { return isThird.load(); }));
     store.reset();
+    mayGoOn.release();
     waitUntil([deadline = QDeadlineTimer(50)] { return deadline.hasExpired(); });
-    EXPECT_EQ(trash.moved.size(), 3U);
+    EXPECT_EQ(trash.moved.size(), 3U) << "the item that was being moved, and none after it";
 
     store = std::make_unique<JunkStore>(
         JunkStore::Services{dialogs, trash, fileManager, folders, std::make_shared<FakeApplications>()});

@@ -3,6 +3,8 @@
 #include "Foundation/FileStatus.h"
 #include "Foundation/Packages.h"
 #include "SpaceScan/FileClassifier.h"
+#include "support/OrdinaryUser.h"
+#include "support/Shortage.h"
 #include "support/TemporaryFolder.h"
 
 #include <dirent.h>
@@ -211,21 +213,75 @@ TEST(FileScanner, GoesDeeperThanAPathCanBe) {
     const ScanResult result = scan(tree.url());
     ASSERT_EQ(result.files.size(), 1U);
     EXPECT_EQ(result.files[0].url.path().size(), tree.path().size() + levels * (name.size() + 1) + 13);
+    // A root may lie as deep, and a file there be known again.
+    const FileURL folder = result.files[0].url.deletingLastPathComponent();
+    EXPECT_EQ(scan(folder).files.size(), 1U);
+    EXPECT_TRUE(fileStatus(result.files[0].url));
 }
 
-TEST(FileScanner, PassesOverFoldersThatAreClosedToIt) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "nothing is closed to root";
-    }
+TEST(FileScanner, CountsWhatMayNotBeExamined) {
     const TemporaryFolder tree;
     tree.file("open.txt", 4096);
     tree.file("closed/inside.txt", 4096);
     tree.file("listed-only/inside.txt", 4096);
+    tree.folder("listed-only/folder");
+    tree.link("listed-only/link", "inside.txt");
+    tree.link("links-only/link", "nowhere");
+    tree.folder("links-listed-only");
+    tree.link("links-listed-only/link", "nowhere");
+    for (const char* const folder : {"", "closed", "listed-only", "links-only", "links-listed-only"}) {
+        OrdinaryUser::own(tree.path(folder));
+    }
+    ASSERT_EQ(chmod(tree.path().c_str(), 0755), 0);
     ASSERT_EQ(chmod(tree.path("closed").c_str(), 0), 0);
     ASSERT_EQ(chmod(tree.path("listed-only").c_str(), 0400), 0);
-    const ScanResult result = scan(tree.url());
-    EXPECT_EQ(names(result), (std::set<std::string>{"open.txt"}));
-    EXPECT_EQ(result.skipped, 1) << "the file whose folder can be listed but not searched";
+    ASSERT_EQ(chmod(tree.path("links-listed-only").c_str(), 0400), 0);
+    const OrdinaryUser user;
+    const ScanResult all = scan(tree.url());
+    EXPECT_EQ(names(all), (std::set<std::string>{"open.txt"}));
+    EXPECT_EQ(all.skipped, 4) << "each entry of the two folders that can be listed but not searched";
+    EXPECT_EQ(scan(tree.url("listed-only")).skipped, 3) << "also where the scan begins";
+    EXPECT_EQ(scan(tree.url("closed")).skipped, 1) << "there is nothing to walk";
+    EXPECT_EQ(scan(tree.url("links-only")).skipped, 0);
+}
+
+TEST(FileScanner, GoesOnInARootThatWasRenamedOrRemoved) {
+    const TemporaryFolder tree;
+    for (int i = 0; i < 2000; ++i) {
+        tree.text("root/" + std::to_string(i % 200) + "/" + std::to_string(i), "");
+    }
+    std::int64_t last = 0;
+    const ScanResult renamed = FileScanner::scan(tree.url("root"), [&](std::int64_t count) {
+        if (std::exchange(last, count) == 0) {
+            (void)rename(tree.path("root").c_str(), tree.path("elsewhere").c_str());
+        }
+    });
+    EXPECT_EQ(renamed.files.size(), 2000U);
+    EXPECT_EQ(renamed.skipped, 0);
+    EXPECT_EQ(scan(tree.url("root")).skipped, 1);
+}
+
+TEST(FileScanner, DoesWithFewThreadsAndDescriptors) {
+    const TemporaryFolder tree;
+    for (int i = 0; i < 300; ++i) {
+        tree.text("a/b/c/" + std::to_string(i % 30) + "/d/" + std::to_string(i), "");
+    }
+    const std::vector<FileItem> expected = reference(tree.url());
+    const auto found = [&] {
+        const ScanResult result = scan(tree.url());
+        EXPECT_EQ(result.skipped, 0);
+        return std::vector<FileItem>(result.files.begin(), result.files.end());
+    };
+    {
+        const NoThreads none;
+        EXPECT_EQ(found(), expected);
+    }
+    for (const int count : {3, 4, 6, 9}) {
+        const FewDescriptors few(count);
+        EXPECT_EQ(found(), expected) << count;
+    }
+    const FewDescriptors none(0);
+    EXPECT_EQ(scan(tree.url()).skipped, 1) << "what cannot be opened is told";
 }
 
 TEST(FileScanner, SurvivesATreeThatChangesUnderIt) {
@@ -237,7 +293,7 @@ TEST(FileScanner, SurvivesATreeThatChangesUnderIt) {
         for (int i = 0; !stop.stop_requested(); i = (i + 1) % 100) {
             const std::string folder = tree.path("folder" + std::to_string(i));
             (void)rename(folder.c_str(), tree.path("moved").c_str());
-            (void)symlink("/usr", folder.c_str());
+            (void)!symlink("/usr", folder.c_str());
             (void)unlink(folder.c_str());
             (void)rename(tree.path("moved").c_str(), folder.c_str());
             (void)unlink((folder + "/" + std::to_string(i)).c_str());

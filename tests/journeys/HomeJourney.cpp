@@ -76,7 +76,6 @@ TEST_F(HomeJourney, EachVisitBeginsAnewAndNothingPilesUp) {
 }
 
 TEST_F(HomeJourney, NarrowWideAndWithoutVolumes) {
-    volumes.mounts->clear();
     volumes.answers.clear();
     showWindow();
     ASSERT_TRUE(waitForSizes());

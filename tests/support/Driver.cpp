@@ -3,6 +3,7 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QElapsedTimer>
 #include <QtGui/QImage>
+#include <QtQuick/QQuickItem>
 #include <QtTest/QTest>
 
 namespace {
@@ -103,6 +104,25 @@ void Driver::type(const QString& text) const {
 void Driver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
     QTest::keyClick(&m_window, key, modifiers);
     QCoreApplication::processEvents();
+}
+
+std::string Driver::focused() const {
+    QQuickItem* const item = m_window.activeFocusItem();
+    if (item == nullptr || !item->isVisible() || !item->isEnabled()) {
+        return {};
+    }
+    QAccessibleInterface* const node = QAccessible::queryAccessibleInterface(item);
+    return node == nullptr ? std::string() : node->text(QAccessible::Name).toStdString();
+}
+
+bool Driver::tabTo(const std::string& name) const {
+    for (int step = 0; step < 60 && !focused().empty(); ++step) {
+        if (focused() == name || focused().starts_with(name + ", ")) {
+            return true;
+        }
+        key(Qt::Key_Tab);
+    }
+    return false;
 }
 
 bool Driver::save(const QString& file) const {

@@ -39,6 +39,12 @@ public:
     void type(const QString& text) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
 
+    /// The name of what the keyboard acts on; empty if that is nothing that is shown and enabled.
+    [[nodiscard]] std::string focused() const;
+
+    /// Goes on from control to control until the keyboard acts on `name`; false if it comes to nothing, or never there.
+    bool tabTo(const std::string& name) const;
+
     /// Writes what the window shows into a PNG file.
     [[nodiscard]] bool save(const QString& file) const;
 

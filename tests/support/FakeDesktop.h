@@ -35,16 +35,29 @@ struct FakeDialogs final : Dialogs {
     std::function<void(bool)> confirmed;
 };
 
-/// Answers at once with the folder it was told.
+/// Answers at once with the folder it was told, hands the question on, or keeps it if it was told to wait.
 struct FakeFolderChooser final : FolderChooser {
-    void choose(QWindow*, const QString& prompt, const std::optional<FileURL>&,
-                std::function<void(std::optional<FileURL>)> answer) override {
-        lastPrompt = prompt;
+    void choose(const FolderQuestion& question, Answer answer) override {
+        lastPrompt = question.prompt;
         ++asked;
-        answer(folder);
+        if (next != nullptr) {
+            next->choose(question, std::move(answer));
+        } else if (waits) {
+            waiting = std::move(answer);
+        } else {
+            answer(folder);
+        }
+    }
+    void cancel() override {
+        if (next != nullptr) {
+            next->cancel();
+        }
     }
 
+    FolderChooser* next = nullptr;
     std::optional<FileURL> folder;
+    bool waits = false;
+    std::function<void(std::optional<FileURL>)> waiting;
     QString lastPrompt;
     int asked = 0;
 };
@@ -62,6 +75,9 @@ struct FakeFileManager final : FileManager {
 struct FakeTrash final : Trash {
     std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress&,
                                    const std::stop_token&) override {
+        if (onMove) {
+            onMove(url);
+        }
         if (refused.contains(url)) {
             return TrashError::noPermission;
         }
@@ -77,30 +93,22 @@ struct FakeTrash final : Trash {
     std::vector<FileURL> moved;
     std::vector<FileIdentity> identities;
     std::set<FileURL> refused;
+    std::function<void(const FileURL&)> onMove;  ///< Called first, on the thread that moves.
 };
 
 /// Has the volumes that the test says, in its order.
 struct FakeVolumes final : MountedVolumes {
-    [[nodiscard]] std::optional<std::vector<Mount>> visibleMounts() override {
+    [[nodiscard]] Answers ask(std::function<void(const Answers&)> answerLater) override {
         ++asked;
-        return mounts;
-    }
-    [[nodiscard]] std::vector<std::optional<VolumeValues>> values(const std::vector<Mount>& of) override {
-        valuesAskedFor = of;
+        later = std::move(answerLater);
         return answers;
     }
 
     /// One more volume.
-    void add(const std::string& target, const std::optional<VolumeValues>& values) {
-        Mount mount;
-        mount.target = target;
-        mounts->push_back(mount);
-        answers.push_back(values);
-    }
+    void add(const std::string& path, const VolumeValues& values) { answers.push_back({FileURL(path), values}); }
 
-    std::optional<std::vector<Mount>> mounts = std::vector<Mount>();
-    std::vector<std::optional<VolumeValues>> answers;
-    std::vector<Mount> valuesAskedFor;
+    Answers answers;
+    std::function<void(const Answers&)> later;
     int asked = 0;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FolderBrowser/FolderBrowser.h"
 #include "Shell/DuskfernApp.h"
 #include "support/Driver.h"
 #include "support/FakeDesktop.h"
@@ -10,8 +11,8 @@
 
 #include <memory>
 
-/// The program's window on a desktop made for the test, with a Trash of the test's choice.
-template <class ChosenTrash>
+/// The program's window on a desktop made for the test, with a Trash and volumes of the test's choice.
+template <class ChosenTrash, class ChosenVolumes = FakeVolumes>
 class Journey : public testing::Test {
 protected:
     void showWindow() {
@@ -24,9 +25,10 @@ protected:
     FakeFileManager fileManager;
     FakeFolderChooser chooser;
     FakeColorScheme colorScheme;
-    FakeVolumes volumes;
+    ChosenVolumes volumes;
     FakeUserFolders userFolders;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
-    DuskfernApp app{{trash, fileManager, chooser, colorScheme, volumes, userFolders, applications}};
+    FolderBrowser browser{userFolders, [] { return std::vector<FileURL>(); }};
+    DuskfernApp app{{trash, fileManager, chooser, browser, colorScheme, volumes, userFolders, applications}};
     Driver driver{app.window()};
 };

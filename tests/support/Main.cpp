@@ -9,8 +9,8 @@
 #ifdef DUSKFERN_TEST_WINDOW
 #include "Shell/DuskfernApp.h"
 
-#include <QtWidgets/QApplication>
-using Application = QApplication;
+#include <QtGui/QGuiApplication>
+using Application = QGuiApplication;
 
 namespace {
 

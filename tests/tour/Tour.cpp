@@ -5,7 +5,9 @@
 
 #include "Desktop/DesktopApplications.h"
 #include "Desktop/SystemVolumes.h"
+#include "Desktop/VisibleDisks.h"
 #include "Desktop/XdgUserFolders.h"
+#include "FolderBrowser/FolderBrowser.h"
 #include "Shell/DuskfernApp.h"
 #include "support/Driver.h"
 #include "support/FakeDesktop.h"
@@ -13,7 +15,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtTest/QTest>
-#include <QtWidgets/QApplication>
+#include <QtGui/QGuiApplication>
 
 #include <cstdlib>
 #include <iostream>
@@ -88,7 +90,8 @@ private:
     FakeColorScheme m_scheme;
     SystemVolumes m_volumes;
     XdgUserFolders m_userFolders;
-    DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_scheme, m_volumes, m_userFolders,
+    FolderBrowser m_browser{m_userFolders, diskFolders};
+    DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_browser, m_scheme, m_volumes, m_userFolders,
                        std::make_shared<DesktopApplications>(applicationFolders(m_userFolders.paths()))}};
     Driver m_driver{m_app.window()};
 };
@@ -97,8 +100,8 @@ private:
 
 int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
-    const QApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     DuskfernApp::prepareProcess();
-    Tour(QApplication::arguments()).run();
+    Tour(QGuiApplication::arguments()).run();
     return 0;
 }

@@ -1,14 +1,14 @@
-#include "Desktop/MountTable.h"
+#include "Desktop/VisibleDisks.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstdlib>
 #include <ostream>
 
 namespace {
 
-/// The mount table of one machine and what a person would call its disks.
+/// The mount table of one machine and what a person would call its disks: where each is mounted, the best place first.
 struct Machine {
     const char* what;
     const char* mountinfo;
@@ -46,7 +46,7 @@ const Machine machines[] = {
      "44 29 0:31 /@data/photos /fotos rw - btrfs /dev/sdb1 rw,subvol=/@data/photos\n"
      "45 29 0:31 / /run/backup/source rw - btrfs /dev/sdb1 rw,subvol=/\n",
      "",
-     {"/", "/fotos"}},
+     {"/ or /mnt/top or /home or /var/log", "/fotos or /srv/data"}},
     {"LVM, a bind mount of its /home and a disk that is mounted twice",
      "29 1 253:0 / / rw - xfs /dev/mapper/vg-root rw\n"
      "30 29 253:1 / /home rw - xfs /dev/mapper/vg-home rw\n"
@@ -55,7 +55,7 @@ const Machine machines[] = {
      "33 29 8:33 / /mnt/media/long rw - ext4 /dev/sdc1 rw\n"
      "34 29 8:33 / /data rw - ext4 /dev/sdc1 rw\n",
      "",
-     {"/", "/home", "/data"}},
+     {"/", "/home or /srv/www", "/data or /mnt/media/long"}},
     {"a container",
      "100 1 0:90 / / rw - overlay overlay rw,lowerdir=/l\n"
      "101 100 0:91 / /proc rw - proc proc rw\n"
@@ -64,7 +64,7 @@ const Machine machines[] = {
      "104 100 8:1 /volumes/db/_data /var/lib/database rw - ext4 /dev/sda1 rw\n"
      "105 100 0:95 / /dev/mqueue rw - mqueue mqueue rw\n",
      "",
-     {"/", "/var/lib/database"}},
+     {"/", "/etc/hosts or /var/lib/database"}},
     {"a live system on a USB stick",
      "20 1 0:30 / / rw - overlay overlay rw\n"
      "21 20 8:17 / /run/live/medium ro - iso9660 /dev/sdb1 ro\n"
@@ -86,7 +86,7 @@ const Machine machines[] = {
      "38 29 0:57 / /dav rw - fuse https://cloud.example/dav rw\n"
      "39 29 0:58 / /mnt/auto rw - autofs /etc/auto.misc rw\n",
      "",
-     {"/", "/net/music", "/mnt/office", "/home/ana/server", "/mnt/windows", "/dav"}},
+     {"/", "/net/music or /home/ana/music", "/mnt/office", "/home/ana/server", "/mnt/windows", "/dav"}},
     {"USB sticks, a CD and images that a person has mounted",
      "29 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
      "50 29 8:17 / /media/ana/Mi\\040disco rw - vfat /dev/sdb1 rw\n"
@@ -103,7 +103,41 @@ const Machine machines[] = {
      "32 29 0:42 / /tank/films rw - zfs tank/films rw\n"
      "33 29 0:43 / /tank rw - zfs tank rw\n",
      "",
-     {"/", "/tank"}},
+     {"/ or /home", "/tank"}},
+    {"ZFS: snapshots, one of them mounted at a short path",
+     "29 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+     "30 29 0:40 / /s ro - zfs tank@old ro\n"
+     "31 29 0:41 / /tank/films rw - zfs tank/films rw\n"
+     "32 31 0:42 / /tank/films/.zfs/snapshot/daily ro - zfs tank/films@daily ro\n"
+     "33 29 0:43 / /tankard rw - zfs tankard/home rw\n",
+     "",
+     {"/", "/tank/films or /s or /tank/films/.zfs/snapshot/daily", "/tankard"}},
+    {"a hand-held console, and what is called alike",
+     "29 1 0:26 / / ro - btrfs /dev/nvme0n1p4 ro\n"
+     "30 29 259:6 / /var rw - ext4 /dev/nvme0n1p6 rw\n"
+     "31 29 0:40 / /etc rw - overlay overlay rw,lowerdir=/etc\n"
+     "32 29 259:8 / /home rw - ext4 /dev/nvme0n1p8 rw\n"
+     "33 29 259:8 /.steamos/offload/opt /opt rw - ext4 /dev/nvme0n1p8 rw\n"
+     "34 29 259:1 / /esp rw - vfat /dev/nvme0n1p1 rw\n"
+     "35 29 259:2 / /efi rw - vfat /dev/nvme0n1p2 rw\n"
+     "36 29 259:3 / /recovery rw - vfat /dev/nvme0n1p3 rw\n"
+     "37 29 179:1 / /run/media/mmcblk0p1 rw - ext4 /dev/mmcblk0p1 rw\n"
+     "38 29 8:1 / /especial rw - ext4 /dev/sda1 rw\n"
+     "39 29 8:2 / /recovery-disk rw - ext4 /dev/sda2 rw\n",
+     "",
+     {"/", "/var", "/home or /opt", "/run/media/mmcblk0p1", "/especial", "/recovery-disk"}},
+    {"FUSE without a type of its own",
+     "29 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+     "30 29 0:50 / /home/ana/plain rw - fuse gocryptfs rw,user_id=1000\n"
+     "31 29 0:51 / /home/ana/again rw - fuse bindfs#/data rw,user_id=1000\n"
+     "32 29 0:52 / /home/ana/tool ro - fuse Editor.AppImage ro,user_id=1000\n"
+     "33 29 0:53 / /var/lib/lxcfs rw - fuse lxcfs rw\n"
+     "34 29 0:54 / /home/ana/server rw - fuse sshfs#ana@host:/ rw,user_id=1000\n"
+     "35 29 0:55 / /home/ana/cloud rw - fuse cloud:gocryptfs rw,user_id=1000\n"
+     "36 29 0:56 / /home/ana/other rw - fuse /dev/fuse rw,user_id=1000\n"
+     "37 29 8:33 / /home/ana/stick rw - fuseblk /dev/sdc1 rw,user_id=1000\n",
+     "",
+     {"/", "/home/ana/server", "/home/ana/cloud", "/home/ana/other", "/home/ana/stick"}},
     {"marked hidden in the table, in fstab, and a part that is",
      "29 1 8:2 / / rw - ext4 /dev/sda2 rw,x-gvfs-hide\n"
      "30 29 8:3 / /data rw - ext4 /dev/sda3 rw\n"
@@ -129,24 +163,60 @@ const Machine machines[] = {
      {"/", "/media/stick"}},
 };
 
-class MountTable : public testing::TestWithParam<Machine> {};
+class VisibleDisks : public testing::TestWithParam<Machine> {};
 
-TEST_P(MountTable, ShowsTheDisks) {
+TEST_P(VisibleDisks, AreWhatAPersonWouldCallADisk) {
     const TemporaryFolder folder;
     folder.text("mountinfo", GetParam().mountinfo);
     folder.text("fstab", GetParam().fstab);
     const auto table = readMountTable(folder.path("mountinfo").c_str(), folder.path("fstab").c_str());
     ASSERT_TRUE(table.has_value());
-    std::vector<std::string> targets;
-    for (const Mount& mount : visibleMounts(*table, [](const std::string& path) { return path != "/etc/hosts"; })) {
-        targets.push_back(mount.target);
+    std::vector<std::string> places;
+    for (const std::vector<Mount>& mounts : visibleDisks(*table)) {
+        std::string& place = places.emplace_back();
+        for (const Mount& mount : mounts) {
+            place += (place.empty() ? "" : " or ") + mount.target;
+        }
     }
-    EXPECT_EQ(targets, GetParam().visible);
+    EXPECT_EQ(places, GetParam().visible);
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, MountTable, testing::ValuesIn(machines));
+INSTANTIATE_TEST_SUITE_P(Machines, VisibleDisks, testing::ValuesIn(machines));
 
-TEST(MountTableFile, CannotBeRead) {
+TEST(MountTable, HonoursWhatTheMountUtilityNoted) {
+    const TemporaryFolder folder;
+    folder.text("mountinfo",
+                "29 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+                "30 29 8:3 / /data rw - ext4 /dev/sda3 rw\n"
+                "31 29 8:4 / /more rw - ext4 /dev/sda4 rw\n");
+    folder.text("utab", "SRC=/dev/sda3 TARGET=/data ROOT=/ OPTS=x-gvfs-hide\n");
+    folder.text("fstab", "");
+    setenv("LIBMOUNT_UTAB", folder.path("utab").c_str(), 1);
+    const auto table = readMountTable(folder.path("mountinfo").c_str(), folder.path("fstab").c_str());
+    unsetenv("LIBMOUNT_UTAB");
+    ASSERT_TRUE(table.has_value());
+    ASSERT_EQ(table->size(), 3U);
+    EXPECT_FALSE(table->at(0).isMarkedHidden);
+    EXPECT_TRUE(table->at(1).isMarkedHidden);
+    EXPECT_FALSE(table->at(2).isMarkedHidden);
+}
+
+TEST(MountTable, TellsWhatHoldsAMount) {
+    const TemporaryFolder folder;
+    folder.text("mountinfo",
+                "29 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+                "30 29 8:3 / /a/Mi\\040disco rw - ext4 /dev/sda3 rw\n");
+    const auto table = readMountTable(folder.path("mountinfo").c_str());
+    ASSERT_TRUE(table.has_value());
+    for (const char* const path : {"/", "/a", "/a/Mi disco"}) {
+        EXPECT_TRUE(holdsMount(path, *table)) << path;
+    }
+    for (const char* const path : {"/b", "/a/Mi", "/a/Mi disco/inside", "/a/Mi disco 2"}) {
+        EXPECT_FALSE(holdsMount(path, *table)) << path;
+    }
+}
+
+TEST(MountTable, MayBeMissing) {
     EXPECT_EQ(readMountTable("/nowhere/mountinfo"), std::nullopt);
 }
 

@@ -1,0 +1,352 @@
+#include "FolderBrowser/FolderBrowser.h"
+
+#include "Desktop/UserFolders.h"
+#include "FolderBrowser/TypedPath.h"
+#include "Foundation/DiskPatience.h"
+#include "Foundation/Dispatch.h"
+
+#include <QtCore/QPointer>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace {
+
+using Outcome = FolderListing::Outcome;
+
+/// Links may take longer than the folder that they lie in; what there is by then is shown without them.
+constexpr std::chrono::milliseconds firstLook{250};
+
+/// How many folders may be asked at a time. Each that never answers keeps a thread.
+constexpr std::size_t maximumReadings = 6;
+
+/// Letters that follow one another sooner are one text.
+constexpr qint64 pauseMilliseconds = 1000;
+
+QString notResponding() {
+    return QStringLiteral("Esta carpeta no responde.");
+}
+
+/// Why a folder is not shown that was there to be clicked.
+QString messageFor(Outcome outcome) {
+    switch (outcome) {
+        case Outcome::listed:
+            return {};
+        case Outcome::missing:
+            return QStringLiteral("Esta carpeta ya no existe.");
+        case Outcome::notFolder:
+            return QStringLiteral("Esto ya no es una carpeta.");
+        case Outcome::notPermitted:
+            return QStringLiteral("No tienes permiso para ver esta carpeta.");
+        case Outcome::failed:
+            return QStringLiteral("Esta carpeta no se puede abrir.");
+    }
+    return {};
+}
+
+/// Why a path that somebody typed leads nowhere.
+QString typedMessageFor(Outcome outcome) {
+    switch (outcome) {
+        case Outcome::missing:
+            return QStringLiteral("No existe ninguna carpeta con esa ruta.");
+        case Outcome::notFolder:
+            return QStringLiteral("Esa ruta no es de una carpeta.");
+        default:
+            return messageFor(outcome);
+    }
+}
+
+}  // namespace
+
+FolderBrowser::FolderBrowser(UserFolders& userFolders, Disks disks, QObject* parent)
+    : QObject(parent), m_userFolders(userFolders), m_disks(std::move(disks)) {
+    m_firstLook.setSingleShot(true);
+    m_firstLook.setInterval(firstLook);
+    connect(&m_firstLook, &QTimer::timeout, this, [this] {
+        look();
+        if (m_shown && m_state == State::waiting) {
+            showMessage(State::waiting, QStringLiteral("Abriendo…"));
+        }
+    });
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(diskPatience);
+    connect(&m_patience, &QTimer::timeout, this, &FolderBrowser::giveUp);
+}
+
+FolderBrowser::~FolderBrowser() = default;
+
+void FolderBrowser::choose(const FolderQuestion& question, Answer answer) {
+    m_answer = std::move(answer);
+    m_prompt = question.prompt;
+    const UserFolderPaths folders = m_userFolders.paths();
+    m_home = folders.home;
+    m_places = folderPlaces(folders, m_disks());
+    m_history.clear();
+    m_isStart = true;
+    const FileURL start = question.start.value_or(m_home);
+    show(start, {}, read(start));
+    Q_EMIT isOpenChanged();
+}
+
+void FolderBrowser::cancel() {
+    close(std::nullopt);
+}
+
+void FolderBrowser::close(const std::optional<FileURL>& answer) {
+    if (!isOpen()) {
+        return;
+    }
+    const Answer answered = std::exchange(m_answer, nullptr);
+    m_firstLook.stop();
+    m_patience.stop();
+    m_shown.reset();
+    m_typed.reset();
+    m_folders.setFolders({});
+    setSelectedRow(-1);
+    Q_EMIT isOpenChanged();
+    answered(answer);
+}
+
+QVariantList FolderBrowser::placeRows() const {
+    QVariantList rows;
+    for (const FolderPlace& place : m_places) {
+        rows.append(QVariant::fromValue(place));
+    }
+    return rows;
+}
+
+int FolderBrowser::currentPlace() const {
+    const auto found = std::find_if(m_places.begin(), m_places.end(),
+                                    [this](const FolderPlace& place) { return place.url == m_location; });
+    return found == m_places.end() ? -1 : static_cast<int>(found - m_places.begin());
+}
+
+QString FolderBrowser::choice() const {
+    if (m_selectedRow >= 0) {
+        return displayText(m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name);
+    }
+    if (m_state != State::shown) {
+        return {};
+    }
+    const int place = currentPlace();
+    return place >= 0 ? m_places[static_cast<std::size_t>(place)].name : displayText(m_location.lastPathComponent());
+}
+
+void FolderBrowser::select(int row) {
+    if (m_folders.rowCount() > 0) {
+        setSelectedRow(std::clamp(row, 0, m_folders.rowCount() - 1));
+    }
+}
+
+bool FolderBrowser::typeAhead(const QString& text) {
+    if (text.isEmpty() || !text.at(0).isPrint()) {
+        return false;
+    }
+    if (!m_sinceLetter.isValid() || m_sinceLetter.elapsed() > pauseMilliseconds) {
+        m_letters.clear();
+    }
+    if (m_letters.isEmpty() && text.at(0).isSpace()) {
+        return false;
+    }
+    m_sinceLetter.start();
+    const bool isRepeated = !m_letters.isEmpty() && m_letters == QString(m_letters.size(), text.at(0));
+    m_letters += text;
+    int row = m_folders.rowBeginning(m_letters, std::max(0, m_selectedRow + (m_letters.size() == 1 ? 1 : 0)));
+    if (row < 0 && isRepeated) {
+        row = m_folders.rowBeginning(text, m_selectedRow + 1);
+    }
+    if (row >= 0) {
+        setSelectedRow(row);
+    }
+    return true;
+}
+
+void FolderBrowser::enter() {
+    if (m_selectedRow < 0) {
+        accept();
+        return;
+    }
+    leaveFor(m_location.appendingPathComponent(m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name));
+}
+
+void FolderBrowser::goUp() {
+    if (canGoUp()) {
+        leaveFor(m_location.deletingLastPathComponent(), std::string(m_location.lastPathComponent()));
+    }
+}
+
+void FolderBrowser::goBack() {
+    if (canGoBack()) {
+        const Visit last = std::move(m_history.back());
+        m_history.pop_back();
+        show(last.url, last.selected, read(last.url));
+    }
+}
+
+void FolderBrowser::goToPlace(int row) {
+    if (row >= 0 && row < static_cast<int>(m_places.size())) {
+        leaveFor(m_places[static_cast<std::size_t>(row)].url);
+    }
+}
+
+void FolderBrowser::goTo(const QString& text) {
+    m_typed.reset();
+    setTypedError({});
+    // As it stands there it need not spell the folder's bytes.
+    if (text == locationText()) {
+        Q_EMIT arrived();
+        return;
+    }
+    const std::optional<FileURL> url = typedPath(text, m_home, m_location);
+    if (!url) {
+        setTypedError(typedMessageFor(Outcome::missing));
+        return;
+    }
+    m_typed = read(*url);
+    if (!m_typed) {
+        setTypedError(notResponding());
+    }
+}
+
+void FolderBrowser::accept() {
+    if (!choice().isEmpty()) {
+        close(m_selectedRow < 0 ? m_location
+                                : m_location.appendingPathComponent(
+                                      m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name));
+    }
+}
+
+FolderBrowser::Visit FolderBrowser::visit() const {
+    return {m_location,
+            m_selectedRow < 0 ? std::string() : m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name};
+}
+
+/// Goes from the folder shown to another one, or lists the same one again.
+void FolderBrowser::leaveFor(const FileURL& url, const std::string& selected) {
+    remember(url);
+    show(url, selected, read(url));
+}
+
+void FolderBrowser::remember(const FileURL& next) {
+    if (next != m_location) {
+        m_history.push_back(visit());
+    }
+    m_isStart = false;
+}
+
+void FolderBrowser::show(const FileURL& url, const std::string& selected, std::shared_ptr<FolderReading> reading) {
+    m_typed.reset();
+    setTypedError({});
+    m_letters.clear();
+    m_location = url;
+    m_toSelect = selected;
+    setSelectedRow(-1);
+    m_folders.setFolders({});
+    m_shown = std::move(reading);
+    if (m_shown) {
+        showMessage(State::waiting, {});
+    } else {
+        showMessage(State::failed, notResponding());
+    }
+    Q_EMIT arrived();
+}
+
+/// Begins to list a folder, or joins the listing that has begun. None while too many do not answer.
+std::shared_ptr<FolderReading> FolderBrowser::read(const FileURL& url) {
+    m_firstLook.start();
+    m_patience.start();
+    const auto known = m_readings.find(url.path());
+    if (known != m_readings.end()) {
+        return known->second;
+    }
+    if (m_readings.size() >= maximumReadings) {
+        return nullptr;
+    }
+    const auto reading = std::make_shared<FolderReading>(url);
+    m_readings.emplace(url.path(), reading);
+    Dispatch::background([reading, self = QPointer(this)](const std::stop_token& stop) {
+        reading->run(stop);
+        Dispatch::main([reading, self] {
+            if (self != nullptr) {
+                self->finished(reading);
+            }
+        });
+    });
+    return reading;
+}
+
+void FolderBrowser::finished(const std::shared_ptr<FolderReading>& reading) {
+    m_readings.erase(reading->url().path());
+    look();
+}
+
+/// Shows what has been listed so far.
+void FolderBrowser::look() {
+    if (m_typed) {
+        if (const std::optional<FolderListing> listing = m_typed->soFar()) {
+            const std::shared_ptr<FolderReading> typed = std::exchange(m_typed, nullptr);
+            if (listing->outcome != Outcome::listed) {
+                setTypedError(typedMessageFor(listing->outcome));
+            } else {
+                remember(typed->url());
+                show(typed->url(), {}, typed);
+            }
+        }
+    }
+    if (m_shown) {
+        if (std::optional<FolderListing> listing = m_shown->soFar()) {
+            if (!m_readings.contains(m_shown->url().path())) {
+                m_shown.reset();
+            }
+            showListing(std::move(*listing));
+        }
+    }
+}
+
+void FolderBrowser::giveUp() {
+    look();
+    if (std::exchange(m_typed, nullptr)) {
+        setTypedError(notResponding());
+    }
+    if (m_shown && m_state == State::waiting) {
+        showMessage(State::failed, notResponding());
+    }
+}
+
+void FolderBrowser::showListing(FolderListing listing) {
+    const bool isGone = listing.outcome == Outcome::missing || listing.outcome == Outcome::notFolder;
+    if (std::exchange(m_isStart, false) && isGone && m_location != m_home) {
+        show(m_home, {}, read(m_home));
+        return;
+    }
+    if (listing.outcome != Outcome::listed) {
+        showMessage(State::failed, messageFor(listing.outcome));
+        return;
+    }
+    const std::string selected = m_selectedRow < 0 ? std::exchange(m_toSelect, {}) : visit().selected;
+    setSelectedRow(-1);
+    m_folders.setFolders(std::move(listing.folders));
+    setSelectedRow(selected.empty() ? -1 : m_folders.rowOf(selected));
+    const bool isEmpty = m_folders.rowCount() == 0;
+    showMessage(State::shown, isEmpty ? QStringLiteral("No hay carpetas dentro de esta.") : QString());
+}
+
+void FolderBrowser::showMessage(State state, const QString& message) {
+    m_state = state;
+    m_message = message;
+    Q_EMIT shownChanged();
+    Q_EMIT selectionChanged();
+}
+
+void FolderBrowser::setTypedError(const QString& error) {
+    if (std::exchange(m_typedError, error) != error) {
+        Q_EMIT typedErrorChanged();
+    }
+}
+
+void FolderBrowser::setSelectedRow(int row) {
+    if (std::exchange(m_selectedRow, row) != row) {
+        Q_EMIT selectionChanged();
+    }
+}

@@ -1,0 +1,59 @@
+#include "FolderBrowser/FolderListModel.h"
+
+#include "Foundation/NameFolding.h"
+
+#include <algorithm>
+#include <utility>
+
+void FolderListModel::setFolders(std::vector<FolderEntry> folders) {
+    if (folders != m_folders) {
+        beginResetModel();
+        m_folders = std::move(folders);
+        endResetModel();
+    }
+}
+
+int FolderListModel::rowOf(std::string_view name) const {
+    const auto found = std::find_if(m_folders.begin(), m_folders.end(),
+                                    [&](const FolderEntry& folder) { return folder.name == name; });
+    return found == m_folders.end() ? -1 : static_cast<int>(found - m_folders.begin());
+}
+
+int FolderListModel::rowBeginning(const QString& text, int first) const {
+    const NameFolding folding{QLocale()};
+    const std::optional<std::string> wanted = folding.foldText(text);
+    const int count = rowCount();
+    std::string name;
+    for (int step = 0; wanted && step < count; ++step) {
+        const int row = (first + step) % count;
+        name.clear();
+        folding.fold(m_folders[static_cast<std::size_t>(row)].name, name);
+        if (name.starts_with(*wanted)) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+int FolderListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_folders.size());
+}
+
+QVariant FolderListModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const FolderEntry& folder = m_folders[static_cast<std::size_t>(index.row())];
+    switch (role) {
+        case NameRole:
+            return displayText(folder.name);
+        case IsLinkRole:
+            return folder.isLink;
+        default:
+            return {};
+    }
+}
+
+QHash<int, QByteArray> FolderListModel::roleNames() const {
+    return {{NameRole, "name"}, {IsLinkRole, "isLink"}};
+}

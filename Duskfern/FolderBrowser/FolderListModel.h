@@ -1,0 +1,34 @@
+#pragma once
+
+#include "FolderBrowser/FolderListing.h"
+
+#include <QtCore/QAbstractListModel>
+
+/// The rows of the folder that is shown.
+class FolderListModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role { NameRole = Qt::UserRole, IsLinkRole };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Shows other folders.
+    void setFolders(std::vector<FolderEntry> folders);
+
+    [[nodiscard]] const std::vector<FolderEntry>& folders() const { return m_folders; }
+
+    /// The row of the folder of this name; -1 if there is none.
+    [[nodiscard]] int rowOf(std::string_view name) const;
+
+    /// The first row, counted from `first` on and then from the top, whose name begins with `text` whatever the case;
+    /// -1 if none does.
+    [[nodiscard]] int rowBeginning(const QString& text, int first) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    std::vector<FolderEntry> m_folders;
+};

@@ -1,0 +1,63 @@
+import QtQuick
+import QtQuick.Templates as T
+import Duskfern.FolderBrowser
+import Duskfern.Theme
+
+/// Shows where one is, and takes a path to go to.
+T.TextField {
+    id: root
+
+    required property FolderBrowser browser
+
+    /// Puts the keyboard here, with everything selected.
+    function begin() {
+        root.forceActiveFocus(Qt.ShortcutFocusReason);
+        root.selectAll();
+    }
+
+    /// Shows the folder again, whatever was typed.
+    function restore() {
+        root.text = root.browser.location;
+    }
+
+    Accessible.name: "Ruta de la carpeta"
+    Accessible.role: Accessible.EditableText
+    color: Theme.primary
+    font.family: Theme.family
+    font.pixelSize: Theme.body
+    hoverEnabled: true
+    implicitHeight: Math.ceil(contentHeight) + topPadding + bottomPadding
+    leftPadding: 12
+    maximumLength: 100000
+    renderType: Text.NativeRendering
+    rightPadding: 12
+    selectByMouse: true
+    selectedTextColor: "white"
+    selectionColor: Theme.blue
+    text: root.browser.location
+    verticalAlignment: TextInput.AlignVCenter
+    bottomPadding: 8
+    topPadding: 8
+
+    onAccepted: root.browser.goTo(root.text)
+
+    background: Rectangle {
+        border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
+        border.width: 1
+        color: Theme.dark ? Theme.tint(Theme.primary, 0.08) : "white"
+        radius: 8
+
+        FocusRing {
+            cornerRadius: 11
+            shown: root.activeFocus
+        }
+    }
+
+    Connections {
+        function onArrived() {
+            root.restore();
+        }
+
+        target: root.browser
+    }
+}

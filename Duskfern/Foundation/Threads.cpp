@@ -1,0 +1,100 @@
+#include "Foundation/Threads.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <new>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace Threads {
+
+namespace {
+
+/// With this a thread of the window that has something to do gets most of a core.
+constexpr int backgroundNiceness = 5;
+
+/// A thread that runs `work`; one that cannot be joined when there is none to be had.
+std::thread tryStart(std::function<void()> work) noexcept {
+    try {
+        return std::thread(std::move(work));
+    } catch (const std::system_error&) {
+        return {};
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
+struct Running {
+    std::mutex mutex;
+    std::condition_variable ended;
+    int count = 0;  ///< Threads of `start`.
+};
+
+/// Never destroyed: threads may outlive everything else.
+Running& running() {
+    static auto* const here = new Running;
+    return *here;
+}
+
+void changeRunning(int by) {
+    const std::lock_guard lock(running().mutex);
+    running().count += by;
+    running().ended.notify_all();
+}
+
+}  // namespace
+
+bool start(std::function<void()> work, Priority priority) noexcept {
+    changeRunning(1);
+    std::thread thread = tryStart([work = std::move(work), priority]() mutable {
+        if (priority == Priority::background) {
+            (void)setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), backgroundNiceness);
+        }
+        work();
+        // What the work holds goes before anybody who waits for its end comes back.
+        work = nullptr;
+        changeRunning(-1);
+    });
+    const bool started = thread.joinable();
+    if (started) {
+        thread.detach();
+    } else {
+        changeRunning(-1);
+    }
+    return started;
+}
+
+bool waitForAll(std::chrono::milliseconds patience) {
+    std::unique_lock lock(running().mutex);
+    return running().ended.wait_for(lock, patience, [] { return running().count == 0; });
+}
+
+void runAll(std::size_t count, const std::function<void(std::size_t)>& work) {
+    std::atomic<std::size_t> next = 0;
+    const auto runSome = [&] {
+        for (std::size_t index = next++; index < count; index = next++) {
+            work(index);
+        }
+    };
+    std::vector<std::thread> threads;
+    threads.reserve(count);
+    for (std::size_t i = 1; i < count; ++i) {
+        std::thread thread = tryStart(runSome);
+        if (!thread.joinable()) {
+            break;
+        }
+        threads.push_back(std::move(thread));
+    }
+    runSome();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+}  // namespace Threads

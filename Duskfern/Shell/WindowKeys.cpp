@@ -1,0 +1,63 @@
+#include "Shell/WindowKeys.h"
+
+#include <QtGui/QKeyEvent>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+enum class When { notBlocked, always };
+
+struct WindowKey {
+    Qt::Key key;
+    Qt::KeyboardModifier modifier;
+    void (WindowKeys::*command)();
+    When when = When::notBlocked;
+};
+
+constexpr WindowKey windowKeys[] = {
+    {Qt::Key_Q, Qt::ControlModifier, &WindowKeys::quit, When::always},
+    {Qt::Key_O, Qt::ControlModifier, &WindowKeys::chooseFolder},
+    {Qt::Key_R, Qt::ControlModifier, &WindowKeys::analyse},
+    {Qt::Key_F, Qt::ControlModifier, &WindowKeys::search},
+    {Qt::Key_1, Qt::ControlModifier, &WindowKeys::showHome},
+    {Qt::Key_2, Qt::ControlModifier, &WindowKeys::showSpace},
+    {Qt::Key_3, Qt::ControlModifier, &WindowKeys::showJunk},
+    {Qt::Key_A, Qt::AltModifier, &WindowKeys::menu},
+    {Qt::Key_F10, Qt::NoModifier, &WindowKeys::menu},
+};
+
+/// The modifiers that were held for their own sake: some layouts need Shift for a digit.
+Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event) {
+    Qt::KeyboardModifiers ignored = Qt::KeypadModifier | Qt::GroupSwitchModifier;
+    if (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9) {
+        ignored |= Qt::ShiftModifier;
+    }
+    return event.modifiers() & ~ignored;
+}
+
+}  // namespace
+
+void WindowKeys::setWindow(QQuickWindow* window) {
+    m_window = window;
+    m_window->installEventFilter(this);
+    Q_EMIT windowChanged();
+}
+
+bool WindowKeys::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) {
+        return QObject::eventFilter(watched, event);
+    }
+    const auto& press = *static_cast<QKeyEvent*>(event);
+    const auto* const row = std::find_if(std::begin(windowKeys), std::end(windowKeys), [&](const WindowKey& candidate) {
+        return candidate.key == press.key() && candidate.modifier == modifiersOf(press);
+    });
+    if (row == std::end(windowKeys) || (m_blocked && row->when == When::notBlocked)) {
+        return false;
+    }
+    if (!press.isAutoRepeat()) {
+        (this->*row->command)();
+    }
+    return true;
+}

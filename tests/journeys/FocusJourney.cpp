@@ -1,0 +1,258 @@
+#include "support/KeyboardJourney.h"
+
+#include <QtTest/QSignalSpy>
+
+#include <filesystem>
+#include <random>
+
+namespace {
+
+constexpr const char* files = "Archivos más grandes";
+
+class FocusJourney : public KeyboardJourney {
+protected:
+    [[nodiscard]] std::string selected() { return app.store().selectedName().toStdString(); }
+
+    /// Whether a bubble of this file has the focus.
+    [[nodiscard]] bool isOnBubble(const std::string& file) const { return driver.focused().starts_with(file + ", "); }
+
+    void trashSelected() {
+        const qint64 before = app.store().fileCount();
+        press(Qt::Key_Delete);
+        press(Qt::Key_Return);
+        ASSERT_TRUE(Driver::waitUntil([&] { return app.store().fileCount() == before - 1; }));
+        ASSERT_TRUE(Driver::waitUntil([&] { return !driver.focused().empty(); }));
+    }
+};
+
+TEST_F(FocusJourney, AScreenThatIsShownHasTheKeyboardAndAHiddenOneHasNot) {
+    tree.file("home/.cache/app0/a", 4096);
+    showMap();
+    press(Qt::Key_Home);
+    EXPECT_EQ(selected(), "f10.mov");
+
+    press(Qt::Key_3, Qt::ControlModifier);
+    ASSERT_TRUE(driver.waitFor(QStringLiteral("app0"), list));
+    EXPECT_EQ(driver.focused(), "Elementos encontrados");
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Delete, Qt::Key_End}) {
+        press(key);
+    }
+    EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.cache/app0")});
+
+    fileManager.revealed.clear();
+    press(Qt::Key_1, Qt::ControlModifier);
+    ASSERT_TRUE(Driver::waitUntil([this] { return driver.isEnabled(QStringLiteral("Actualizar")); }));
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Delete, Qt::Key_End, Qt::Key_Return, Qt::Key_Up}) {
+        press(key);
+    }
+    EXPECT_TRUE(fileManager.revealed.empty());
+    EXPECT_EQ(selected(), "f10.mov");
+    EXPECT_EQ(openDialog(), "");
+
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(driver.focused(), files);
+    press(Qt::Key_Down);
+    EXPECT_EQ(selected(), "f11.zip");
+}
+
+TEST_F(FocusJourney, WithoutRowsTheMainButtonIsFirst) {
+    showWindow();
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(driver.focused(), "Elegir carpeta…");
+    chooser.folder = tree.url("home");
+    press(Qt::Key_Return);
+    ASSERT_TRUE(Driver::waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
+    press(Qt::Key_1, Qt::ControlModifier);
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(driver.focused(), "Elegir carpeta");
+    std::filesystem::remove_all(tree.path("home"));
+    press(Qt::Key_3, Qt::ControlModifier);
+    ASSERT_TRUE(driver.waitFor(QStringLiteral("Busca basura olvidada")));
+    EXPECT_TRUE(Driver::waitUntil([this] { return driver.focused() == "Analizar basura"; }));
+
+    // A page that is in sight as a whole needs no keys, and a button that is disabled takes none.
+    app.window().resize(1440, 1000);
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_TRUE(Driver::waitUntil([this] { return driver.focused() == "Actualizar"; }));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(Driver::waitUntil([this] { return driver.focused() == "Actualizar"; }));
+}
+
+TEST_F(FocusJourney, TheKeysOfTheWindowWorkFromEverywhere) {
+    tree.file("home/.cache/app0/a", 4096);
+    showMap();
+    const auto places = {"Archivo",        "Inicio",          "Vídeos", "Divisor",
+                         "Elegir carpeta", "Buscar archivos", files,    "f10.mov"};
+    for (const char* const place : places) {
+        for (const Qt::Key screen : {Qt::Key_1, Qt::Key_3}) {
+            ASSERT_TRUE(driver.tabTo(place)) << place;
+            press(screen, Qt::ControlModifier);
+            EXPECT_EQ(app.store().mode(), screen == Qt::Key_1 ? ScanStore::Mode::home : ScanStore::Mode::junk) << place;
+            press(Qt::Key_2, Qt::ControlModifier);
+            EXPECT_EQ(driver.focused(), files) << place;
+        }
+        ASSERT_TRUE(driver.tabTo(place)) << place;
+        press(Qt::Key_F, Qt::ControlModifier);
+        EXPECT_EQ(driver.focused(), "Buscar archivos") << place;
+        ASSERT_TRUE(driver.tabTo(place)) << place;
+        const int asked = chooser.asked;
+        press(Qt::Key_O, Qt::ControlModifier);
+        EXPECT_TRUE(Driver::waitUntil([&] { return chooser.asked == asked + 1; })) << place;
+        ASSERT_TRUE(Driver::waitUntil([this] { return !app.store().isScanning(); }));
+        const QSignalSpy scans(&app.store(), &ScanStore::isScanningChanged);
+        press(Qt::Key_R, Qt::ControlModifier);
+        EXPECT_FALSE(scans.isEmpty()) << place << ", and a folder was just chosen";
+        ASSERT_TRUE(Driver::waitUntil([this] { return !app.store().isScanning(); }));
+    }
+    press(Qt::Key_3, Qt::ControlModifier);
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(app.store().mode(), ScanStore::Mode::space);
+    EXPECT_EQ(driver.focused(), "Buscar archivos");
+}
+
+TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
+    showMap();
+    const std::pair<Qt::Key, Qt::KeyboardModifier> keys[] = {{Qt::Key_F10, Qt::NoModifier},
+                                                             {Qt::Key_A, Qt::AltModifier}};
+    for (const char* const place : {"Vídeos", "Buscar archivos", files}) {
+        for (const auto& [key, modifier] : keys) {
+            ASSERT_TRUE(driver.tabTo(place));
+            press(key, modifier);
+            EXPECT_EQ(driver.focused(), "Elegir carpeta…") << place;
+            press(Qt::Key_Escape);
+            EXPECT_EQ(driver.focused(), place);
+            press(Qt::Key_F10);
+            press(Qt::Key_F10);
+            EXPECT_EQ(driver.focused(), place) << "opened and closed";
+            press(key, modifier);
+            press(Qt::Key_1, Qt::ControlModifier);
+            press(Qt::Key_2, Qt::ControlModifier);
+            EXPECT_EQ(driver.focused(), files) << "closed by going elsewhere";
+        }
+    }
+    chooser.waits = true;
+    press(Qt::Key_F10);
+    driver.key(Qt::Key_Return);
+    ASSERT_TRUE(Driver::waitUntil([this] { return chooser.waiting != nullptr; }));
+    chooser.waiting(std::nullopt);
+    EXPECT_EQ(driver.focused(), files);
+}
+
+TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
+    showMap();
+    ASSERT_TRUE(driver.tabTo("f13.zip"));
+    app.store().setSearch(QStringLiteral("zip"));
+    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
+    app.store().setSearch(QStringLiteral("f13"));
+    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
+    app.store().setSearch({});
+    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
+    press(Qt::Key_Return);
+    EXPECT_EQ(selected(), "f13.zip");
+
+    // A larger one goes, and then the one itself.
+    app.store().selectRow(0);
+    trashSelected();
+    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
+    press(Qt::Key_Space);
+    trashSelected();
+    EXPECT_EQ(driver.focused(), files);
+
+    // The focus of who types a search is not taken.
+    ASSERT_TRUE(driver.tabTo("f14.mov"));
+    press(Qt::Key_F, Qt::ControlModifier);
+    driver.type(QStringLiteral("zip"));
+    EXPECT_EQ(driver.focused(), "Buscar archivos");
+    EXPECT_EQ(app.store().search(), QStringLiteral("zip"));
+}
+
+TEST_F(FocusJourney, AfterAMoveTheNextArrowGoesOnFromThere) {
+    showMap();
+    press(Qt::Key_Home);
+    for (int row = 0; row < 3; ++row) {
+        press(Qt::Key_Down);
+    }
+    trashSelected();
+    EXPECT_EQ(selected(), "");
+    EXPECT_EQ(driver.focused(), files);
+    press(Qt::Key_Down);
+    EXPECT_EQ(selected(), "f14.mov");
+    trashSelected();
+    press(Qt::Key_Up);
+    EXPECT_EQ(selected(), "f12.mov");
+    press(Qt::Key_End);
+    trashSelected();
+    press(Qt::Key_Down);
+    EXPECT_EQ(selected(), "f48.mov") << "the last row is left";
+}
+
+TEST_F(FocusJourney, WhatIsOnItsWayIsNotAskedAboutAgain) {
+    showMap();
+    trash.waits = true;
+    press(Qt::Key_Home);
+    press(Qt::Key_Delete);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(driver.waitFor(QStringLiteral("Moviendo a la papelera… 45%")));
+    EXPECT_FALSE(driver.shows(QStringLiteral("A la papelera"), QAccessible::Button));
+    EXPECT_TRUE(driver.shows(QStringLiteral("f10.mov")));
+    press(Qt::Key_Delete);
+    EXPECT_EQ(openDialog(), "");
+    press(Qt::Key_Down);
+    EXPECT_FALSE(driver.shows(QStringLiteral("Moviendo a la papelera… 45%")));
+    EXPECT_TRUE(driver.shows(QStringLiteral("A la papelera"), QAccessible::Button));
+    press(Qt::Key_Up);
+    EXPECT_TRUE(driver.shows(QStringLiteral("Moviendo a la papelera… 45%")));
+    trash.turns.release();
+    EXPECT_TRUE(driver.waitFor(QStringLiteral("Selecciona un archivo")));
+    EXPECT_EQ(app.store().fileCount(), 39);
+}
+
+TEST_F(FocusJourney, TheSelectedRowIsInSightWhenAFilterGoes) {
+    showMap();
+    // The first ten stay in their rows whatever is searched for here.
+    for (int i = 0; i < 600; ++i) {
+        tree.text("files/vacío " + std::to_string(1000 + i) + (i < 300 ? ".zip" : ".txt"), "");
+    }
+    press(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(Driver::waitUntil([this] { return app.store().fileCount() == 640 && !app.store().isScanning(); }));
+    const auto isInSight = [this] { return driver.shows(app.store().selectedName(), list); };
+    for (const char* const search : {"f", "f4", "zip", "txt"}) {
+        press(Qt::Key_F, Qt::ControlModifier);
+        driver.type(QString::fromLatin1(search));
+        ASSERT_TRUE(driver.tabTo(files));
+        press(Qt::Key_End);
+        EXPECT_TRUE(isInSight()) << search;
+        press(Qt::Key_Escape);
+        EXPECT_EQ(app.store().search(), QString());
+        EXPECT_TRUE(Driver::waitUntil(isInSight)) << search;
+    }
+}
+
+/// Whatever keys are pressed in whatever order, there is always something that has the focus.
+TEST_F(FocusJourney, NoKeyLeadsToNothing) {
+    for (int i = 0; i < 6; ++i) {
+        tree.file("home/.cache/app" + std::to_string(i) + "/a", 4096);
+    }
+    showMap();
+    const std::pair<Qt::Key, Qt::KeyboardModifier> keys[] = {
+        {Qt::Key_Tab, Qt::NoModifier},    {Qt::Key_Tab, Qt::NoModifier},    {Qt::Key_Backtab, Qt::ShiftModifier},
+        {Qt::Key_Return, Qt::NoModifier}, {Qt::Key_Return, Qt::NoModifier}, {Qt::Key_Escape, Qt::NoModifier},
+        {Qt::Key_Space, Qt::NoModifier},  {Qt::Key_Down, Qt::NoModifier},   {Qt::Key_Up, Qt::NoModifier},
+        {Qt::Key_End, Qt::NoModifier},    {Qt::Key_Delete, Qt::NoModifier}, {Qt::Key_F10, Qt::NoModifier},
+        {Qt::Key_F, Qt::NoModifier},      {Qt::Key_1, Qt::ControlModifier}, {Qt::Key_2, Qt::ControlModifier},
+        {Qt::Key_3, Qt::ControlModifier}, {Qt::Key_F, Qt::ControlModifier}, {Qt::Key_O, Qt::ControlModifier},
+        {Qt::Key_R, Qt::ControlModifier}, {Qt::Key_A, Qt::AltModifier},
+    };
+    std::mt19937 random(20);
+    for (int step = 0; step < 1500 && !testing::Test::HasFailure(); ++step) {
+        const auto& [key, modifier] = keys[random() % std::size(keys)];
+        trash.refusesAll = random() % 2 == 0;
+        press(key, modifier);
+        if (step % 10 == 0) {
+            QTest::qWait(5);
+            EXPECT_FALSE(driver.focused().empty());
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,101 @@
+#include "support/KeyboardJourney.h"
+
+#include <QtGui/QWheelEvent>
+#include <QtQuick/QQuickItem>
+
+namespace {
+
+class HoverJourney : public KeyboardJourney {
+protected:
+    /// Puts the pointer there.
+    void pointAt(QPoint place) {
+        m_pointer = place;
+        QTest::mouseMove(&app.window(), m_pointer);
+        QTest::qWait(30);
+    }
+
+    /// How many show that the pointer is on them, and those that it is not on.
+    struct Hovered {
+        int all = 0;
+        std::string wrong;
+    };
+    void count(const QQuickItem* item, Hovered& hovered) const {
+        if (item->isVisible() && (item->property("containsMouse").toBool() || item->property("hovered").toBool())) {
+            ++hovered.all;
+            if (!item->contains(item->mapFromScene(m_pointer))) {
+                const QRectF place = item->mapRectToScene(QRectF(QPointF(), item->size()));
+                hovered.wrong += item->metaObject()->className() + (" at " + std::to_string(place.top())) + " ";
+            }
+        }
+        for (const QQuickItem* const child : item->childItems()) {
+            count(child, hovered);
+        }
+    }
+    [[nodiscard]] Hovered hovered() {
+        Hovered hovered;
+        count(app.window().contentItem(), hovered);
+        return hovered;
+    }
+
+    void expectNoneElsewhere(const char* after) {
+        QTest::qWait(30);
+        EXPECT_EQ(hovered().wrong, "") << after << ", pointer at " << m_pointer.y();
+        const QPoint back = m_pointer;
+        pointAt({8, 400});
+        EXPECT_EQ(hovered().wrong, "") << after << ", and away from " << back.y();
+        pointAt(back);
+        EXPECT_EQ(hovered().wrong, "") << after << ", and back";
+    }
+
+    void wheel(int steps) {
+        QWheelEvent event(m_pointer, app.window().mapToGlobal(m_pointer), {}, {0, 120 * steps}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&app.window(), &event);
+        QTest::qWait(400);
+    }
+
+    /// Scrolls while the pointer is on a row, just above the rows and just below them.
+    void useList(const char* row) {
+        const QQuickItem* const rows = app.window().activeFocusItem();
+        const QRect area = rows->mapRectToScene(QRectF(QPointF(), rows->size())).toRect();
+        const QRect first = driver.find(QString::fromUtf8(row), list)->rect();
+        const QPoint onRow = app.window().mapFromGlobal(first.center());
+        const QPoint below(onRow.x(), std::min(area.bottom() + 20, app.window().height() - 2));
+        for (const QPoint place : {onRow, QPoint(onRow.x(), area.top() - 20), below}) {
+            pointAt(place);
+            for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_End, Qt::Key_Home, Qt::Key_PageDown, Qt::Key_Home}) {
+                press(key);
+                expectNoneElsewhere("scrolling by key");
+            }
+            for (int step = 0; step < 12; ++step) {
+                press(Qt::Key_Down);
+            }
+            expectNoneElsewhere("going down");
+        }
+        pointAt(onRow);
+        EXPECT_GT(hovered().all, 0);
+        for (const int steps : {-1, -5, 3, -20, 20}) {
+            wheel(steps);
+            expectNoneElsewhere("scrolling by wheel");
+        }
+    }
+
+private:
+    QPoint m_pointer;
+};
+
+TEST_F(HoverJourney, RowsOfFiles) {
+    showMap();
+    useList("f13.zip");
+    for (const char* const search : {"f4", "f49", "nothing", "", "zip", ""}) {
+        app.store().setSearch(QString::fromLatin1(search));
+        expectNoneElsewhere(search);
+    }
+}
+
+TEST_F(HoverJourney, RowsOfJunk) {
+    showJunk(60);
+    useList(driver.names(list).at(3).c_str());
+}
+
+}  // namespace

@@ -27,10 +27,6 @@ constexpr std::uint32_t anchorDistance = 32;
 /// No more folders are kept open by one worker.
 constexpr std::size_t maximumOpenFolders = 16;
 
-bool isShortage(int error) {
-    return error == EMFILE || error == ENFILE || error == ENOMEM;
-}
-
 /// Keeps errno.
 std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
     const int error = errno;

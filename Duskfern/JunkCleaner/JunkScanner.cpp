@@ -99,7 +99,7 @@ public:
 
     void judge(const JunkPlace& place, const JunkListing& listing) {
         if (listing.path.empty() || !isPlaceToClean(place, listing.path) ||
-            (place.kind == JunkKind::leftover && !m_answers.names)) {
+            (place.kind == JunkKind::leftover && !(m_answers.names && m_answers.names->isComplete))) {
             return;
         }
         m_visited.push_back(listing.path);

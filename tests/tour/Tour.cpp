@@ -14,8 +14,8 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtTest/QTest>
 #include <QtGui/QGuiApplication>
+#include <QtTest/QTest>
 
 #include <cstdlib>
 #include <iostream>

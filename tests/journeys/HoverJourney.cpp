@@ -19,8 +19,12 @@ protected:
         int all = 0;
         std::string wrong;
     };
+    static bool isSet(const QQuickItem* item, const char* property) {
+        const QVariant value = item->property(property);
+        return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+    }
     void count(const QQuickItem* item, Hovered& hovered) const {
-        if (item->isVisible() && (item->property("containsMouse").toBool() || item->property("hovered").toBool())) {
+        if (item->isVisible() && (isSet(item, "containsMouse") || isSet(item, "hovered"))) {
             ++hovered.all;
             if (!item->contains(item->mapFromScene(m_pointer))) {
                 const QRectF place = item->mapRectToScene(QRectF(QPointF(), item->size()));

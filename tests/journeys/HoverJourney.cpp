@@ -19,12 +19,13 @@ protected:
         int all = 0;
         std::string wrong;
     };
-    static bool isSet(const QQuickItem* item, const char* property) {
-        const QVariant value = item->property(property);
-        return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
-    }
     void count(const QQuickItem* item, Hovered& hovered) const {
-        if (item->isVisible() && (isSet(item, "containsMouse") || isSet(item, "hovered"))) {
+        // The map's "hovered" is the number of a bubble.
+        const auto isTrue = [item](const char* property) {
+            const QVariant value = item->property(property);
+            return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+        };
+        if (item->isVisible() && (isTrue("containsMouse") || isTrue("hovered"))) {
             ++hovered.all;
             if (!item->contains(item->mapFromScene(m_pointer))) {
                 const QRectF place = item->mapRectToScene(QRectF(QPointF(), item->size()));

@@ -84,7 +84,7 @@ Rectangle {
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
         delegate: MainMenuItem {}
         implicitHeight: contentItem.implicitHeight + 2 * padding
-        implicitWidth: 250
+        implicitWidth: Math.max(250, 18 * Theme.body)
         margins: 4
         modal: false
         padding: 5

@@ -192,10 +192,10 @@ void PortalFolderChooser::Request::open() {
 }
 
 /// The dialog is there. Portals before version 0.9 give the request a path of their own choice.
-void PortalFolderChooser::Request::opened(const std::string& actual) {
+void PortalFolderChooser::Request::opened(const std::string& path) {
     isOpen = true;
-    if (actual != listensAt) {
-        follow(actual);
+    if (path != listensAt) {
+        follow(path);
     }
     const auto onVanished = [](GDBusConnection*, const char*, gpointer self) {
         static_cast<Request*>(self)->isOpen = false;

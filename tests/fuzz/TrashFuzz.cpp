@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
     }
 
-    const std::string note = trashNote(bytes, static_cast<std::time_t>(number) * 1000);
+    const std::string note = trashNote(bytes, static_cast<std::time_t>(number) * 10);
     const std::size_t end = note.find("\nDeletionDate=");
     require(note.starts_with("[Trash Info]\nPath=") && end != std::string::npos && note.size() == end + 34);
     require(note.find('\n', 13) == end && decoded(std::string_view(note).substr(18, end - 18)) == bytes);

@@ -92,7 +92,7 @@ Rectangle {
         // It goes when the keyboard is wanted elsewhere; not at once, because that may be its own end.
         onActiveFocusChanged: {
             if (!menu.activeFocus) {
-                Qt.callLater(menu.close);
+                Qt.callLater(menu.close); // qmllint disable type
             }
         }
         onClosed: root.closed()

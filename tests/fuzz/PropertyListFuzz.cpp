@@ -1,0 +1,8 @@
+#include "Desktop/DesktopEntry.h"
+#include "Input.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text = textOf(data, size);
+    static_cast<void>(bundleIdentifier(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(size))));
+    return 0;
+}

@@ -1,8 +1,8 @@
 // Shows an empty Qt Quick window and ends after its first frame: what any such program takes at the least.
 
+#include <QtGui/QGuiApplication>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQuick/QQuickWindow>
-#include <QtGui/QGuiApplication>
 
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);

@@ -31,7 +31,7 @@ Outcome inProcess(const std::function<void()>& run) {
         std::cerr << "a contestant failed\n";
         std::exit(1);
     }
-    return {milliseconds(Clock::now() - start), static_cast<double>(usage.ru_maxrss) * 1024};
+    return {inMilliseconds(Clock::now() - start), static_cast<double>(usage.ru_maxrss) * 1024};
 }
 
 struct BudgetRow {
@@ -48,7 +48,7 @@ std::vector<BudgetRow>& budgets() {
 
 }  // namespace
 
-double milliseconds(Clock::duration duration) {
+double inMilliseconds(Clock::duration duration) {
     return std::chrono::duration<double, std::milli>(duration).count();
 }
 

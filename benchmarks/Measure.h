@@ -7,7 +7,8 @@
 
 using Clock = std::chrono::steady_clock;
 
-[[nodiscard]] double milliseconds(Clock::duration duration);
+/// Not called like the unit: the headers of newer Qt say `using namespace std::chrono`.
+[[nodiscard]] double inMilliseconds(Clock::duration duration);
 [[nodiscard]] double median(std::vector<double> values);
 
 /// One way to do something; run in a process of its own so that its peak memory is its own.

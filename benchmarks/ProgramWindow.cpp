@@ -34,7 +34,7 @@ public:
     Absence() {
         QObject::connect(&m_timer, &QTimer::timeout, [this] {
             const Clock::time_point now = Clock::now();
-            m_longest = std::max(m_longest, milliseconds(now - m_last) - 1);
+            m_longest = std::max(m_longest, inMilliseconds(now - m_last) - 1);
             m_last = now;
         });
         m_timer.setTimerType(Qt::PreciseTimer);
@@ -66,7 +66,7 @@ void measureScan(DuskfernApp& app, const char* folder) {
         Qt::DirectConnection);
     QObject::connect(
         &app.window(), &QQuickWindow::frameSwapped, &app.window(),
-        [&] { frame = std::max(frame, milliseconds(Clock::now() - frameBegin)); }, Qt::DirectConnection);
+        [&] { frame = std::max(frame, inMilliseconds(Clock::now() - frameBegin)); }, Qt::DirectConnection);
     double away = 0;
     {
         const Absence absence;
@@ -88,11 +88,11 @@ void measureScan(DuskfernApp& app, const char* folder) {
         // The search field is the first to hear; what follows is work of the screens.
         const auto counted = QObject::connect(&store, &ScanStore::searchChanged, [&] {
             (void)store.filteredCount();
-            keystroke = std::max(keystroke, milliseconds(Clock::now() - start));
+            keystroke = std::max(keystroke, inMilliseconds(Clock::now() - start));
         });
         const auto connection = QObject::connect(
             &app.window(), &QQuickWindow::beforeSynchronizing, &app.window(),
-            [&] { shown = shown > 0 ? shown : milliseconds(Clock::now() - start); }, Qt::DirectConnection);
+            [&] { shown = shown > 0 ? shown : inMilliseconds(Clock::now() - start); }, Qt::DirectConnection);
         store.setSearch(QString::fromUtf8(text));
         while (shown == 0) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

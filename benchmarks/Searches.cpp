@@ -19,7 +19,7 @@ void compareSearches(const std::string& tree) {
         for (int round = 0; round < 9; ++round) {
             const Clock::time_point start = Clock::now();
             hits = FilteredFiles(result.files, FileCategory::all, QString::fromUtf8(text)).size();
-            times.push_back(milliseconds(Clock::now() - start));
+            times.push_back(inMilliseconds(Clock::now() - start));
         }
         std::printf("%-28s %10.2f %10zu\n", text, median(times), hits);
         most = std::max(most, median(times));
@@ -45,11 +45,11 @@ void compareSorts(const std::string& tree) {
         std::vector<FileRecord> copy = records;
         Clock::time_point start = Clock::now();
         (void)sortBySizeDescending(copy);
-        ours.push_back(milliseconds(Clock::now() - start));
+        ours.push_back(inMilliseconds(Clock::now() - start));
         copy = records;
         start = Clock::now();
         std::stable_sort(copy.begin(), copy.end(), [](const auto& a, const auto& b) { return a.size > b.size; });
-        standard.push_back(milliseconds(Clock::now() - start));
+        standard.push_back(inMilliseconds(Clock::now() - start));
     }
     std::printf("\nsort of %zu records, medians of 5: %.1f ms, std::stable_sort %.1f ms\n", records.size(),
                 median(ours), median(standard));

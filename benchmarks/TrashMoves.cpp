@@ -41,7 +41,7 @@ double measured(const std::function<void()>& run) {
     sync();
     const Clock::time_point start = Clock::now();
     run();
-    return milliseconds(Clock::now() - start);
+    return inMilliseconds(Clock::now() - start);
 }
 
 void moveAll(const fs::path& home, const std::vector<std::string>& paths) {

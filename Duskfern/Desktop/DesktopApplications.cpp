@@ -1,6 +1,7 @@
 #include "Desktop/DesktopApplications.h"
 
 #include "Desktop/DesktopEntry.h"
+#include "Foundation/Descriptor.h"
 #include "Foundation/DiskPatience.h"
 #include "Foundation/SmallFile.h"
 
@@ -8,6 +9,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -28,8 +30,10 @@ struct CloseFolder {
 };
 
 /// Calls `use` with the name of each entry of a folder and with whether it is, or may be, a folder itself.
-void forEachEntry(const FileURL& folder, const std::function<void(std::string_view name, bool mayBeFolder)>& use) {
+void forEachEntry(const FileURL& folder, InstalledNames& names,
+                  const std::function<void(std::string_view name, bool mayBeFolder)>& use) {
     const std::unique_ptr<DIR, CloseFolder> listing(opendir(folder.path().c_str()));
+    names.isComplete = names.isComplete && (listing != nullptr || !isShortage(errno));
     while (const dirent* const entry = listing != nullptr ? readdir(listing.get()) : nullptr) {
         signOfLife();
         const std::string_view name = entry->d_name;
@@ -47,16 +51,21 @@ QString lastPiece(const QString& identifier) {
     return identifier.mid(identifier.lastIndexOf(QLatin1Char('.')) + 1);
 }
 
+/// The contents of a small file, if it can be read.
+std::optional<QByteArray> contentsOf(const std::string& path, InstalledNames& names) {
+    const std::optional<std::string> contents = readSmallFile(AT_FDCWD, path.c_str(), sizeLimit);
+    names.isComplete = names.isComplete && (contents || !isShortage(errno));
+    return contents ? std::optional(QByteArray::fromStdString(*contents)) : std::nullopt;
+}
+
 void addBundles(const FileURL& folder, InstalledNames& names) {
-    forEachEntry(folder, [&](std::string_view name, bool) {
+    forEachEntry(folder, names, [&](std::string_view name, bool) {
         if (name.size() <= bundleSuffix.size() || !name.ends_with(bundleSuffix)) {
             return;
         }
         names.bundles.push_back(text(name.substr(0, name.size() - bundleSuffix.size())));
-        const std::string list = folder.appendingPathComponent(name).path() + "/Contents/Info.plist";
-        const std::optional<std::string> contents = readSmallFile(AT_FDCWD, list.c_str(), sizeLimit);
-        if (const std::optional<QString> identifier =
-                contents ? bundleIdentifier(QByteArray::fromStdString(*contents)) : std::nullopt) {
+        const auto contents = contentsOf(folder.appendingPathComponent(name).path() + "/Contents/Info.plist", names);
+        if (const std::optional<QString> identifier = contents ? bundleIdentifier(*contents) : std::nullopt) {
             names.bundles.push_back(lastPiece(*identifier));
         }
     });
@@ -64,7 +73,7 @@ void addBundles(const FileURL& folder, InstalledNames& names) {
 
 /// `prefix` is what the folders above give to the entries' identifiers: "kde/a.desktop" is "kde-a".
 void addEntries(const FileURL& folder, const std::string& prefix, int depth, InstalledNames& names) {
-    forEachEntry(folder, [&](std::string_view name, bool mayBeFolder) {
+    forEachEntry(folder, names, [&](std::string_view name, bool mayBeFolder) {
         const FileURL url = folder.appendingPathComponent(name);
         if (!name.ends_with(entrySuffix)) {
             if (mayBeFolder && depth < depthLimit) {
@@ -76,8 +85,8 @@ void addEntries(const FileURL& folder, const std::string& prefix, int depth, Ins
         names.identifiers.insert(id);
         names.programs.push_back(text(id));
         names.programs.push_back(lastPiece(text(id)));
-        if (const std::optional<std::string> contents = readSmallFile(AT_FDCWD, url.path().c_str(), sizeLimit)) {
-            for (QString& found : namesInDesktopEntry(QByteArray::fromStdString(*contents))) {
+        if (const std::optional<QByteArray> contents = contentsOf(url.path(), names)) {
+            for (QString& found : namesInDesktopEntry(*contents)) {
                 names.programs.push_back(std::move(found));
             }
         }
@@ -85,7 +94,7 @@ void addEntries(const FileURL& folder, const std::string& prefix, int depth, Ins
 }
 
 void addPrograms(const FileURL& folder, InstalledNames& names) {
-    forEachEntry(folder, [&](std::string_view name, bool) {
+    forEachEntry(folder, names, [&](std::string_view name, bool) {
         if (access(folder.appendingPathComponent(name).path().c_str(), X_OK) == 0) {
             names.programs.push_back(text(name));
         }
@@ -140,7 +149,7 @@ InstalledNames DesktopApplications::names() const {
         addPrograms(folder, names);
     }
     for (const FileURL& folder : m_folders.flatpaks) {
-        forEachEntry(folder, [&](std::string_view name, bool) { names.identifiers.insert(name); });
+        forEachEntry(folder, names, [&](std::string_view name, bool) { names.identifiers.insert(name); });
     }
     return names;
 }

@@ -10,6 +10,7 @@
 struct InstalledNames {
     std::vector<QString> bundles;   ///< Application bundles: their names, and the last pieces of their identifiers.
     std::vector<QString> programs;  ///< Programs and menu entries.
+    bool isComplete = true;         ///< False when something could not be read for want of descriptors or memory.
     NameSet identifiers;            ///< Whole identifiers of Flatpaks and menu entries, as bytes.
 };
 

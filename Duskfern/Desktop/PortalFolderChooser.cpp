@@ -53,8 +53,7 @@ GVariant* openFileArguments(const FolderQuestion& question, const std::string& t
     GVariantBuilder options;
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&options, "{sv}", "handle_token", g_variant_new_string(token.c_str()));
-    g_variant_builder_add(&options, "{sv}", "accept_label",
-                          g_variant_new_string(question.prompt.toUtf8().constData()));
+    g_variant_builder_add(&options, "{sv}", "accept_label", g_variant_new_string(question.prompt.toUtf8().constData()));
     g_variant_builder_add(&options, "{sv}", "modal", g_variant_new_boolean(TRUE));
     g_variant_builder_add(&options, "{sv}", "multiple", g_variant_new_boolean(FALSE));
     g_variant_builder_add(&options, "{sv}", "directory", g_variant_new_boolean(TRUE));
@@ -193,10 +192,10 @@ void PortalFolderChooser::Request::open() {
 }
 
 /// The dialog is there. Portals before version 0.9 give the request a path of their own choice.
-void PortalFolderChooser::Request::opened(const std::string& actual) {
+void PortalFolderChooser::Request::opened(const std::string& path) {
     isOpen = true;
-    if (actual != listensAt) {
-        follow(actual);
+    if (path != listensAt) {
+        follow(path);
     }
     const auto onVanished = [](GDBusConnection*, const char*, gpointer self) {
         static_cast<Request*>(self)->isOpen = false;

@@ -17,7 +17,7 @@ public:
 
     std::optional<TrashError> entry(int directory, const char* name, const FileStatus& status) override {
         if (status.isFolder()) {
-            static_cast<void>(fchmodat(directory, name, S_IRWXU, 0));
+            static_cast<void>(!fchmodat(directory, name, S_IRWXU, 0));
         } else {
             unlinkat(directory, name, 0);
         }

@@ -263,7 +263,7 @@ std::shared_ptr<FolderReading> FolderBrowser::read(const FileURL& url) {
     if (m_readings.size() >= maximumReadings) {
         return nullptr;
     }
-    const auto reading = std::make_shared<FolderReading>(url);
+    auto reading = std::make_shared<FolderReading>(url);
     m_readings.emplace(url.path(), reading);
     Dispatch::background([reading, self = QPointer(this)](const std::stop_token& stop) {
         reading->run(stop);

@@ -2,8 +2,8 @@
 
 #include "Foundation/FileURL.h"
 
-#include <QtCore/QMetaType>
 #include <QtQml/qqmlregistration.h>
+#include <QtCore/QMetaType>
 
 #include <vector>
 

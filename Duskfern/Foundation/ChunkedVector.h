@@ -21,6 +21,8 @@ public:
         return *new (place(m_size++)) T{std::forward<Arguments>(arguments)...};
     }
 
+    void removeLast() { --m_size; }
+
     [[nodiscard]] std::size_t size() const { return m_size; }
     [[nodiscard]] const T& operator[](std::size_t index) const { return *std::launder(place(index)); }
     [[nodiscard]] T& operator[](std::size_t index) { return *std::launder(place(index)); }

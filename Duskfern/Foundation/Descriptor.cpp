@@ -2,6 +2,10 @@
 
 #include <cerrno>
 
+bool isShortage(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
 void Descriptor::reset(int number) {
     const int old = std::exchange(m_number, number);
     if (old >= 0) {

@@ -3,6 +3,10 @@
 #include <unistd.h>
 #include <utility>
 
+/// Whether an errno says that the process or the system has run out of descriptors or memory, rather than anything
+/// about what was to be opened.
+[[nodiscard]] bool isShortage(int error);
+
 /// Owns a file descriptor of the kernel and closes it at the end of its life.
 class Descriptor {
 public:

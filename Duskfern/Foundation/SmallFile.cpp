@@ -12,8 +12,12 @@ std::optional<std::string> readSmallFile(int directory, const char* path, std::s
     // Without O_NONBLOCK a named pipe would wait for somebody to write into it.
     const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (links == FollowLinks::no ? O_NOFOLLOW : 0);
     const Descriptor file(openat(directory, path, flags));
-    const std::optional<FileStatus> status = file.isOpen() ? fileStatus(file.number(), "") : std::nullopt;
+    if (!file.isOpen()) {
+        return std::nullopt;
+    }
+    const std::optional<FileStatus> status = fileStatus(file.number(), "");
     if (!status || !status->isRegularFile()) {
+        errno = EINVAL;
         return std::nullopt;
     }
     // Only the owner may ask for this; anybody else reads as usual.

@@ -27,10 +27,6 @@ constexpr std::uint32_t anchorDistance = 32;
 /// No more folders are kept open by one worker.
 constexpr std::size_t maximumOpenFolders = 16;
 
-bool isShortage(int error) {
-    return error == EMFILE || error == ENFILE || error == ENOMEM;
-}
-
 /// Keeps errno.
 std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
     const int error = errno;
@@ -312,8 +308,10 @@ void WalkWorker::readHiddenList() {
 }
 
 std::optional<FileStatus> WalkWorker::status(const char* name) {
+    // The number rather than its owner: by the time a thread that was left behind gets there, the owner may be gone. The
+    // name is read by the kernel alone.
     const auto found =
-        ask(Waiting::toExamine, [folder = m_descriptor.get(), name] { return fileStatus(folder->number(), name); });
+        ask(Waiting::toExamine, [folder = m_descriptor->number(), name] { return fileStatus(folder, name); });
     m_hasExamined = m_hasExamined || found;
     m_mayNotExamine = m_mayNotExamine || (!found && errno == EACCES);
     if (!found) {

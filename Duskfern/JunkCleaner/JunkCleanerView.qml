@@ -15,7 +15,10 @@ Item {
 
     /// What the keyboard acts on when the screen is shown: the items, where there are any or some may come.
     function firstFocus(): Item {
-        return root.isEmpty ? scan : (results.itemAt(0) as JunkResults).firstFocus();
+        if (root.isEmpty) {
+            return scan;
+        }
+        return (results.itemAt(0) as JunkResults).firstFocus();
     }
 
     Component.onCompleted: {

@@ -8,6 +8,7 @@
 #include "JunkCleaner/Leftovers.h"
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
@@ -99,7 +100,7 @@ public:
 
     void judge(const JunkPlace& place, const JunkListing& listing) {
         if (listing.path.empty() || !isPlaceToClean(place, listing.path) ||
-            (place.kind == JunkKind::leftover && !m_answers.names)) {
+            (place.kind == JunkKind::leftover && !(m_answers.names && m_answers.names->isComplete))) {
             return;
         }
         m_visited.push_back(listing.path);
@@ -167,21 +168,24 @@ private:
 /// Leaves out what the Trash would refuse. What does not answer is left out, too.
 void keepMovable(std::vector<JunkItem>& items, const Movable& isMovable, const std::stop_token& stop,
                  std::shared_ptr<LateAnswer>& late) {
-    // Few threads: each question is short, and one that hangs holds up only its own share.
-    constexpr std::size_t shares = 4;
-    DiskQuestions questions;
-    std::vector<std::shared_ptr<Handover<std::vector<FileURL>>>> answers;
-    for (std::size_t share = 0; share < std::min(shares, items.size()); ++share) {
+    struct Round {
         std::vector<FileURL> urls;
-        for (std::size_t i = share; i < items.size(); i += shares) {
-            urls.push_back(items[i].url);
-        }
-        const auto movable = answers.emplace_back(std::make_shared<Handover<std::vector<FileURL>>>());
-        questions.ask([urls = std::move(urls), movable, isMovable] {
-            for (const FileURL& url : urls) {
+        std::atomic<std::size_t> next = 0;
+        Handover<std::unordered_set<FileURL>> movable;
+    };
+    const auto round = std::make_shared<Round>();
+    std::transform(items.begin(), items.end(), std::back_inserter(round->urls),
+                   [](const JunkItem& item) { return item.url; });
+    // Few threads: each question is short, and one that hangs holds up no other.
+    constexpr std::size_t threads = 4;
+    DiskQuestions questions;
+    for (std::size_t i = 0; i < std::min(threads, items.size()); ++i) {
+        questions.ask([round, isMovable] {
+            for (std::size_t at = round->next++; at < round->urls.size(); at = round->next++) {
                 signOfLife();
+                const FileURL& url = round->urls[at];
                 if (isMovable(url)) {
-                    movable->edit([&](std::vector<FileURL>& given) { given.push_back(url); });
+                    round->movable.edit([&](std::unordered_set<FileURL>& given) { given.insert(url); });
                 }
             }
         });
@@ -189,12 +193,7 @@ void keepMovable(std::vector<JunkItem>& items, const Movable& isMovable, const s
     if (auto silent = questions.wait(stop)) {
         late = std::move(silent);
     }
-    std::unordered_set<FileURL> movable;
-    for (const auto& answer : answers) {
-        for (FileURL& url : answer->take()) {
-            movable.insert(std::move(url));
-        }
-    }
+    const std::unordered_set<FileURL> movable = round->movable.take();
     std::erase_if(items, [&](const JunkItem& item) { return !movable.contains(item.url); });
 }
 

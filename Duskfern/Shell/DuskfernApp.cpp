@@ -14,6 +14,8 @@
 #include <QtGui/QStyleHints>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <system_error>
+
 Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_FolderBrowserPlugin)
@@ -22,6 +24,18 @@ Q_IMPORT_QML_PLUGIN(Duskfern_ShellPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_SpaceMapPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_StorageOverviewPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_ThemePlugin)
+
+namespace {
+
+std::jthread lookForFonts() {
+    try {
+        return std::jthread([] { (void)QFontDatabase::families(); });
+    } catch (const std::system_error&) {
+        return {};
+    }
+}
+
+}  // namespace
 
 void DuskfernApp::prepareProcess() {
     QGuiApplication::setApplicationName(QStringLiteral("Duskfern"));
@@ -34,7 +48,7 @@ void DuskfernApp::prepareProcess() {
 
 DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     : QObject(parent),
-      m_fonts([] { (void)QFontDatabase::families(); }),
+      m_fonts(lookForFonts()),
       m_colorScheme(services.colorScheme),
       m_dialogs(services.folderChooser),
       m_store(m_dialogs, services.trash, services.fileManager),

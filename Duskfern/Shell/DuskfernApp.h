@@ -59,7 +59,8 @@ private:
     void installSpanish();
     void followColorScheme();
 
-    /// Looks for the system's fonts, which takes as long as loading half of the window, beside that.
+    /// Looks for the system's fonts, which takes as long as loading half of the window, beside that. None where there
+    /// is no thread to be had.
     std::jthread m_fonts;
 
     ColorScheme& m_colorScheme;

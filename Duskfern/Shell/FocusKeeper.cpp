@@ -6,7 +6,8 @@
 
 namespace {
 
-bool isModifier(int key) {
+bool isModifier(const QEvent& press) {
+    const int key = dynamic_cast<const QKeyEvent&>(press).key();
     return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr || key == Qt::Key_unknown;
 }
 
@@ -58,7 +59,7 @@ void FocusKeeper::setKeyboard(bool keyboard) {
 bool FocusKeeper::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
-            setKeyboard(m_keyboard || !isModifier(static_cast<QKeyEvent*>(event)->key()));
+            setKeyboard(m_keyboard || !isModifier(*event));
             break;
         case QEvent::MouseButtonPress:
         case QEvent::TouchBegin:

@@ -84,7 +84,7 @@ Rectangle {
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
         delegate: MainMenuItem {}
         implicitHeight: contentItem.implicitHeight + 2 * padding
-        implicitWidth: 250
+        implicitWidth: Math.max(250, 18 * Theme.body)
         margins: 4
         modal: false
         padding: 5
@@ -92,7 +92,7 @@ Rectangle {
         // It goes when the keyboard is wanted elsewhere; not at once, because that may be its own end.
         onActiveFocusChanged: {
             if (!menu.activeFocus) {
-                Qt.callLater(menu.close);
+                Qt.callLater(menu.close); // qmllint disable type
             }
         }
         onClosed: root.closed()

@@ -10,9 +10,9 @@ namespace {
 enum class When { notBlocked, always };
 
 struct WindowKey {
-    Qt::Key key;
-    Qt::KeyboardModifier modifier;
-    void (WindowKeys::*command)();
+    Qt::Key key = Qt::Key_unknown;
+    Qt::KeyboardModifier modifier = Qt::NoModifier;
+    void (WindowKeys::*command)() = nullptr;
     When when = When::notBlocked;
 };
 
@@ -46,17 +46,17 @@ void WindowKeys::setWindow(QQuickWindow* window) {
 }
 
 bool WindowKeys::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress) {
+    const auto* const press = event->type() == QEvent::KeyPress ? dynamic_cast<QKeyEvent*>(event) : nullptr;
+    if (press == nullptr) {
         return QObject::eventFilter(watched, event);
     }
-    const auto& press = *static_cast<QKeyEvent*>(event);
     const auto* const row = std::find_if(std::begin(windowKeys), std::end(windowKeys), [&](const WindowKey& candidate) {
-        return candidate.key == press.key() && candidate.modifier == modifiersOf(press);
+        return candidate.key == press->key() && candidate.modifier == modifiersOf(*press);
     });
     if (row == std::end(windowKeys) || (m_blocked && row->when == When::notBlocked)) {
         return false;
     }
-    if (!press.isAutoRepeat()) {
+    if (!press->isAutoRepeat()) {
         (this->*row->command)();
     }
     return true;

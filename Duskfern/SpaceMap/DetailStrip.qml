@@ -45,6 +45,8 @@ Item {
         font.pixelSize: Theme.caption
         text: "Moviendo a la papelera…" + (root.store.movingPercent < 0 ? "" : " " + root.store.movingPercent + "%")
         visible: root.store.isMoving
+        // The name keeps a part of the strip, however large the type.
+        width: Math.min(implicitWidth, parent.width * 0.7)
     }
 
     Row {

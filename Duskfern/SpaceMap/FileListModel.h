@@ -31,7 +31,7 @@ public:
 
     /// The row `steps` further down than the keyboard is, or further up where that is negative, as far as there are
     /// rows. It is at the selected row; where that went, between its neighbours; else before the first row.
-    Q_INVOKABLE int rowAfter(int steps) const;
+    [[nodiscard]] Q_INVOKABLE int rowAfter(int steps) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

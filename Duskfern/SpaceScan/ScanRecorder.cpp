@@ -4,6 +4,7 @@
 #include "SpaceScan/FileClassifier.h"
 
 #include <algorithm>
+#include <new>
 
 void ScanRecorder::beginFolder(WalkFolder& folder) {
     Listing& listing = m_listings.append(this, m_files.size(), m_files.size(), m_children.size(), m_children.size());
@@ -15,14 +16,21 @@ void ScanRecorder::file(std::string_view name, const FileStatus& status) {
         ++m_skipped;
         return;
     }
+    m_folded.clear();
+    m_folding.fold(name, m_folded);
+    const std::uint32_t position = m_names.append(name);
     constexpr std::uint64_t maximum = (std::uint64_t{1} << FileRecord::sizeBits) - 1;
     FileRecord& record = m_files.append();
     record.size = std::min(static_cast<std::uint64_t>(status.allocated.value_or(status.length)), maximum) & maximum;
     record.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
-    record.name = m_names.append(name);
-    m_folded.clear();
-    m_folding.fold(name, m_folded);
-    m_foldedNames.append(m_folded);
+    record.name = position;
+    try {
+        m_foldedNames.append(m_folded);
+    } catch (const std::bad_alloc&) {
+        // Files and folded names go in step.
+        m_files.removeLast();
+        throw;
+    }
     m_listings.back().endFile = m_files.size();
     m_count.store(m_count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }

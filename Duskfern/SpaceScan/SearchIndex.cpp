@@ -44,9 +44,18 @@ Probe rarestBytes(std::string_view text, const NameArena::Block& block) {
     return probe;
 }
 
+void reserveOneMore(std::vector<std::uint32_t>& numbers) {
+    if (numbers.size() == numbers.capacity()) {
+        numbers.reserve(std::max<std::size_t>(64, 2 * numbers.size()));
+    }
+}
+
 }  // namespace
 
 void FoldedNames::append(std::string_view folded) {
+    // What may fail for want of memory comes first: names are counted where they lie, so none may lie there uncounted.
+    reserveOneMore(m_positions);
+    reserveOneMore(m_firsts);
     const std::size_t blocks = m_names.blockCount();
     const std::uint32_t position = m_names.append(folded);
     if (m_names.blockCount() != blocks) {

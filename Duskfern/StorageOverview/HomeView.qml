@@ -27,7 +27,10 @@ Flickable {
 
     /// What the keyboard acts on when the screen is shown: the page, unless all of it is in sight.
     function firstFocus(): Item {
-        return root.scrolls || !refresh.enabled ? root : refresh;
+        if (root.scrolls || !refresh.enabled) {
+            return root;
+        }
+        return refresh;
     }
 
     function scroll(distance: real) {

@@ -123,7 +123,7 @@ TEST_F(BusTest, ReadsThePreferenceThePortalTells) {
         // Marks the end of what the portal had to say before.
         const Preference last = expected == Preference::dark ? Preference::light : Preference::dark;
         tellChange(service, "org.freedesktop.appearance", "color-scheme",
-                           g_variant_new_uint32(last == Preference::dark ? 1 : 2));
+                   g_variant_new_uint32(last == Preference::dark ? 1 : 2));
         ASSERT_TRUE(eventually([&] { return scheme.preference() == last; }));
         EXPECT_EQ(seen, expected == Preference::none ? std::vector{last} : (std::vector{expected, last}));
     }

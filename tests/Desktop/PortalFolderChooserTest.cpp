@@ -200,6 +200,7 @@ TEST_F(PortalFolderChooserTest, LeavesTheQuestionToTheOtherChooserWithoutAPortal
         const FakePortal tooOld(address(), 2);
         ask();
         expectFallback("it cannot choose folders");
+        EXPECT_FALSE(tooOld.isCalled()) << "what it would do wrongly";
     }
     {
         const FakeService other(address(), portal, portalPath, "org.freedesktop.portal.Settings");

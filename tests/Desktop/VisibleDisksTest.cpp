@@ -1,9 +1,12 @@
+#include "Desktop/PrivateMounts.h"
 #include "Desktop/VisibleDisks.h"
 #include "support/TemporaryFolder.h"
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <fstream>
 #include <ostream>
 
 namespace {
@@ -189,16 +192,23 @@ TEST(MountTable, HonoursWhatTheMountUtilityNoted) {
                 "29 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
                 "30 29 8:3 / /data rw - ext4 /dev/sda3 rw\n"
                 "31 29 8:4 / /more rw - ext4 /dev/sda4 rw\n");
-    folder.text("utab", "SRC=/dev/sda3 TARGET=/data ROOT=/ OPTS=x-gvfs-hide\n");
     folder.text("fstab", "");
-    setenv("LIBMOUNT_UTAB", folder.path("utab").c_str(), 1);
-    const auto table = readMountTable(folder.path("mountinfo").c_str(), folder.path("fstab").c_str());
-    unsetenv("LIBMOUNT_UTAB");
-    ASSERT_TRUE(table.has_value());
-    ASSERT_EQ(table->size(), 3U);
-    EXPECT_FALSE(table->at(0).isMarkedHidden);
-    EXPECT_TRUE(table->at(1).isMarkedHidden);
-    EXPECT_FALSE(table->at(2).isMarkedHidden);
+    const std::optional<bool> passed = withPrivateMounts([&] {
+        if (mount("tmpfs", "/run", "tmpfs", 0, nullptr) != 0 || mkdir("/run/mount", 0755) != 0) {
+            _exit(77);
+        }
+        std::ofstream("/run/mount/utab") << "SRC=/dev/sda3 TARGET=/data ROOT=/ OPTS=x-gvfs-hide\n";
+        const auto table = readMountTable(folder.path("mountinfo").c_str(), folder.path("fstab").c_str());
+        ASSERT_TRUE(table.has_value());
+        ASSERT_EQ(table->size(), 3U);
+        EXPECT_FALSE(table->at(0).isMarkedHidden);
+        EXPECT_TRUE(table->at(1).isMarkedHidden);
+        EXPECT_FALSE(table->at(2).isMarkedHidden);
+    });
+    if (!passed) {
+        GTEST_SKIP() << "nobody may mount here";
+    }
+    EXPECT_TRUE(*passed);
 }
 
 TEST(MountTable, TellsWhatHoldsAMount) {

@@ -232,8 +232,8 @@ TEST_F(FolderBrowserTest, StaysUsableBesideAFolderThatDoesNotAnswer) {
         for (int round = 0; round < 2; ++round) {
             select("silent");
             browser.enter();
-            EXPECT_TRUE(QTest::qWaitFor(
-                [this] { return browser.message() == QStringLiteral("Esta carpeta no responde."); }));
+            EXPECT_TRUE(
+                QTest::qWaitFor([this] { return browser.message() == QStringLiteral("Esta carpeta no responde."); }));
             browser.goTo(QStringLiteral("~/silent"));
             EXPECT_TRUE(QTest::qWaitFor(
                 [this] { return browser.typedError() == QStringLiteral("Esta carpeta no responde."); }));
@@ -246,9 +246,9 @@ TEST_F(FolderBrowserTest, StaysUsableBesideAFolderThatDoesNotAnswer) {
         select("silent");
         browser.enter();
         close(server);
-        EXPECT_TRUE(QTest::qWaitFor(
-            [this] { return browser.message() == QStringLiteral("Esta carpeta no se puede abrir."); }))
-            << "it answers at last";
+        EXPECT_TRUE(QTest::qWaitFor([this] {
+            return browser.message() == QStringLiteral("Esta carpeta no se puede abrir.");
+        })) << "it answers at last";
     });
     if (!passed) {
         GTEST_SKIP() << "nobody may mount here";

@@ -1,6 +1,7 @@
 #include "JunkCleaner/JunkScanner.h"
 
 #include "Desktop/PrivateMounts.h"
+#include "Foundation/Threads.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
@@ -11,6 +12,7 @@
 #include <QtCore/QDateTime>
 
 #include <filesystem>
+#include <future>
 
 namespace {
 
@@ -305,6 +307,27 @@ TEST_F(JunkScannerTest, OffersNothingOfARealDesktopButWhatMayGo) {
               (Listed{"Juego Viejo 1", "Olvidado 1", "a 1", "fontconfig 1", "go-build 1", "google-chrome 1",
                       "mesa_shader_cache 1", "mozilla 1", "org.gone.App 1", "pip 1", "thumbnails 1", "yarn 1"}))
         << "the file called a is a log of the X server";
+}
+
+TEST_F(JunkScannerTest, OneQuestionThatIsNotAnsweredHoldsUpNoOther) {
+    for (int i = 0; i < 12; ++i) {
+        tree.file("home/.cache/app" + std::to_string(i) + "/a", 4096);
+    }
+    const FileURL silent = tree.url("home/.cache/app0");
+    const auto answered = std::make_shared<std::promise<void>>();
+    const JunkScan found = JunkScanner::scan(junkPlaces(paths), applications, [&silent, answered](const FileURL& url) {
+        if (url == silent) {
+            answered->get_future().wait();
+        }
+        return true;
+    });
+    EXPECT_EQ(found.items.size(), 11U);
+    ASSERT_NE(found.lateAnswer, nullptr);
+    std::promise<void> told;
+    found.lateAnswer->whenAnswered([&told] { told.set_value(); });
+    answered->set_value();
+    told.get_future().wait();
+    EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(10)));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "Foundation/FileStatus.h"
 #include "Foundation/Packages.h"
 #include "SpaceScan/FileClassifier.h"
+#include "SpaceScan/FilteredFiles.h"
 #include "support/OrdinaryUser.h"
 #include "support/Shortage.h"
 #include "support/TemporaryFolder.h"
@@ -282,6 +283,28 @@ TEST(FileScanner, DoesWithFewThreadsAndDescriptors) {
     }
     const FewDescriptors none(0);
     EXPECT_EQ(scan(tree.url()).skipped, 1) << "what cannot be opened is told";
+}
+
+TEST(FileScanner, TellsWhatDoesNotFitIntoMemory) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "sanitizers need more memory than any limit leaves";
+#endif
+    const TemporaryFolder tree;
+    constexpr std::size_t count = 20'000;
+    for (std::size_t i = 0; i < count; ++i) {
+        tree.text(std::to_string(i % 40) + "/" + std::string(200, 'n') + std::to_string(i), "");
+    }
+    bool wasShort = false;
+    for (const unsigned long megabytes : {1, 2, 4, 6, 8, 10, 12, 16}) {
+        const LittleMemory little(megabytes << 20);
+        const ScanResult result = scan(tree.url());
+        EXPECT_LE(result.files.size(), count);
+        EXPECT_TRUE(result.files.size() == count || result.skipped > 0) << megabytes << " MiB";
+        EXPECT_EQ(FilteredFiles(result.files, FileCategory::all, QStringLiteral("nn")).size(), result.files.size());
+        wasShort = wasShort || result.files.size() < count;
+    }
+    EXPECT_TRUE(wasShort);
+    EXPECT_EQ(scan(tree.url()).files.size(), count);
 }
 
 TEST(FileScanner, SurvivesATreeThatChangesUnderIt) {

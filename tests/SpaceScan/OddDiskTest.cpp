@@ -1,4 +1,6 @@
 #include "SpaceScan/FileScanner.h"
+
+#include "Foundation/Threads.h"
 #include "SpaceScan/FilteredFiles.h"
 #include "support/FuseDisk.h"
 #include "support/TemporaryFolder.h"
@@ -18,6 +20,13 @@ protected:
     void SetUp() override {
         if (!disk.isMounted()) {
             GTEST_SKIP() << FuseDisk::whyNot;
+        }
+    }
+
+    void TearDown() override {
+        if (disk.isMounted()) {
+            disk.release();
+            EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(20)));
         }
     }
 

@@ -56,8 +56,7 @@ protected:
     }
     void doubleClick(const char* row) {
         ASSERT_TRUE(driver.waitFor(QString::fromUtf8(row), list));
-        const QPoint middle =
-            app.window().mapFromGlobal(driver.find(QString::fromUtf8(row), list)->rect().center());
+        const QPoint middle = app.window().mapFromGlobal(driver.find(QString::fromUtf8(row), list)->rect().center());
         QTest::mouseClick(&app.window(), Qt::LeftButton, Qt::NoModifier, middle);
         QTest::mouseDClick(&app.window(), Qt::LeftButton, Qt::NoModifier, middle);
     }
@@ -76,8 +75,8 @@ TEST_F(FolderJourney, ByKeyboardAlone) {
         driver.key(Qt::Key_Tab);
         stops.push_back(driver.focused());
     } while (stops.back() != "Carpetas" && stops.size() < 20);
-    EXPECT_EQ(stops, (std::vector<std::string>{"Cancelar", "Elegir", "Carpeta superior", "Ruta de la carpeta",
-                                               "Inicio", "Carpetas"}));
+    EXPECT_EQ(stops, (std::vector<std::string>{"Cancelar", "Elegir", "Carpeta superior", "Ruta de la carpeta", "Inicio",
+                                               "Carpetas"}));
 
     // Nothing behind it acts.
     driver.key(Qt::Key_3, Qt::ControlModifier);

@@ -20,7 +20,12 @@ protected:
         std::string wrong;
     };
     void count(const QQuickItem* item, Hovered& hovered) const {
-        if (item->isVisible() && (item->property("containsMouse").toBool() || item->property("hovered").toBool())) {
+        // The map's "hovered" is the number of a bubble.
+        const auto isTrue = [item](const char* property) {
+            const QVariant value = item->property(property);
+            return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+        };
+        if (item->isVisible() && (isTrue("containsMouse") || isTrue("hovered"))) {
             ++hovered.all;
             if (!item->contains(item->mapFromScene(m_pointer))) {
                 const QRectF place = item->mapRectToScene(QRectF(QPointF(), item->size()));

@@ -1,5 +1,6 @@
 #include "Desktop/SystemVolumes.h"
 #include "Foundation/FileStatus.h"
+#include "Foundation/Threads.h"
 #include "support/FuseDisk.h"
 #include "support/HangDetector.h"
 #include "support/Journey.h"
@@ -41,7 +42,11 @@ protected:
         this->chooser.folder = this->tree.url("home");
     }
 
-    void TearDown() override { EXPECT_FALSE(detector.hasStoodStill()); }
+    /// By now the disk is gone, and whoever waited for it has an answer.
+    void TearDown() override {
+        EXPECT_FALSE(detector.hasStoodStill());
+        EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(20)));
+    }
 
     /// Opens the window, which is not what is measured.
     void open() {

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <fstream>
 
 namespace {
 
@@ -31,19 +32,36 @@ NoThreads::~NoThreads() {
     hasThreads = true;
 }
 
+namespace {
+
+/// Sets the soft limit of a resource and returns the one before.
+unsigned long limit(__rlimit_resource resource, unsigned long value) {
+    rlimit both{};
+    getrlimit(resource, &both);
+    const unsigned long before = both.rlim_cur;
+    both.rlim_cur = value;
+    setrlimit(resource, &both);
+    return before;
+}
+
+}  // namespace
+
+LittleMemory::LittleMemory(unsigned long bytes) {
+    unsigned long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    m_before = limit(RLIMIT_AS, pages * static_cast<unsigned long>(sysconf(_SC_PAGESIZE)) + bytes);
+}
+
+LittleMemory::~LittleMemory() {
+    limit(RLIMIT_AS, m_before);
+}
+
 FewDescriptors::FewDescriptors(int count) {
     const int next = dup(STDERR_FILENO);
     close(next);
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    m_before = limit.rlim_cur;
-    limit.rlim_cur = static_cast<rlim_t>(next + count);
-    setrlimit(RLIMIT_NOFILE, &limit);
+    m_before = limit(RLIMIT_NOFILE, static_cast<unsigned long>(next + count));
 }
 
 FewDescriptors::~FewDescriptors() {
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    limit.rlim_cur = m_before;
-    setrlimit(RLIMIT_NOFILE, &limit);
+    limit(RLIMIT_NOFILE, m_before);
 }

@@ -9,6 +9,18 @@ public:
     NoThreads& operator=(const NoThreads&) = delete;
 };
 
+/// While it lives, this process gets no more than that much memory beyond what it has now.
+class LittleMemory {
+public:
+    explicit LittleMemory(unsigned long bytes);
+    ~LittleMemory();
+    LittleMemory(const LittleMemory&) = delete;
+    LittleMemory& operator=(const LittleMemory&) = delete;
+
+private:
+    unsigned long m_before = 0;
+};
+
 /// While it lives, this process can open no more than `count` descriptors beyond those that are open now.
 class FewDescriptors {
 public:

@@ -1,6 +1,6 @@
 // Opens the program's window, walks its screens on a real folder and takes a picture of each:
 //     duskfern_tour PICTURES FOLDER [WIDTHxHEIGHT] [light|dark]
-// The window, its stores and the walk are the program's own; only the desktop's folder dialog is answered from here,
+// The window, its stores and the walk are the program's own; only the folder dialog is answered from here,
 // and the Trash is one that takes nothing.
 
 #include "Desktop/DesktopApplications.h"
@@ -14,8 +14,8 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtTest/QTest>
 #include <QtGui/QGuiApplication>
+#include <QtTest/QTest>
 
 #include <cstdlib>
 #include <iostream>
@@ -52,6 +52,11 @@ public:
         takePicture("inicio");
         press("Mapa de espacio");
         takePicture("bienvenida");
+        m_chooser.next = &m_browser;
+        press("Elegir carpeta…");
+        takePicture("elegir");
+        press("Cancelar");
+        m_chooser.next = nullptr;
         press("Elegir carpeta…");
         while (m_app.store().isScanning()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

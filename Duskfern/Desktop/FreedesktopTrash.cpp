@@ -54,6 +54,43 @@ bool isOpenToUser(const TrashItem& item) {
            faccessat(item.parent.number(), item.name.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }
 
+/// Moves an item within its file system; `isElsewhere` when the Trash turns out to lie on another one.
+std::optional<TrashError> moveByRename(const TrashItem& item, const TrashFolder& trash, const std::stop_token& stop,
+                                       bool& isElsewhere) {
+    const std::optional<std::string> path = trash.notedPath(item.path);
+    if (!path) {
+        return TrashError::pathTooLong;
+    }
+    FolderSurvey survey;
+    if (item.status.isFolder()) {
+        if (const auto error = surveyFolder(item, survey, stop)) {
+            return error;
+        }
+    }
+    if (!item.isInPlace()) {
+        return TrashError::changed;
+    }
+    const WritableMeanwhile writable(item);
+    const int parent = item.parent.number();
+    const TrashFolder::Taken taken = trash.take(parent, item.name.c_str(), item.status.identity, item.name, *path);
+    isElsewhere = taken.isElsewhere;
+    if (taken.error || taken.isElsewhere) {
+        return taken.error;
+    }
+    // The descriptor was opened before, and tells for sure whether it is the item that was moved.
+    const std::optional<FileStatus> held = fileStatus(item.item.number(), "");
+    const std::optional<FileStatus> moved = fileStatus(trash.files(), taken.name.c_str());
+    if (moved && held && moved->identity != held->identity) {
+        // If its place is taken by now it stays in the Trash, with its note.
+        static_cast<void>(trash.giveBack(taken.name, parent, item.name.c_str(), moved->identity));
+        return TrashError::changed;
+    }
+    if (item.status.isFolder()) {
+        noteDirectorySize(trash, taken.name, survey.allocated);
+    }
+    return {};
+}
+
 }  // namespace
 
 std::optional<TrashError> FreedesktopTrash::refusal(const FileURL& url) {
@@ -125,42 +162,6 @@ std::optional<TrashError> FreedesktopTrash::move(const FileURL& url, const FileI
         }
     }
     return copyToTrash(item, trash, progress, stop);
-}
-
-std::optional<TrashError> FreedesktopTrash::moveByRename(const TrashItem& item, const TrashFolder& trash,
-                                                         const std::stop_token& stop, bool& isElsewhere) const {
-    const std::optional<std::string> path = trash.notedPath(item.path);
-    if (!path) {
-        return TrashError::pathTooLong;
-    }
-    FolderSurvey survey;
-    if (item.status.isFolder()) {
-        if (const auto error = surveyFolder(item, survey, stop)) {
-            return error;
-        }
-    }
-    if (!item.isInPlace()) {
-        return TrashError::changed;
-    }
-    const WritableMeanwhile writable(item);
-    const int parent = item.parent.number();
-    const TrashFolder::Taken taken = trash.take(parent, item.name.c_str(), item.status.identity, item.name, *path);
-    isElsewhere = taken.isElsewhere;
-    if (taken.error || taken.isElsewhere) {
-        return taken.error;
-    }
-    // The descriptor was opened before, and tells for sure whether it is the item that was moved.
-    const std::optional<FileStatus> held = fileStatus(item.item.number(), "");
-    const std::optional<FileStatus> moved = fileStatus(trash.files(), taken.name.c_str());
-    if (moved && held && moved->identity != held->identity) {
-        // If its place is taken by now it stays in the Trash, with its note.
-        static_cast<void>(trash.giveBack(taken.name, parent, item.name.c_str(), moved->identity));
-        return TrashError::changed;
-    }
-    if (item.status.isFolder()) {
-        noteDirectorySize(trash, taken.name, survey.allocated);
-    }
-    return {};
 }
 
 FreedesktopTrash::Way FreedesktopTrash::wayFor(const TrashItem& item, TrashVolume& volume) {

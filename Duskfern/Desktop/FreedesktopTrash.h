@@ -16,7 +16,7 @@ class FreedesktopTrash final : public Trash {
 public:
     explicit FreedesktopTrash(TrashHome home = TrashHome::ofUser()) : m_home(std::move(home)) {}
 
-    [[nodiscard]] std::optional<TrashError> move(const FileURL& url, const FileIdentity& item,
+    [[nodiscard]] std::optional<TrashError> move(const FileURL& url, const FileIdentity& wanted,
                                                  const Progress& progress = {},
                                                  const std::stop_token& stop = {}) override;
     [[nodiscard]] std::optional<TrashError> refusal(const FileURL& url) override;
@@ -28,8 +28,6 @@ private:
     [[nodiscard]] Way wayFor(const TrashItem& item, TrashVolume& volume);
     [[nodiscard]] bool isShownAt(const TrashVolume& volume);
     [[nodiscard]] std::vector<Mount> recentMounts();
-    [[nodiscard]] std::optional<TrashError> moveByRename(const TrashItem& item, const TrashFolder& trash,
-                                                         const std::stop_token& stop, bool& isElsewhere) const;
     [[nodiscard]] std::optional<TrashError> openHome(TrashFolder& trash);
     void clearLeftoversOnce(const TrashFolder& trash);
 

@@ -54,7 +54,7 @@ bool isOpenToUser(const TrashItem& item) {
            faccessat(item.parent.number(), item.name.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-/// `isElsewhere` is set where no rename leads from the item to that Trash; nothing has changed then.
+/// Moves an item within its file system; `isElsewhere` when the Trash turns out to lie on another one.
 std::optional<TrashError> moveByRename(const TrashItem& item, const TrashFolder& trash, const std::stop_token& stop,
                                        bool& isElsewhere) {
     const std::optional<std::string> path = trash.notedPath(item.path);

@@ -23,8 +23,8 @@ public:
         std::uint64_t device = 0;
     };
 
-    WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy policy, std::stop_token stop,
-              std::vector<Mount> mounts);
+    WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPolicy, std::stop_token stopToken,
+              std::vector<Mount> mountTable);
     ~WalkState();
 
     /// The folder to list next, the one found last, so that few are pending at a time. Waits for one; null when the
@@ -62,7 +62,7 @@ public:
     std::vector<std::unique_ptr<class WalkWorker>> crew;
 
 private:
-    void closeIfListed(Root& root);
+    static void closeIfListed(Root& root);
     [[nodiscard]] bool isOver() const { return m_silences >= maximumSilences || stop.stop_requested(); }
 
     /// After so many silences all the rest is passed over: each of them holds a thread.

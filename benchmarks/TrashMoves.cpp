@@ -15,6 +15,7 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
+#include <span>
 
 namespace {
 
@@ -62,11 +63,35 @@ void moveAllWithGio(const fs::path& home, const std::vector<std::string>& paths)
             list << path << '\n';
         }
     }
-    const std::string command = "cd '" + home.string() + "' && HOME=\"$PWD\" XDG_DATA_HOME=\"$PWD/data\" " +
-                                "GIO_USE_VFS=local xargs -a list -d '\\n' gio trash";
+    const std::string command = "cd '" + home.string() +
+                                R"(' && HOME="$PWD" XDG_DATA_HOME="$PWD/data" GIO_USE_VFS=local )" +
+                                R"(xargs -a list -d '\n' gio trash)";
     if (std::system(command.c_str()) != 0) {  // NOLINT(cert-env33-c)
         std::cerr << "gio failed\n";
         std::exit(1);
+    }
+}
+
+/// The milliseconds of each round, one list a case.
+using Times = std::vector<std::vector<double>>;
+
+/// Runs ours and that of GIO in turns, because others use the disk too.
+void race(std::span<const Case> cases, const fs::path& base, Times& ours, Times& gio) {
+    constexpr int rounds = 3;
+    ours.resize(cases.size());
+    gio.resize(cases.size());
+    for (int round = 0; round < rounds; ++round) {
+        for (std::size_t i = 0; i < cases.size(); ++i) {
+            for (const bool isGio : {false, true}) {
+                if (isGio && (!cases[i].isForGio || !isInstalled("gio"))) {
+                    continue;
+                }
+                fs::remove_all(base);
+                const std::vector<std::string> paths = cases[i].make(base);
+                const double time = measured([&] { (isGio ? moveAllWithGio : moveAll)(base, paths); });
+                (isGio ? gio : ours)[i].push_back(time);
+            }
+        }
     }
 }
 
@@ -94,23 +119,9 @@ int main(int argc, char** argv) {
          },
          true},
     };
-    // In turns, because others use the disk too.
-    constexpr int rounds = 3;
-    std::vector<std::vector<double>> ours(std::size(cases));
-    std::vector<std::vector<double>> gio(std::size(cases));
-    for (int round = 0; round < rounds; ++round) {
-        for (std::size_t i = 0; i < std::size(cases); ++i) {
-            for (const bool isGio : {false, true}) {
-                if (isGio && (!cases[i].isForGio || !isInstalled("gio"))) {
-                    continue;
-                }
-                fs::remove_all(base);
-                const std::vector<std::string> paths = cases[i].make(base);
-                const double time = measured([&] { (isGio ? moveAllWithGio : moveAll)(base, paths); });
-                (isGio ? gio : ours)[i].push_back(time);
-            }
-        }
-    }
+    Times ours;
+    Times gio;
+    race(cases, base, ours, gio);
     std::printf("%-40s %10s %10s\n", "moved to the trash, ms", "ours", "gio");
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         std::printf("%-40s %10.0f %10s\n", cases[i].what, median(ours[i]),

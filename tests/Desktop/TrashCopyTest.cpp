@@ -114,9 +114,9 @@ TEST_F(TrashTest, RefusesToCopyWhatIsClosedInside) {
         std::ofstream(disk / "tree" / "inner" / "file") << "content";
         becomeOrdinary(root.path());
         struct Row {
-            const char* path;
-            mode_t mode;
-            std::optional<TrashError> error;
+            const char* path = nullptr;
+            mode_t mode = 0;
+            std::optional<TrashError> error{};
         };
         const Row rows[] = {
             {"inner", 0555, TrashError::closedInside},

@@ -98,11 +98,11 @@ TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
     }
     const std::optional<bool> passed = withPrivateMounts([&] {
         struct Row {
-            const char* name;
-            mode_t mode;  ///< Of the folder of somebody else.
-            bool isEmpty;
-            bool isInside;  ///< In a folder of one's own.
-            std::optional<TrashError> error;
+            const char* name = nullptr;
+            mode_t mode = 0;  ///< Of the folder of somebody else.
+            bool isEmpty = false;
+            bool isInside = false;  ///< In a folder of one's own.
+            std::optional<TrashError> error{};
         };
         const Row rows[] = {
             {"full", 0755, false, false, TrashError::cannotBeEmptied},

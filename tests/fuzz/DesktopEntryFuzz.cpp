@@ -2,6 +2,8 @@
 #include "Input.h"
 #include "JunkCleaner/Leftovers.h"
 
+// The name is libFuzzer's.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text = textOf(data, size);
     InstalledNames names;

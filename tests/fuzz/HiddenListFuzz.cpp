@@ -24,6 +24,8 @@ struct Place {
 
 }  // namespace
 
+// The name is libFuzzer's.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Place place;
     const int folder = place.folder.number();

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+// The name is libFuzzer's.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text = textOf(data, size);
     const std::size_t middle = text.find('\0');

@@ -22,6 +22,8 @@ std::string decoded(std::string_view text) {
 
 }  // namespace
 
+// The name is libFuzzer's.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 6) {
         return 0;

@@ -17,8 +17,11 @@ std::atomic<bool> hasThreads = true;
 }  // namespace
 
 /// Stands before the C library's, which the standard library's threads are made with.
-extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
-                              void* argument) noexcept {
+extern "C" int createUnlessForbidden(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
+                                     void* argument) noexcept asm("pthread_create");
+
+extern "C" int createUnlessForbidden(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
+                                     void* argument) noexcept {
     using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
     static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));  // NOLINT
     return hasThreads ? create(thread, attributes, start, argument) : EAGAIN;
@@ -59,7 +62,7 @@ LittleMemory::~LittleMemory() {
 FewDescriptors::FewDescriptors(int count) {
     const int next = dup(STDERR_FILENO);
     close(next);
-    m_before = limit(RLIMIT_NOFILE, static_cast<unsigned long>(next + count));
+    m_before = limit(RLIMIT_NOFILE, static_cast<unsigned long>(next) + static_cast<unsigned long>(count));
 }
 
 FewDescriptors::~FewDescriptors() {

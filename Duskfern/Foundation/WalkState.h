@@ -20,7 +20,6 @@ public:
         std::shared_ptr<Descriptor> descriptor;  ///< Set by the worker that opens it; gone when all below is listed.
         HiddenPlaces hidden;                     ///< Set with the descriptor, before any other worker gets to know.
         std::string path;                        ///< Without links; empty until it is opened.
-        std::uint64_t device = 0;
     };
 
     WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPolicy, std::stop_token stopToken,

@@ -64,7 +64,11 @@ struct JunkStore::Cleaning {
 JunkStore::JunkStore(Services services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
     m_patience.setSingleShot(true);
     m_patience.setInterval(movePatience);
-    connect(&m_patience, &QTimer::timeout, this, [this] { finishItem(m_cleaning, m_cleaning->next, false); });
+    connect(&m_patience, &QTimer::timeout, this, [this] {
+        // The end of the last item ends the cleaning, which is then held here alone.
+        const std::shared_ptr<Cleaning> cleaning = m_cleaning;
+        finishItem(cleaning, cleaning->next, false);
+    });
 }
 
 JunkStore::~JunkStore() = default;

@@ -255,17 +255,14 @@ TEST(Program, EndsWhileDisksHang) {
     program.setProcessEnvironment(environment);
     program.start(QStringLiteral(DUSKFERN_PROGRAM), QStringList());
     ASSERT_TRUE(program.waitForStarted());
-    const auto keys = [](const QStringList& arguments) {
-        return QProcess::execute(
-                   QStringLiteral("xdotool"),
-                   QStringList{QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
-                               QStringLiteral("--name"), QStringLiteral("^Duskfern$")} +
-                       arguments) == 0;
+    const auto xdotool = [](const char* arguments) {
+        return QProcess::execute(QStringLiteral("xdotool"), QString::fromUtf8(arguments).split(u' ')) == 0;
     };
-    ASSERT_TRUE(keys({QStringLiteral("windowfocus"), QStringLiteral("--sync")}));
-    ASSERT_TRUE(keys({QStringLiteral("key"), QStringLiteral("ctrl+3")}));
+    ASSERT_TRUE(xdotool("search --sync --onlyvisible --name ^Duskfern$ windowfocus --sync"));
+    // Keys go to the focus and not to a window by name: the program may end before the last key is released.
+    ASSERT_TRUE(xdotool("key ctrl+3"));
     QTest::qWait(200);
-    ASSERT_TRUE(keys({QStringLiteral("key"), QStringLiteral("ctrl+q")}));
+    ASSERT_TRUE(xdotool("key ctrl+q"));
     EXPECT_TRUE(program.waitForFinished(5'000));
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
 }

@@ -44,9 +44,6 @@ FocusScope {
             height: root.rowHeight
             width: ListView.view.width
 
-            // A row that waits to be used again would be read aloud.
-            ListView.onPooled: visible = false
-            ListView.onReused: visible = true
             onOpened: root.browser.enter()
             onPressed: row => {
                 list.forceActiveFocus();

@@ -33,20 +33,14 @@ ListView {
     reuseItems: true
 
     delegate: JunkRow {
-        current: root.activeFocus && index === root.currentIndex
+        chosen: root.activeFocus && index === root.currentIndex
+        focused: true
         height: root.rowHeight
         width: ListView.view.width - 44
         x: 22
 
-        // A row that waits to be used again would be read aloud. When it is shown again it is first where it was, and
-        // must not find the pointer there.
-        ListView.onPooled: {
-            visible = false;
-            y = -1000000;
-        }
-        ListView.onReused: visible = true
         onPressed: row => root.go(row)
-        onRevealed: row => root.store.revealRow(row)
+        onOpened: row => root.store.revealRow(row)
         onToggled: row => root.store.toggleRow(row)
     }
     model: JunkListModel {

@@ -1,11 +1,10 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One item that could go. Only says what was pressed.
-Item {
+/// One item that could go. Only says what was pressed; a row is opened by being shown in the file manager.
+ListRow {
     id: root
 
-    required property int index
     required property string name
     required property string kind
     required property string origin
@@ -14,44 +13,13 @@ Item {
     required property bool safe
     required property bool ticked
 
-    /// Whether the keyboard acts on this row.
-    property bool current: false
-
-    signal pressed(row: int)
     signal toggled(row: int)
-    signal revealed(row: int)
 
     Accessible.description: detail.text
-    Accessible.name: root.name + ", " + root.sizeText
-    Accessible.role: Accessible.ListItem
-    Accessible.selectable: true
-    Accessible.selected: root.current
-
-    Accessible.onPressAction: {
-        if (root.enabled) {
-            root.pressed(root.index);
-        }
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        anchors.leftMargin: -6
-        anchors.rightMargin: -6
-        border.color: Theme.focus
-        border.width: root.current ? 2 : 0
-        color: pointer.containsMouse ? Theme.tint(Theme.primary, 0.045) : "transparent"
-        radius: 8
-    }
-
-    MouseArea {
-        id: pointer
-
-        anchors.fill: parent
-        hoverEnabled: true
-
-        onDoubleClicked: root.revealed(root.index)
-        onPressed: root.pressed(root.index)
-    }
+    chosenColor: "transparent"
+    leftInset: -6
+    rightInset: -6
+    spoken: root.name + ", " + root.sizeText
 
     PlainButton {
         id: box
@@ -89,6 +57,7 @@ Item {
     Label {
         id: nameLabel
 
+        Accessible.ignored: true
         anchors.bottom: parent.verticalCenter
         anchors.bottomMargin: 1
         anchors.left: kindIcon.right
@@ -103,6 +72,7 @@ Item {
     Label {
         id: detail
 
+        Accessible.ignored: true
         anchors.left: nameLabel.left
         anchors.right: nameLabel.right
         anchors.top: parent.verticalCenter
@@ -116,6 +86,7 @@ Item {
     Label {
         id: sizeLabel
 
+        Accessible.ignored: true
         anchors.right: reveal.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
@@ -133,7 +104,7 @@ Item {
         symbol: "magnifyingglass"
         text: "Mostrar en Finder"
 
-        onClicked: root.revealed(root.index)
+        onClicked: root.opened(root.index)
 
         HoverTip {
             text: reveal.text
@@ -145,6 +116,6 @@ Item {
         anchors.bottom: parent.bottom
         anchors.left: kindIcon.left
         anchors.right: parent.right
-        opacity: root.current ? 0 : 1
+        opacity: root.chosen ? 0 : 1
     }
 }

@@ -124,13 +124,6 @@ Card {
             height: root.rowHeight
             width: ListView.view.width
 
-            // A row that waits to be used again would be read aloud. When it is shown again it is first where it was, and
-            // must not find the pointer there.
-            ListView.onPooled: {
-                visible = false;
-                y = -1000000;
-            }
-            ListView.onReused: visible = true
             onOpened: root.store.revealSelected()
             onPressed: row => root.select(row)
         }

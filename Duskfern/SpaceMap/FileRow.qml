@@ -1,49 +1,23 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One file of the list. Only says that it was pressed.
-Item {
+/// One file of the list.
+ListRow {
     id: root
 
-    required property int index
     required property string number
     required property string name
     required property string folder
     required property string sizeText
     required property string icon
-    property bool chosen: false
-
-    /// Whether the list has the keyboard.
-    property bool focused: false
-
-    signal pressed(row: int)
-    signal opened(row: int)
 
     Accessible.description: root.folder
-    Accessible.name: root.name + ", " + root.sizeText
-    Accessible.role: Accessible.ListItem
-    Accessible.selectable: true
-    Accessible.selected: root.chosen
-
-    Accessible.onPressAction: {
-        if (root.enabled) {
-            root.pressed(root.index);
-        }
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        anchors.leftMargin: 6
-        anchors.rightMargin: 6
-        border.color: Theme.focus
-        border.width: root.chosen && root.focused ? 2 : 0
-        color: root.chosen ? Theme.selection : pointer.containsMouse ? Theme.tint(Theme.primary, pointer.pressed ? 0.09 : 0.045) : "transparent"
-        radius: 8
-    }
+    spoken: root.name + ", " + root.sizeText
 
     Label {
         id: numberLabel
 
+        Accessible.ignored: true
         anchors.left: parent.left
         anchors.leftMargin: 14
         anchors.verticalCenter: parent.verticalCenter
@@ -72,6 +46,7 @@ Item {
     Label {
         id: nameLabel
 
+        Accessible.ignored: true
         anchors.bottom: parent.verticalCenter
         anchors.left: tile.right
         anchors.leftMargin: 10
@@ -82,6 +57,7 @@ Item {
     }
 
     Label {
+        Accessible.ignored: true
         anchors.left: nameLabel.left
         anchors.right: nameLabel.right
         anchors.top: parent.verticalCenter
@@ -95,21 +71,12 @@ Item {
     Label {
         id: sizeLabel
 
+        Accessible.ignored: true
         anchors.right: parent.right
         anchors.rightMargin: 18
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.teal
         font.pixelSize: Theme.caption
         text: root.sizeText
-    }
-
-    MouseArea {
-        id: pointer
-
-        anchors.fill: parent
-        hoverEnabled: true
-
-        onDoubleClicked: root.opened(root.index)
-        onPressed: root.pressed(root.index)
     }
 }

@@ -46,12 +46,21 @@ void failCall(pid_t child, int error, int& status) {
     }
 }
 
+/// Not those of memory, threads, time and who one is: a sanitizer has its own.
+bool concernsFiles(long call) {
+    constexpr std::array others{SYS_brk,     SYS_mmap,   SYS_munmap,        SYS_mprotect,       SYS_mremap,
+                                SYS_madvise, SYS_futex,  SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction,
+                                SYS_geteuid, SYS_getuid, SYS_getegid,       SYS_getgid,         SYS_getpid,
+                                SYS_gettid,  SYS_tgkill, SYS_exit_group,    SYS_close,          SYS_getrandom};
+    return std::find(others.begin(), others.end(), call) == others.end();
+}
+
 }  // namespace
 
 bool canTraceSystemCalls() {
-    const TracedRun run = runTraced([] { return close(-1) == 0 ? 1 : errno; },
+    const TracedRun run = runTraced([] { return dup(-1) == -1 ? errno : 1; },
                                     [](std::size_t, long call) {
-                                        return Interruption{false, call == SYS_close ? 7 : 0};
+                                        return Interruption{false, call == SYS_dup ? 7 : 0};
                                     });
     return run.code == 7;
 }
@@ -81,7 +90,7 @@ TracedRun runTraced(const std::function<int()>& body, const std::function<Interr
             const auto call = static_cast<long>(registers.orig_rax);
             if (call == marker) {
                 isInside = !isInside;
-            } else if (isInside) {
+            } else if (isInside && concernsFiles(call)) {
                 const Interruption interruption = decide(run.calls.size(), call);
                 run.calls.push_back(call);
                 if (interruption.isKill) {
@@ -116,12 +125,3 @@ TracedRun runTraced(const std::function<int()>& body, const std::function<Interr
 }
 
 #endif
-
-bool concernsFiles(long call) {
-    // Those of memory, threads, time and who one is.
-    constexpr std::array others{SYS_brk,     SYS_mmap,   SYS_munmap,        SYS_mprotect,       SYS_mremap,
-                                SYS_madvise, SYS_futex,  SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction,
-                                SYS_geteuid, SYS_getuid, SYS_getegid,       SYS_getgid,         SYS_getpid,
-                                SYS_gettid,  SYS_tgkill, SYS_exit_group,    SYS_close,          SYS_getrandom};
-    return std::find(others.begin(), others.end(), call) == others.end();
-}

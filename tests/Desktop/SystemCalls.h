@@ -13,17 +13,14 @@ struct Interruption {
 
 /// What became of a traced process.
 struct TracedRun {
-    std::vector<long> calls;  ///< The numbers of the system calls that it made while it did what it was told.
+    std::vector<long> calls;  ///< The numbers of the system calls about files that it made.
     std::optional<int> code;  ///< What it returned, 0 to 125; nothing when it was killed.
 };
 
 /// Whether system calls can be traced and changed here.
 [[nodiscard]] bool canTraceSystemCalls();
 
-/// Runs `body` in a child process and asks `decide` before each of its system calls, with how many came before and the
-/// call's number; `decide` runs in this process while the child waits.
+/// Runs `body` in a child process and asks `decide` before each system call that a disk could make fail, with how many
+/// such came before and the call's number; `decide` runs in this process while the child waits.
 [[nodiscard]] TracedRun runTraced(const std::function<int()>& body,
                                   const std::function<Interruption(std::size_t, long)>& decide);
-
-/// Whether the call is about files, so that a disk could make it fail.
-[[nodiscard]] bool concernsFiles(long call);

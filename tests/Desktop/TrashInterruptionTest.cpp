@@ -35,6 +35,10 @@ constexpr std::array scenes{
     Scene{"a file of a full disk", false, false, false, true, 8},
 };
 
+void PrintTo(const Scene& scene, std::ostream* out) {
+    *out << scene.what;
+}
+
 class TrashInterruption : public TrashTest, public testing::WithParamInterface<Scene> {
 protected:
     /// Runs the body with a home and another file system in memory, where nothing is slow.
@@ -100,7 +104,7 @@ protected:
         arrange();
         const std::vector<long> calls = run([](std::size_t, long) { return Interruption(); }).calls;
         for (std::size_t at = 0; at < calls.size(); ++at) {
-            if (only ? calls[at] != *only : !concernsFiles(calls[at])) {
+            if (only && calls[at] != *only) {
                 continue;
             }
             arrange();
@@ -160,7 +164,7 @@ TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
             const TracedRun killed = run([kill](std::size_t call, long) { return Interruption{call == kill, 0}; });
             if (killed.code) {
                 // One that runs later has less to find out.
-                EXPECT_GT(kill + 20, calls);
+                EXPECT_GT(kill, calls * 3 / 4);
                 break;
             }
             const std::string at = std::to_string(kill) + ", call " + std::to_string(killed.calls.back());

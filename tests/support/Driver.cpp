@@ -52,19 +52,27 @@ bool Driver::waitFor(const QString& name, QAccessible::Role role) const {
     return waitUntil([&] { return shows(name, role); });
 }
 
-std::vector<std::string> Driver::names(QAccessible::Role role) const {
+std::vector<std::string> Driver::texts(QAccessible::Role role, QAccessible::Text kind) const {
     std::vector<std::string> all;
     bool done = false;
     visit(
         QAccessible::queryAccessibleInterface(&m_window),
         [&](QAccessibleInterface* node) {
             if (node->role() == role) {
-                all.push_back(node->text(QAccessible::Name).toStdString());
+                all.push_back(node->text(kind).toStdString());
             }
             return false;
         },
         done);
     return all;
+}
+
+std::vector<std::string> Driver::names(QAccessible::Role role) const {
+    return texts(role, QAccessible::Name);
+}
+
+std::vector<std::string> Driver::descriptions(QAccessible::Role role) const {
+    return texts(role, QAccessible::Description);
 }
 
 bool Driver::isEnabled(const QString& name, QAccessible::Role role) const {

@@ -23,8 +23,9 @@ public:
     [[nodiscard]] bool shows(const QString& name, QAccessible::Role role = QAccessible::StaticText) const;
     [[nodiscard]] bool waitFor(const QString& name, QAccessible::Role role = QAccessible::StaticText) const;
 
-    /// Every visible name of a role, in the order in which they are read.
+    /// Every visible name, or description, of a role, in the order in which they are read.
     [[nodiscard]] std::vector<std::string> names(QAccessible::Role role) const;
+    [[nodiscard]] std::vector<std::string> descriptions(QAccessible::Role role) const;
 
     [[nodiscard]] bool isEnabled(const QString& name, QAccessible::Role role = QAccessible::Button) const;
     [[nodiscard]] bool isSelected(const QString& name, QAccessible::Role role) const;
@@ -49,5 +50,7 @@ public:
     [[nodiscard]] bool save(const QString& file) const;
 
 private:
+    [[nodiscard]] std::vector<std::string> texts(QAccessible::Role role, QAccessible::Text kind) const;
+
     QQuickWindow& m_window;
 };

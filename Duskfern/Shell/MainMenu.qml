@@ -13,6 +13,10 @@ Rectangle {
 
     readonly property bool open: menu.visible
 
+    // What had the keyboard when the menu took it, while it is to have it back: Qt 6.8 gives it to what had it when the
+    // menu was open before.
+    property Item before: null
+
     /// It was shown and is not any more.
     signal closed
     signal quitRequested
@@ -21,6 +25,7 @@ Rectangle {
         if (menu.visible) {
             menu.close();
         } else {
+            root.before = root.Window.activeFocusItem;
             menu.popup(title, 0, title.height);
             menu.currentIndex = Theme.keyboard ? 0 : -1;
         }
@@ -95,7 +100,18 @@ Rectangle {
                 Qt.callLater(menu.close); // qmllint disable type
             }
         }
-        onClosed: root.closed()
+        onAboutToHide: {
+            // The window itself has it for a moment in Qt 6.8.
+            const elsewhere = !menu.activeFocus && root.Window.activeFocusItem !== root.Window.contentItem;
+            if (elsewhere) {
+                root.before = null;
+            }
+        }
+        onClosed: {
+            root.before?.forceActiveFocus(Qt.PopupFocusReason);
+            root.before = null;
+            root.closed();
+        }
 
         background: Rectangle {
             border.color: Theme.tint(Theme.primary, 0.14)

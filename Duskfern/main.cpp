@@ -1,6 +1,5 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
@@ -9,6 +8,7 @@
 #include "FolderBrowser/FolderBrowser.h"
 #include "Foundation/Dispatch.h"
 #include "Shell/DuskfernApp.h"
+#include "Trash/FreedesktopTrash.h"
 
 #include <QtGui/QGuiApplication>
 

@@ -7,7 +7,6 @@
 
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
@@ -17,6 +16,7 @@
 #include "Foundation/Dispatch.h"
 #include "Measure.h"
 #include "Shell/DuskfernApp.h"
+#include "Trash/FreedesktopTrash.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QGuiApplication>

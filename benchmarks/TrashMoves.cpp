@@ -4,7 +4,7 @@
 
 #include "Measure.h"
 
-#include "Desktop/FreedesktopTrash.h"
+#include "Trash/FreedesktopTrash.h"
 
 #include <unistd.h>
 

@@ -308,8 +308,8 @@ void WalkWorker::readHiddenList() {
 }
 
 std::optional<FileStatus> WalkWorker::status(const char* name) {
-    // The number rather than its owner: by the time a thread that was left behind gets there, the owner may be gone. The
-    // name is read by the kernel alone.
+    // The number rather than its owner: by the time a thread that was left behind gets there, the owner may be gone.
+    // The name is read by the kernel alone.
     const auto found =
         ask(Waiting::toExamine, [folder = m_descriptor->number(), name] { return fileStatus(folder, name); });
     m_hasExamined = m_hasExamined || found;

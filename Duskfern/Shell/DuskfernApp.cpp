@@ -16,7 +16,6 @@
 
 #include <system_error>
 
-Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_FolderBrowserPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_JunkCleanerPlugin)

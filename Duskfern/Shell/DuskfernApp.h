@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Desktop/ColorScheme.h"
-#include "Desktop/WindowDialogs.h"
 #include "Shell/ScreenStores.h"
+#include "Shell/WindowDialogs.h"
 #include "SpaceScan/ScanStore.h"
 
 #include <QtCore/QObject>

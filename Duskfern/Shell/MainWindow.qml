@@ -1,5 +1,4 @@
 import QtQuick
-import Duskfern.Desktop
 import Duskfern.Engine
 import Duskfern.FolderBrowser
 import Duskfern.Shell

@@ -1,7 +1,7 @@
 import QtQuick
-import Duskfern.Desktop
 import Duskfern.Engine
 import Duskfern.FolderBrowser
+import Duskfern.Shell
 import Duskfern.Theme
 
 /// Everything that is shown over the window and blocks it, one thing at a time.

@@ -1,8 +1,8 @@
 // Names and notes of the Trash, and its list of sizes, whatever bytes come in.
 
-#include "Desktop/DirectorySizes.h"
-#include "Desktop/TrashNames.h"
 #include "Input.h"
+#include "Trash/DirectorySizes.h"
+#include "Trash/TrashNames.h"
 
 namespace {
 

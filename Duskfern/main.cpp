@@ -29,7 +29,8 @@ int run(int& argc, char** argv) {
     XdgUserFolders userFolders;
     FolderBrowser folderBrowser(userFolders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
-    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(userFolders.paths()));
+    const auto applications =
+        std::make_shared<const DesktopApplications>([&userFolders] { return applicationFolders(userFolders.paths()); });
     DuskfernApp duskfern(
         {trash, fileManager, folderChooser, folderBrowser, colorScheme, mountedVolumes, userFolders, applications});
     duskfern.show();

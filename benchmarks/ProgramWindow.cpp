@@ -119,7 +119,8 @@ int main(int argc, char** argv) {
     XdgUserFolders folders;
     FolderBrowser folderBrowser(folders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
-    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(folders.paths()));
+    const auto applications =
+        std::make_shared<const DesktopApplications>([&folders] { return applicationFolders(folders.paths()); });
     DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, colorScheme, volumes, folders, applications});
     if (argc < 3) {
         const bool untilVolumes = argc == 2 && std::strcmp(argv[1], "volumes") == 0;

@@ -139,16 +139,17 @@ ApplicationFolders applicationFolders(const UserFolderPaths& paths) {
 
 InstalledNames DesktopApplications::names() const {
     InstalledNames names;
-    for (const FileURL& folder : m_folders.bundles) {
+    const ApplicationFolders folders = m_folders();
+    for (const FileURL& folder : folders.bundles) {
         addBundles(folder, names);
     }
-    for (const FileURL& folder : m_folders.menus) {
+    for (const FileURL& folder : folders.menus) {
         addEntries(folder, {}, 0, names);
     }
-    for (const FileURL& folder : m_folders.programs) {
+    for (const FileURL& folder : folders.programs) {
         addPrograms(folder, names);
     }
-    for (const FileURL& folder : m_folders.flatpaks) {
+    for (const FileURL& folder : folders.flatpaks) {
         forEachEntry(folder, names, [&](std::string_view name, bool) { names.identifiers.insert(name); });
     }
     return names;

@@ -3,6 +3,9 @@
 #include "Desktop/InstalledApplications.h"
 #include "Desktop/UserFolders.h"
 
+#include <functional>
+#include <vector>
+
 /// Where applications are installed.
 struct ApplicationFolders {
     std::vector<FileURL> bundles;   ///< Folders of `*.app` bundles.
@@ -18,10 +21,11 @@ struct ApplicationFolders {
 /// ones and those whose program is gone), programs by their file names.
 class DesktopApplications final : public InstalledApplications {
 public:
-    explicit DesktopApplications(ApplicationFolders folders) : m_folders(std::move(folders)) {}
+    /// `folders` is called each time that names are asked for, on that thread.
+    explicit DesktopApplications(std::function<ApplicationFolders()> folders) : m_folders(std::move(folders)) {}
 
     [[nodiscard]] InstalledNames names() const override;
 
 private:
-    const ApplicationFolders m_folders;
+    const std::function<ApplicationFolders()> m_folders;
 };

@@ -30,6 +30,10 @@ class UserFolders {
 public:
     virtual ~UserFolders() = default;
 
-    /// As they are now. Reads a small file of the home folder, and blocks as that does; any thread.
+    /// What is known without asking a disk: none is named for a purpose, but perhaps the desktop. Any thread.
+    [[nodiscard]] virtual UserFolderPaths fromEnvironment() = 0;
+
+    /// As they are now, the named ones among them. Reads a small file, and does without where that does not answer for
+    /// `diskPatience`; any thread but the window's.
     [[nodiscard]] virtual UserFolderPaths paths() = 0;
 };

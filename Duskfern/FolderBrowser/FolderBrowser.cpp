@@ -79,14 +79,31 @@ FolderBrowser::~FolderBrowser() = default;
 void FolderBrowser::choose(const FolderQuestion& question, Answer answer) {
     m_answer = std::move(answer);
     m_prompt = question.prompt;
-    const UserFolderPaths folders = m_userFolders.paths();
-    m_home = folders.home;
-    m_places = folderPlaces(folders, m_disks());
+    setPlaces(m_userFolders.fromEnvironment());
+    findPlaces();
     m_history.clear();
     m_isStart = true;
     const FileURL start = question.start.value_or(m_home);
     show(start, {}, read(start));
     Q_EMIT isOpenChanged();
+}
+
+/// Finds out which folders have a purpose, and adds them to the places.
+void FolderBrowser::findPlaces() {
+    Dispatch::background([self = QPointer(this), &userFolders = m_userFolders](const std::stop_token&) {
+        Dispatch::main([self, folders = userFolders.paths()] {
+            if (self != nullptr && self->isOpen()) {
+                self->setPlaces(folders);
+            }
+        });
+    });
+}
+
+void FolderBrowser::setPlaces(const UserFolderPaths& folders) {
+    m_home = folders.home;
+    m_places = folderPlaces(folders, m_disks());
+    Q_EMIT placesChanged();
+    Q_EMIT shownChanged();
 }
 
 void FolderBrowser::cancel() {

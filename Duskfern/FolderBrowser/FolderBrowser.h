@@ -46,11 +46,12 @@ public:
     Q_SIGNAL void isOpenChanged();
 
     /// For the screens: a list of `folderPlace`, and the row of the one that is shown; -1 if none is.
-    Q_PROPERTY(QVariantList places READ placeRows NOTIFY isOpenChanged)
+    Q_PROPERTY(QVariantList places READ placeRows NOTIFY placesChanged)
     Q_PROPERTY(int currentPlace READ currentPlace NOTIFY shownChanged)
     [[nodiscard]] const std::vector<FolderPlace>& places() const { return m_places; }
     [[nodiscard]] QVariantList placeRows() const;
     [[nodiscard]] int currentPlace() const;
+    Q_SIGNAL void placesChanged();
 
     /// The folder that is shown, the folders in it, and what stands there instead of them.
     Q_PROPERTY(QString location READ locationText NOTIFY shownChanged)
@@ -113,6 +114,8 @@ private:
     };
     enum class State { waiting, shown, failed };
 
+    void findPlaces();
+    void setPlaces(const UserFolderPaths& folders);
     void close(const std::optional<FileURL>& answer);
     void leaveFor(const FileURL& url, const std::string& selected = {});
     void remember(const FileURL& next);

@@ -24,8 +24,9 @@ std::optional<TrashError> reasonAgainstRoom(const TreeManifest& manifest, int di
     const auto block = static_cast<std::int64_t>(status.f_frsize);
     const auto entries = static_cast<std::int64_t>(manifest.entryCount() + 1);
     const std::int64_t wanted = checkedSum(manifest.bytes(), entries * block);
-    const auto blocks = static_cast<std::int64_t>(
-        std::min<std::uint64_t>(status.f_bavail, std::numeric_limits<std::int64_t>::max() / std::max<long>(1, block)));
+    const std::int64_t countable = std::numeric_limits<std::int64_t>::max() / std::max<std::int64_t>(1, block);
+    const auto blocks =
+        static_cast<std::int64_t>(std::min<std::uint64_t>(status.f_bavail, static_cast<std::uint64_t>(countable)));
     if (checkedSum(wanted, wanted / 10) > blocks * block) {
         return TrashError::homeFull;
     }

@@ -239,7 +239,8 @@ std::optional<TrashError> TreeCopy::compareEntry(const Pair& pair, const FileSta
     }
     const unsigned kept = copy->owner == status.owner ? 07777U : 01777U;
     if (copy->identity.kind != status.identity.kind || copy->modifiedSeconds != status.modifiedSeconds ||
-        (copy->identity.kind != S_IFLNK && ((copy->mode ^ status.mode) & kept & ~(S_ISUID | S_ISGID)) != 0)) {
+        (copy->identity.kind != S_IFLNK &&
+         ((copy->mode ^ status.mode) & kept & ~static_cast<unsigned>(S_ISUID | S_ISGID)) != 0)) {
         return TrashError::attributes;
     }
     if (copy->identity.kind == S_IFLNK && linkTarget(pair.from, pair.fromName) != linkTarget(pair.to, pair.toName)) {

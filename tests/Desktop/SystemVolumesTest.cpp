@@ -1,6 +1,5 @@
 #include "Desktop/PrivateMounts.h"
 #include "Desktop/SystemVolumes.h"
-#include "Desktop/XdgUserFolders.h"
 #include "Foundation/Threads.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
@@ -365,30 +364,6 @@ TEST(SystemVolumes, DoNotWaitForAMountThatNeverAnswers) {
         GTEST_SKIP() << "nobody may mount here";
     }
     EXPECT_TRUE(*passed);
-}
-
-TEST(XdgUserFolders, ReadUserDirsAnewEachTime) {
-    const std::string file = qgetenv("XDG_CONFIG_HOME").toStdString() + "/user-dirs.dirs";
-    const FileURL home(qgetenv("HOME").toStdString());
-    const auto write = [&](const std::string& text) {
-        std::ofstream stream(file);
-        stream << text;
-    };
-    XdgUserFolders folders;
-    write(
-        "# comment\nXDG_MUSIC_DIR=\"$HOME/Música\"\nXDG_VIDEOS_DIR=\"/disk/v\xED"
-        "deos\"\nXDG_PICTURES_DIR=broken\n"
-        "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
-    const UserFolderPaths first = folders.paths();
-    EXPECT_EQ(first.home, home);
-    EXPECT_EQ(first.music, home.appendingPathComponent("Música"));
-    EXPECT_EQ(first.videos, FileURL("/disk/v\xED"
-                                    "deos"));
-    EXPECT_EQ(first.pictures, std::nullopt);
-    EXPECT_EQ(first.downloads.value_or(home), home) << "switched off";
-    write("XDG_MUSIC_DIR=\"$HOME/Discos\"\n");
-    EXPECT_EQ(folders.paths().music, home.appendingPathComponent("Discos"));
-    std::filesystem::remove(file);
 }
 
 }  // namespace

@@ -121,7 +121,7 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     const auto isElsewhere = [&](const FileURL& url) { return !isAtOrBelow(url.path(), tree.path()); };
     EXPECT_GT(std::erase_if(folders.programs, isElsewhere), 0U) << "the PATH";
     std::erase_if(folders.menus, isElsewhere);
-    const InstalledNames names = DesktopApplications(folders).names();
+    const InstalledNames names = DesktopApplications([&] { return folders; }).names();
     const auto has = [](const std::vector<QString>& all, const char* name) {
         return std::count(all.begin(), all.end(), QString::fromUtf8(name)) > 0;
     };

@@ -97,7 +97,8 @@ private:
     XdgUserFolders m_userFolders;
     FolderBrowser m_browser{m_userFolders, diskFolders};
     DuskfernApp m_app{{m_trash, m_fileManager, m_chooser, m_browser, m_scheme, m_volumes, m_userFolders,
-                       std::make_shared<DesktopApplications>(applicationFolders(m_userFolders.paths()))}};
+                       std::make_shared<DesktopApplications>(
+                           [&folders = m_userFolders] { return applicationFolders(folders.paths()); })}};
     Driver m_driver{m_app.window()};
 };
 

@@ -44,10 +44,10 @@ int run(int& argc, char** argv) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    // Nothing is left behind in the home folder, caches of the graphics driver included.
+    // No caches are written to the home folder, not even by the graphics driver.
     setenv("MESA_SHADER_CACHE_DISABLE", "true", 0);
-    // Nor are the daemons of the virtual file system started, which keep files there: all that is asked of GIO is
-    // local.
+    // Keeps GIO from starting the daemons of its virtual file system, which write files there. Only local files are
+    // used.
     setenv("GIO_USE_VFS", "local", 1);
     return run(argc, argv);
 }

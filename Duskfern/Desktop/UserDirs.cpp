@@ -23,7 +23,7 @@ std::string_view trimmed(std::string_view text) {
                                            : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// What stands between quotation marks at the beginning, without its backslashes; nothing where they do not end.
+/// The quoted string at the beginning, with backslash escapes resolved; nothing if its end is missing.
 std::optional<std::string> unquoted(std::string_view text) {
     if (text.empty() || text.front() != '"') {
         return std::nullopt;
@@ -41,7 +41,7 @@ std::optional<std::string> unquoted(std::string_view text) {
     return value;
 }
 
-/// The folder that a value names.
+/// The folder in a value; nothing if it is not absolute or is the home itself.
 std::optional<FileURL> folderOf(std::string value, const FileURL& home) {
     constexpr std::string_view inHome = "$HOME";
     if (value.starts_with(inHome) && (value.size() == inHome.size() || value[inHome.size()] == '/')) {

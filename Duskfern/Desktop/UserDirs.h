@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-/// Sets the folders that the text of a `user-dirs.dirs` names for a purpose. The last of several lines holds; a line that
-/// is malformed or names a folder that is neither absolute nor in the home is passed over, and the home itself stands
-/// for none, as xdg-user-dirs has it.
+/// Sets in `paths` the folders that `userDirs`, the contents of a `user-dirs.dirs`, assigns to purposes. Of several
+/// lines for one purpose the last one counts, and malformed lines are skipped. A folder that is neither absolute nor in
+/// the home counts as none, and so does the home itself, as defined by xdg-user-dirs.
 void setNamedFolders(std::string_view userDirs, UserFolderPaths& paths);

@@ -2,7 +2,8 @@
 
 #include "Desktop/GioSupport.h"
 #include "Desktop/UserDirs.h"
-#include "Foundation/DiskPatience.h"
+#include "Foundation/DiskRequests.h"
+#include "Foundation/Handover.h"
 #include "Foundation/SmallFile.h"
 
 #include <fcntl.h>
@@ -12,10 +13,10 @@
 
 namespace {
 
-/// Far more than anybody's six lines.
+/// Limit of `user-dirs.dirs` in bytes; real ones have six lines.
 constexpr std::size_t maximumUserDirs = 65'536;
 
-/// The folder that a variable names; a path that is not absolute names none.
+/// The folder in an environment variable; `fallback` unless it is an absolute path.
 FileURL fromVariable(const char* variable, const FileURL& fallback) {
     const char* const path = std::getenv(variable);
     return path != nullptr && path[0] == '/' ? FileURL(path) : fallback;
@@ -24,7 +25,7 @@ FileURL fromVariable(const char* variable, const FileURL& fallback) {
 }  // namespace
 
 UserFolderPaths XdgUserFolders::fromEnvironment() {
-    // Reads no disk while HOME is set; GLib remembers the answer otherwise.
+    // Accesses no disk if HOME is set; otherwise GLib does once and caches the result.
     const char* const homePath = g_get_home_dir();
     const FileURL home(homePath != nullptr && homePath[0] == '/' ? homePath : "/");
     UserFolderPaths paths;
@@ -42,13 +43,13 @@ UserFolderPaths XdgUserFolders::fromEnvironment() {
 UserFolderPaths XdgUserFolders::paths() {
     UserFolderPaths paths = fromEnvironment();
     const auto userDirs = std::make_shared<Handover<std::string>>();
-    DiskQuestions question;
-    question.ask([userDirs, file = paths.configHome.appendingPathComponent("user-dirs.dirs").path()] {
+    DiskRequests request;
+    request.start([userDirs, file = paths.configHome.appendingPathComponent("user-dirs.dirs").path()] {
         if (auto text = readSmallFile(AT_FDCWD, file.c_str(), maximumUserDirs)) {
             userDirs->edit([&](std::string& value) { value = std::move(*text); });
         }
     });
-    static_cast<void>(question.wait());
+    static_cast<void>(request.wait());
     setNamedFolders(userDirs->take(), paths);
     return paths;
 }

@@ -2,7 +2,7 @@
 
 #include "Desktop/UserFolders.h"
 
-/// The user's folders by the environment and `user-dirs.dirs`.
+/// The user's folders from the environment and `user-dirs.dirs`.
 class XdgUserFolders final : public UserFolders {
 public:
     [[nodiscard]] UserFolderPaths fromEnvironment() override;

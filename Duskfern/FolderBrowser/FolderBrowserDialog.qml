@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// The program's own folder dialog over the shaded window. It has the keyboard while it is there.
+/// The program's own folder dialog, above the shaded window. Holds the keyboard focus while open.
 FocusScope {
     id: root
 
@@ -37,7 +37,7 @@ FocusScope {
         radius: 14
         width: Math.min(root.width - 48, 46 * Theme.body + 240)
 
-        // The order of what follows is that of the Tab key.
+        // The order of these items is the Tab order.
         FolderList {
             id: list
 
@@ -197,7 +197,7 @@ FocusScope {
     }
 
     Connections {
-        function onArrived() {
+        function onNavigated() {
             list.forceActiveFocus();
         }
 

@@ -4,7 +4,7 @@ import QtQuick
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// The folders in the one that is shown, one of them selected; or why there are none to show.
+/// The folders in the current one with a selection, or a message if there are none.
 FocusScope {
     id: root
 

@@ -5,7 +5,7 @@ import Duskfern.Engine
 import Duskfern.JunkCleaner
 import Duskfern.Theme
 
-/// The screen that finds what can go and moves it to the Trash.
+/// The screen that lists junk and moves it to the Trash.
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
 
     readonly property bool isEmpty: root.store.count === 0 && !root.store.isScanning
 
-    /// What the keyboard acts on when the screen is shown: the items, where there are any or some may come.
+    /// The item that gets the focus when the screen is shown: the list if there are items or a scan is running.
     function firstFocus(): Item {
         if (root.isEmpty) {
             return scan;
@@ -79,7 +79,8 @@ Item {
         width: parent.width
     }
 
-    // What is not shown is not there, not even for a screen reader; a Loader takes no bound component.
+    // Repeaters create only what is shown, so that screen readers do not find the rest. A Loader cannot load a bound
+    // component.
     Item {
         id: body
 

@@ -5,7 +5,7 @@ import Duskfern.Engine
 import Duskfern.JunkCleaner
 import Duskfern.Theme
 
-/// What was found, one row an item; the keyboard acts on the current row.
+/// The list of junk items, with keyboard navigation.
 ListView {
     id: root
 
@@ -24,7 +24,8 @@ ListView {
     Accessible.role: Accessible.List
     activeFocusOnTab: true
     boundsBehavior: Flickable.StopAtBounds
-    // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
+    // Rows outside the viewport are created asynchronously, and warn if the list is destroyed meanwhile; creating one
+    // takes little time.
     cacheBuffer: 0
     clip: true
     currentIndex: -1

@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One number of what was found, with its name and a symbol.
+/// A number with its title and symbol.
 Rectangle {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Duskfern.Theme
 
-/// A button of the sidebar; the whole row is its label.
+/// A button of the sidebar. The whole row is clickable.
 T.AbstractButton {
     id: root
 
@@ -10,7 +10,7 @@ T.AbstractButton {
     required property color highlight
     required property bool current
 
-    /// What a click does, for keys and assistive technologies.
+    /// Called for a click, for keys and by assistive technologies.
     function press() {
         if (root.enabled) {
             root.clicked();

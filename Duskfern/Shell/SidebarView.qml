@@ -4,7 +4,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// The left column: the brand, the screens, the filter by category, and the promise at the bottom.
+/// The sidebar: the name, the screens, the category filter, and the privacy note.
 Rectangle {
     id: root
 

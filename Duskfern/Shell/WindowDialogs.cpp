@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The window's name for desktop portals. Wayland gives windows a name only by an exchange with the compositor, which
-/// Qt 6.4 does not offer; the dialog then stands on its own.
+/// The window's identifier for desktop portals. On Wayland it needs a protocol that Qt 6.4 does not offer; the dialog
+/// then has no parent window.
 std::string portalName(const QWindow* window) {
     if (window == nullptr || QGuiApplication::platformName() != QLatin1String("xcb")) {
         return {};
@@ -20,7 +20,7 @@ std::string portalName(const QWindow* window) {
 }  // namespace
 
 WindowDialogs::~WindowDialogs() {
-    // Who asked may be gone by now.
+    // The receiver of the answer may be destroyed already.
     m_chosen = nullptr;
     m_chooser.cancel();
 }
@@ -43,7 +43,7 @@ void WindowDialogs::chooseFolder(const QString& prompt, const std::optional<File
     m_isChoosing = true;
     m_chosen = std::move(answer);
     Q_EMIT changed();
-    // The caller may be an assistive technology that waits for its call to return; the dialog opens after that.
+    // Opens the dialog asynchronously: the caller may be an assistive technology that waits for this call to return.
     QMetaObject::invokeMethod(
         this,
         [this, prompt, start] {

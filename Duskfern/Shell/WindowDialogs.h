@@ -9,22 +9,22 @@
 
 class FolderChooser;
 
-/// The questions of the program's one window: confirmations are shown by the window itself, which reads them here.
+/// The questions of the program's only window. Confirmations are shown by the window, which reads them here.
 class WindowDialogs : public QObject, public Dialogs {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The window has one, made at launch")
 
 public:
-    /// `chooser` outlives this.
+    /// `chooser` must outlive this.
     explicit WindowDialogs(FolderChooser& chooser, QObject* parent = nullptr) : QObject(parent), m_chooser(chooser) {}
     ~WindowDialogs() override;
     Q_DISABLE_COPY_MOVE(WindowDialogs)
 
-    /// The window that questions belong to. When it is closed, a folder that is being chosen is none.
+    /// The window that owns the dialogs. Hiding it cancels a folder choice.
     void setWindow(QWindow* window);
 
-    /// Whether a question is open, of whatever kind: nothing else may act then.
+    /// Whether any question is open. Everything else in the window is disabled then.
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
     [[nodiscard]] bool isOpen() const { return m_isChoosing || m_isConfirming; }
 
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] QStringList buttons() const { return {m_question.confirmTitle, m_question.cancelTitle}; }
     Q_SIGNAL void changed();
 
-    /// What the user said to the confirmation; ignored when none is open.
+    /// The user's answer to the confirmation; ignored when none is open.
     Q_INVOKABLE void answer(bool confirmed);
 
     void chooseFolder(const QString& prompt, const std::optional<FileURL>& start,

@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// What is known of the chosen folder: how the analysis stands, its three numbers, its files as a list and as a map.
+/// The analysis of the chosen folder: its state, three numbers, and its files as a list and as a map.
 Item {
     id: root
 
@@ -15,7 +15,7 @@ Item {
         search.selectAll();
     }
 
-    /// What the keyboard acts on when this is shown.
+    /// The item that gets the focus when this is shown.
     function firstFocus(): Item {
         return files.firstFocus();
     }

@@ -5,13 +5,13 @@ import Duskfern.Engine
 import Duskfern.SpaceMap
 import Duskfern.Theme
 
-/// The largest files that pass the filter, as circles whose areas follow their sizes.
+/// The largest files that match the filter, as circles.
 Card {
     id: root
 
     required property ScanStore store
 
-    /// The file of the bubble that had the focus is not in the map any more.
+    /// The file of the focused bubble is not in the map any more.
     signal focusLeft
 
     fillOpacity: 0.035
@@ -23,7 +23,7 @@ Card {
         area: Qt.size(area.width, area.height)
         store: root.store
 
-        // Only the place of the focus in this screen changes: the keyboard may be elsewhere.
+        // Changes only the focus within this scope: the active focus may be elsewhere in the window.
         onFocusedMoved: {
             if (bubbles.focused < 0) {
                 root.focusLeft();
@@ -110,7 +110,7 @@ Card {
             }
         }
 
-        // One for all bubbles: a tip takes longer to make than all they have besides.
+        // A single tip for all bubbles, because creating one takes longer than creating a bubble.
         HoverTip {
             id: tip
 

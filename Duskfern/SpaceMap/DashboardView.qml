@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// The screen of the space map: a folder is chosen, analysed, and its largest files shown.
+/// The space map screen: a folder is chosen and analysed, and its largest files are shown.
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
         analysis?.focusSearch();
     }
 
-    /// What the keyboard acts on when the screen is shown: the files, where there are any or some may come.
+    /// The item that gets the focus when the screen is shown: the files if there are any or a scan is running.
     function firstFocus(): Item {
         const isEmpty = root.store.hasRoot && root.store.filteredCount === 0 && !root.store.isScanning;
         return isEmpty ? choose : body.item.firstFocus(); // qmllint disable type
@@ -87,7 +87,7 @@ Item {
         width: parent.width
     }
 
-    // Bound components cannot be loaded in Qt 6.4.
+    // Qt 6.4 cannot load bound components.
     Component {
         id: welcome
 

@@ -5,7 +5,7 @@ import Duskfern.Engine
 import Duskfern.SpaceMap
 import Duskfern.Theme
 
-/// The largest files that pass the filter, one of them selected.
+/// The largest files that match the filter, with a selection.
 Card {
     id: root
 
@@ -18,7 +18,7 @@ Card {
         root.store.selectRow(row);
     }
 
-    /// What the keyboard acts on when this is shown.
+    /// The item that gets the focus when this is shown.
     function firstFocus(): Item {
         return list;
     }
@@ -107,7 +107,8 @@ Card {
         anchors.top: upperDivider.bottom
         boundsBehavior: Flickable.StopAtBounds
         bottomMargin: 6
-        // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
+        // Rows outside the viewport are created asynchronously, and warn if the list is destroyed meanwhile; creating
+        // one takes little time.
         cacheBuffer: 0
         clip: true
         currentIndex: -1
@@ -154,7 +155,7 @@ Card {
     Connections {
         function onReplaced() {
             list.positionViewAtBeginning();
-            // That is where the first row begins, without the margin above it.
+            // Includes the top margin, which positionViewAtBeginning() leaves out.
             list.contentY = list.originY - list.topMargin;
             root.showSelection();
         }

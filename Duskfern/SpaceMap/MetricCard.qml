@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One number of the analysis, with its name and a symbol.
+/// A number of the analysis with its title and symbol.
 Card {
     id: root
 

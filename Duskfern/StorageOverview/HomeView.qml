@@ -5,7 +5,7 @@ import Duskfern.Engine
 import Duskfern.StorageOverview
 import Duskfern.Theme
 
-/// The first screen: the disks, and what kinds of things fill the main one.
+/// The home screen: the disks, and the categories of the main one.
 Flickable {
     id: root
 
@@ -15,7 +15,7 @@ Flickable {
 
     readonly property bool scrolls: root.contentHeight > root.height
 
-    /// Whether the screen has been seen, and what it shows been asked for.
+    /// Whether the first frame was shown and the values were requested.
     property bool appeared: false
 
     function appear() {
@@ -25,7 +25,7 @@ Flickable {
         }
     }
 
-    /// What the keyboard acts on when the screen is shown: the page, unless all of it is in sight.
+    /// The item that gets the focus when the screen is shown: the page if it scrolls, else the refresh button.
     function firstFocus(): Item {
         if (root.scrolls || !refresh.enabled) {
             return root;
@@ -39,7 +39,7 @@ Flickable {
 
     Accessible.name: "Estado de almacenamiento"
     Accessible.role: Accessible.Pane
-    // What has the focus cannot be told that Tab does not stop there.
+    // `firstFocus()` may focus the page when it does not scroll; turning this off would take the focus away.
     activeFocusOnTab: root.scrolls || root.activeFocus
     boundsBehavior: Flickable.StopAtBounds
     clip: true
@@ -67,7 +67,7 @@ Flickable {
         shown: root.activeFocus && root.scrolls
     }
 
-    // While that goes on there is no button to be on.
+    // A refresh disables the button, which may have the focus.
     Connections {
         enabled: root.activeFocus
         target: root.store
@@ -77,7 +77,7 @@ Flickable {
         }
     }
 
-    // Asking the disks may take a moment; the window is there first.
+    // Waits for the first frame, because querying the disks may block for a moment.
     Connections {
         enabled: !root.appeared
         target: root.Window.window
@@ -136,7 +136,8 @@ Flickable {
             }
         }
 
-        // What is not shown is not there, not even for a screen reader; a Loader takes no bound component.
+        // A Repeater creates only what is shown, so that screen readers do not find the rest. A Loader cannot load a
+        // bound component.
         Repeater {
             model: root.store.isScanning ? 1 : 0
 

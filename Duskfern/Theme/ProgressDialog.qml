@@ -1,10 +1,10 @@
 import QtQuick
 
-/// Says how far a work is during which nothing else can be done.
+/// Shows the progress of work that blocks the window.
 ModalDialog {
     id: root
 
-    /// What is done, and of how much.
+    /// Units of work done and in total.
     required property int done
     required property int total
 
@@ -17,7 +17,7 @@ ModalDialog {
         wrapMode: Text.Wrap
     }
 
-    // Needs no key, but has the keyboard, so that how far it is can be read aloud.
+    // Has the focus only to let screen readers report the progress.
     ProgressBar {
         Accessible.description: root.message
         Accessible.focusable: true

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A button with a title and perhaps a symbol before it.
+/// A button with a title and an optional symbol before it.
 T.AbstractButton {
     id: root
 
@@ -14,7 +14,8 @@ T.AbstractButton {
     property int kind: PushButton.Plain
     property bool large: false
 
-    /// Whether there is anything to press for. Looks disabled only then, not while a dialog blocks the window.
+    /// Whether the action is possible. Only this changes the look to disabled, not `enabled`, which is false while a
+    /// dialog is open.
     property bool available: true
     property color tint: Theme.red
     property color titleColor: root.prominent ? "white" : Theme.primary
@@ -22,14 +23,14 @@ T.AbstractButton {
     readonly property bool prominent: root.kind === PushButton.Prominent
     readonly property color fill: root.prominent ? root.tint : Theme.tint(Theme.primary, 0.06)
 
-    /// What a click does, for keys and assistive technologies.
+    /// Called for a click, for keys and by assistive technologies.
     function press() {
         if (root.enabled) {
             root.clicked();
         }
     }
 
-    /// A key that is held down presses once.
+    /// Ignores key repeats.
     function pressOnce(event: KeyEvent) {
         if (!event.isAutoRepeat) {
             root.press();

@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A field for a search text, with a button that empties it.
+/// A search field with a button that clears it.
 T.TextField {
     id: root
 
-    /// What the store holds; the field shows it and reports edits with `edited`.
+    /// The store's value. Shown by the field, which reports edits with `edited`.
     property string value: ""
 
     signal edited(string text)

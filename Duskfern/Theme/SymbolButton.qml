@@ -1,13 +1,13 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A button that shows a symbol in place of its title.
+/// A button with a symbol instead of a title.
 T.AbstractButton {
     id: root
 
     required property string symbol
 
-    /// What a click does, for keys and assistive technologies.
+    /// Called for a click, for keys and by assistive technologies.
     function press() {
         if (root.enabled) {
             root.clicked();

@@ -3,14 +3,15 @@ pragma Singleton
 import QtQuick
 import Duskfern.Theme
 
-/// Every colour and font of the program. Sizes of type follow the desktop's own font; colours follow light and dark.
+/// Every colour and font size of the program. Font sizes scale with the desktop's font; colours have a light and a dark
+/// variant.
 QtObject {
     id: root
 
-    /// Set by the window from what the desktop prefers.
+    /// Set by the window.
     property bool dark: false
 
-    /// Set by the window: whether a key was used last rather than the pointer. Only then is shown what keys act on.
+    /// Set by the window: whether the last input was a key. Focus rings are shown only then.
     property bool keyboard: false
 
     readonly property color red: root.dark ? "#FF453A" : "#FF3B30"
@@ -22,7 +23,7 @@ QtObject {
     readonly property color teal: root.dark ? "#40C8E0" : "#30B0C7"
     readonly property color gray: root.dark ? "#98989D" : "#8E8E93"
 
-    /// The colour of text, and of fills that are shades of it.
+    /// The colour of text, and of fills in shades of it.
     readonly property color primary: root.dark ? "#F5F5F7" : "#1D1D1F"
     readonly property color secondary: root.dark ? "#A8A8AE" : "#5F5F65"
 

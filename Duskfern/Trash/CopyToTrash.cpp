@@ -3,10 +3,10 @@
 #include "Foundation/CheckedSum.h"
 #include "Trash/DirectorySizes.h"
 #include "Trash/SafeRename.h"
+#include "Trash/StagingFolder.h"
 #include "Trash/TrashFailure.h"
 #include "Trash/TreeCopy.h"
 #include "Trash/TreeRemoval.h"
-#include "Trash/UnfinishedPlace.h"
 
 #include <sys/statvfs.h>
 
@@ -14,13 +14,13 @@
 
 namespace {
 
-/// Whether a disk has room for a copy and a tenth more.
-std::optional<TrashError> reasonAgainstRoom(const TreeManifest& manifest, int disk) {
+/// An error unless the disk has room for a copy and a tenth more.
+std::optional<TrashError> spaceError(const TreeManifest& manifest, int disk) {
     struct statvfs status {};
     if (fstatvfs(disk, &status) != 0) {
         return {};
     }
-    // Whatever it holds, each entry takes up to a block.
+    // Each entry takes up to one block more than its data.
     const auto block = static_cast<std::int64_t>(status.f_frsize);
     const auto entries = static_cast<std::int64_t>(manifest.entryCount() + 1);
     const std::int64_t wanted = checkedSum(manifest.bytes(), entries * block);
@@ -44,10 +44,10 @@ std::optional<TrashError> copyToTrash(const TrashItem& item, const TrashFolder& 
     if (const auto error = manifest.read(item.parent.number(), item.name, item.item.number(), stop)) {
         return error;
     }
-    if (const auto error = reasonAgainstRoom(manifest, trash.root())) {
+    if (const auto error = spaceError(manifest, trash.root())) {
         return error;
     }
-    UnfinishedPlace place(trash.root());
+    StagingFolder place(trash.root());
     if (const int number = place.make()) {
         const TrashError error = trashFolderErrorOf(number, trash.root());
         return error == TrashError::full ? TrashError::homeFull : error;
@@ -68,15 +68,15 @@ std::optional<TrashError> copyToTrash(const TrashItem& item, const TrashFolder& 
     }
     const TrashFolder::Taken taken =
         trash.take(place.folder(), TreeCopy::copyName, made->identity, item.name, item.path);
-    if (taken.error || taken.isElsewhere) {
+    if (taken.error || taken.isCrossDevice) {
         return taken.error.value_or(TrashError::noTrash);
     }
     OriginalRemoval removal(item.parent.number(), item.name, item.item.number(), manifest);
     switch (removal.run()) {
         case OriginalRemoval::Result::nothingGone:
-            // The copy goes where it was made, and with that place.
-            return trash.giveBack(taken.name, place.folder(), TreeCopy::copyName, made->identity) ? removal.error()
-                                                                                                  : TrashError::remains;
+            // Moves the copy back to the staging folder, which is then removed.
+            return trash.putBack(taken.name, place.folder(), TreeCopy::copyName, made->identity) ? removal.error()
+                                                                                                 : TrashError::remains;
         case OriginalRemoval::Result::partlyGone:
             static_cast<void>(syncFolder(item.parent.number()));
             return TrashError::remains;
@@ -85,7 +85,7 @@ std::optional<TrashError> copyToTrash(const TrashItem& item, const TrashFolder& 
     }
     static_cast<void>(syncFolder(item.parent.number()));
     if (item.status.isFolder()) {
-        noteDirectorySize(trash, taken.name, manifest.bytes());
+        recordDirectorySize(trash, taken.name, manifest.bytes());
     }
     return {};
 }

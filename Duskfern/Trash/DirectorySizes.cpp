@@ -1,8 +1,8 @@
 #include "Trash/DirectorySizes.h"
 
 #include "Foundation/SmallFile.h"
+#include "Trash/StagingFolder.h"
 #include "Trash/TrashNames.h"
-#include "Trash/UnfinishedPlace.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,13 +12,13 @@
 namespace {
 
 constexpr const char* fileName = "directorysizes";
-constexpr std::size_t mostBytes = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t maximumBytes = std::size_t{64} * 1024 * 1024;
 
 bool isNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// The encoded name in a line "SIZE TIME NAME"; empty where it is no such line.
+/// The encoded name in a line "SIZE TIME NAME"; empty if the line is malformed.
 std::string_view nameIn(std::string_view line) {
     const std::size_t first = line.find(' ');
     const std::size_t second = first == std::string_view::npos ? first : line.find(' ', first + 1);
@@ -42,7 +42,8 @@ bool writeAll(int file, std::string_view text) {
 
 }  // namespace
 
-std::string withDirectorySize(std::string_view sizes, std::string_view name, std::int64_t bytes, std::int64_t noted) {
+std::string withDirectorySize(std::string_view sizes, std::string_view name, std::int64_t bytes,
+                              std::int64_t infoModified) {
     const std::string encoded = percentEncoded(name);
     std::string result;
     result.reserve(sizes.size() + encoded.size() + 48);
@@ -55,19 +56,23 @@ std::string withDirectorySize(std::string_view sizes, std::string_view name, std
         }
         sizes.remove_prefix(std::min(end + 1, sizes.size()));
     }
-    return result.append(std::to_string(bytes)).append(" ").append(std::to_string(noted)).append(" ").append(encoded) +
+    return result.append(std::to_string(bytes))
+               .append(" ")
+               .append(std::to_string(infoModified))
+               .append(" ")
+               .append(encoded) +
            '\n';
 }
 
-void noteDirectorySize(const TrashFolder& trash, const std::string& name, std::int64_t bytes) {
-    const std::optional<FileStatus> note = fileStatus(trash.info(), std::string(name).append(trashNoteSuffix).c_str());
+void recordDirectorySize(const TrashFolder& trash, const std::string& name, std::int64_t bytes) {
+    const std::optional<FileStatus> info = fileStatus(trash.info(), std::string(name).append(trashInfoSuffix).c_str());
     const std::optional<FileStatus> known = fileStatus(trash.root(), fileName);
-    if (!note || (known && (!known->isRegularFile() || known->length > static_cast<std::int64_t>(mostBytes)))) {
+    if (!info || (known && (!known->isRegularFile() || known->length > static_cast<std::int64_t>(maximumBytes)))) {
         return;
     }
-    const std::string before = readSmallFile(trash.root(), fileName, mostBytes, FollowLinks::no).value_or("");
-    const std::string text = withDirectorySize(before, name, bytes, note->modifiedSeconds);
-    const std::string temporary = unfinishedName();
+    const std::string before = readSmallFile(trash.root(), fileName, maximumBytes, FollowLinks::no).value_or("");
+    const std::string text = withDirectorySize(before, name, bytes, info->modifiedSeconds);
+    const std::string temporary = stagingName();
     const Descriptor file(
         openat(trash.root(), temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file.isOpen()) {

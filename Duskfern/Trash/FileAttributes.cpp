@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::array<const char*, 2> accessLists{"system.posix_acl_access", "system.posix_acl_default"};
 
-/// Where the calls for attributes, which know no folders, find an entry.
+/// A path for the xattr calls, which take no directory descriptor.
 std::string pathOf(int folder, const char* name) {
     return "/proc/self/fd/" + std::to_string(folder) + '/' + name;
 }
@@ -23,7 +23,7 @@ bool mustBeKept(std::string_view attribute) {
     return attribute.starts_with("user.") || attribute == accessLists[0] || attribute == accessLists[1];
 }
 
-/// The names, one after the other with a zero behind each; false with errno set.
+/// The attribute names, each ended by a NUL; false with errno set.
 bool attributeNames(const std::string& path, std::vector<char>& names) {
     for (;;) {
         const ssize_t size = llistxattr(path.c_str(), nullptr, 0);
@@ -62,7 +62,7 @@ int copyExtended(const std::string& from, const std::string& to) {
         return errno;
     }
     const std::string_view list(names.data(), names.size());
-    // What the folder of the copy gave it by inheritance is not the original's.
+    // Removes an access control list that the copy inherited from its folder but the original does not have.
     for (const char* const accessList : accessLists) {
         if (list.find(accessList) == std::string_view::npos) {
             static_cast<void>(lremovexattr(to.c_str(), accessList));
@@ -90,7 +90,7 @@ int copyAttributes(int fromFolder, const char* from, int toFolder, const char* t
     if ((copy.st_uid != source.st_uid || copy.st_gid != source.st_gid) &&
         fchownat(toFolder, to, source.st_uid, source.st_gid, AT_SYMLINK_NOFOLLOW) != 0) {
         static_cast<void>(fchownat(toFolder, to, static_cast<uid_t>(-1), source.st_gid, AT_SYMLINK_NOFOLLOW));
-        // A program must not come to run as somebody else than before.
+        // Without the same owner, a set-uid program would run as another user.
         mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
     }
     if (const int number = copyExtended(pathOf(fromFolder, from), pathOf(toFolder, to))) {

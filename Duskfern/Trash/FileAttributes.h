@@ -2,9 +2,9 @@
 
 #include <sys/stat.h>
 
-/// Gives the entry `to` of the open folder `toFolder` the owner (where allowed), the extended attributes with the
-/// access control lists, the mode and the times of the entry `from` of `fromFolder`, of a link itself. `toFolder` is a
-/// folder where nobody else works. 0, or the error number; ENOTSUP where an attribute of a person's or an access
-/// control list cannot be kept. What belongs to the system (security labels, tuning) is kept as far as it goes.
+/// Copies owner (if permitted), extended attributes with access control lists, mode and times from the entry `from` of
+/// the open folder `fromFolder` to the entry `to` of `toFolder`. Does not follow links. `toFolder` must be private to
+/// the caller. Returns 0 or the error number; ENOTSUP if a user attribute or an access control list cannot be kept.
+/// Other attributes (security labels, system tuning) are copied where possible.
 [[nodiscard]] int copyAttributes(int fromFolder, const char* from, int toFolder, const char* to,
                                  const struct stat& source);

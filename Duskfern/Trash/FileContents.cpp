@@ -12,10 +12,10 @@
 
 namespace {
 
-constexpr std::int64_t kernelPiece = std::int64_t{8} * 1024 * 1024;
-constexpr std::int64_t handPiece = std::int64_t{256} * 1024;
+constexpr std::int64_t kernelChunk = std::int64_t{8} * 1024 * 1024;
+constexpr std::int64_t bufferSize = std::int64_t{256} * 1024;
 
-/// Calls `region(begin, end)` for each stretch of data until one returns an error number.
+/// Calls `region(begin, end)` for each range of data until one returns an error number.
 template <typename Region>
 int forEachRegion(int file, std::int64_t length, const Region& region) {
     for (std::int64_t at = 0; at < length;) {
@@ -41,7 +41,7 @@ int forEachRegion(int file, std::int64_t length, const Region& region) {
     return 0;
 }
 
-/// Reads up to `size` bytes at `at`, fewer only at the end of the file; negative with errno set.
+/// Reads `size` bytes at `at`, fewer only at the end of the file; negative with errno set.
 ssize_t readAll(int file, char* bytes, std::size_t size, std::int64_t at) {
     std::size_t done = 0;
     while (done < size) {
@@ -71,8 +71,8 @@ int writeAll(int file, const char* bytes, std::size_t size, std::int64_t at) {
     return 0;
 }
 
-int copyByHand(int from, int to, std::int64_t begin, std::int64_t end, const BytesDone& done) {
-    std::vector<char> buffer(static_cast<std::size_t>(std::min(handPiece, end - begin)));
+int copyWithBuffer(int from, int to, std::int64_t begin, std::int64_t end, const BytesDone& done) {
+    std::vector<char> buffer(static_cast<std::size_t>(std::min(bufferSize, end - begin)));
     for (std::int64_t at = begin; at < end;) {
         const std::size_t size = std::min<std::size_t>(buffer.size(), static_cast<std::size_t>(end - at));
         const ssize_t count = readAll(from, buffer.data(), size, at);
@@ -95,7 +95,7 @@ int copyRegion(int from, int to, std::int64_t begin, std::int64_t end, const Byt
         loff_t source = begin;
         loff_t target = begin;
         const ssize_t count = copy_file_range(from, &source, to, &target,
-                                              static_cast<std::size_t>(std::min(kernelPiece, end - begin)), 0);
+                                              static_cast<std::size_t>(std::min(kernelChunk, end - begin)), 0);
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -103,8 +103,8 @@ int copyRegion(int from, int to, std::int64_t begin, std::int64_t end, const Byt
             return errno;
         }
         if (count <= 0) {
-            // Between some file systems the kernel cannot, and on some it says that nothing is there.
-            return copyByHand(from, to, begin, end, done);
+            // The kernel cannot copy between some file systems, and on some it returns 0.
+            return copyWithBuffer(from, to, begin, end, done);
         }
         begin += count;
         if (!done(count)) {
@@ -116,19 +116,19 @@ int copyRegion(int from, int to, std::int64_t begin, std::int64_t end, const Byt
 
 }  // namespace
 
-int copyContents(int from, int to, std::int64_t length, const BytesDone& done, CopyWay& way) {
+int copyContents(int from, int to, std::int64_t length, const BytesDone& done, CopyMethod& method) {
     if (length > 0 && ioctl(to, FICLONE, from) == 0) {
-        way = CopyWay::shared;
+        method = CopyMethod::reflinked;
         return done(dataBytes(from, length)) ? 0 : ECANCELED;
     }
-    way = CopyWay::copied;
+    method = CopyMethod::written;
     const int number = forEachRegion(
         from, length, [&](std::int64_t begin, std::int64_t end) { return copyRegion(from, to, begin, end, done); });
     return number == 0 && ftruncate(to, length) != 0 ? errno : number;
 }
 
 int compareContents(int from, int to, std::int64_t length, const BytesDone& done) {
-    std::vector<char> left(static_cast<std::size_t>(std::min(handPiece, length)));
+    std::vector<char> left(static_cast<std::size_t>(std::min(bufferSize, length)));
     std::vector<char> right(left.size());
     return forEachRegion(from, length, [&](std::int64_t begin, std::int64_t end) {
         for (std::int64_t at = begin; at < end;) {

@@ -3,9 +3,9 @@
 #include "Desktop/TrashVisibility.h"
 #include "Trash/CopyToTrash.h"
 #include "Trash/DirectorySizes.h"
+#include "Trash/StagingFolder.h"
 #include "Trash/TrashFailure.h"
 #include "Trash/TrashRules.h"
-#include "Trash/UnfinishedPlace.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,17 +17,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// For how long what was asked about mounts is believed by what only looks.
-constexpr std::chrono::seconds recently{1};
+/// How long cached mount information is used. Only checks that need not be exact use it.
+constexpr std::chrono::seconds cacheLifetime{1};
 
 bool mayChange(int folder) {
     return faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-/// Lets the owner of a folder write it while it gets another parent, which rewrites its "..".
-class WritableMeanwhile {
+/// Makes a folder writable for its owner during a move to another parent, which rewrites its ".." entry.
+class TemporarilyWritable {
 public:
-    explicit WritableMeanwhile(const TrashItem& item) : m_mode(item.status.mode & 07777U) {
+    explicit TemporarilyWritable(const TrashItem& item) : m_mode(item.status.mode & 07777U) {
         const uid_t user = geteuid();
         if (item.status.isFolder() && user != 0 && item.status.owner == user && (m_mode & S_IWUSR) == 0) {
             m_path = "/proc/self/fd/" + std::to_string(item.item.number());
@@ -36,29 +36,29 @@ public:
             }
         }
     }
-    ~WritableMeanwhile() {
+    ~TemporarilyWritable() {
         if (!m_path.empty()) {
             static_cast<void>(chmod(m_path.c_str(), m_mode));
         }
     }
-    WritableMeanwhile(const WritableMeanwhile&) = delete;
-    WritableMeanwhile& operator=(const WritableMeanwhile&) = delete;
+    TemporarilyWritable(const TemporarilyWritable&) = delete;
+    TemporarilyWritable& operator=(const TemporarilyWritable&) = delete;
 
 private:
     mode_t m_mode;
     std::string m_path;
 };
 
-/// Whether the user could list the folder, and take away what is in it.
+/// Whether the user may list the folder and remove its entries.
 bool isOpenToUser(const TrashItem& item) {
     return !item.status.isFolder() ||
            faccessat(item.parent.number(), item.name.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-/// Moves an item within its file system; `isElsewhere` when the Trash turns out to lie on another one.
+/// Moves an item within its file system; sets `isCrossDevice` if the Trash is on another one.
 std::optional<TrashError> moveByRename(const TrashItem& item, const TrashFolder& trash, const std::stop_token& stop,
-                                       bool& isElsewhere) {
-    const std::optional<std::string> path = trash.notedPath(item.path);
+                                       bool& isCrossDevice) {
+    const std::optional<std::string> path = trash.pathInInfo(item.path);
     if (!path) {
         return TrashError::pathTooLong;
     }
@@ -71,23 +71,23 @@ std::optional<TrashError> moveByRename(const TrashItem& item, const TrashFolder&
     if (!item.isInPlace()) {
         return TrashError::changed;
     }
-    const WritableMeanwhile writable(item);
+    const TemporarilyWritable writable(item);
     const int parent = item.parent.number();
     const TrashFolder::Taken taken = trash.take(parent, item.name.c_str(), item.status.identity, item.name, *path);
-    isElsewhere = taken.isElsewhere;
-    if (taken.error || taken.isElsewhere) {
+    isCrossDevice = taken.isCrossDevice;
+    if (taken.error || taken.isCrossDevice) {
         return taken.error;
     }
-    // The descriptor was opened before, and tells for sure whether it is the item that was moved.
+    // The descriptor was opened before the move, so it refers to the item that was confirmed.
     const std::optional<FileStatus> held = fileStatus(item.item.number(), "");
     const std::optional<FileStatus> moved = fileStatus(trash.files(), taken.name.c_str());
     if (moved && held && moved->identity != held->identity) {
-        // If its place is taken by now it stays in the Trash, with its note.
-        static_cast<void>(trash.giveBack(taken.name, parent, item.name.c_str(), moved->identity));
+        // If something else has that name by now, the item stays in the Trash with its .trashinfo file.
+        static_cast<void>(trash.putBack(taken.name, parent, item.name.c_str(), moved->identity));
         return TrashError::changed;
     }
     if (item.status.isFolder()) {
-        noteDirectorySize(trash, taken.name, survey.allocated);
+        recordDirectorySize(trash, taken.name, survey.allocated);
     }
     return {};
 }
@@ -99,15 +99,15 @@ std::optional<TrashError> FreedesktopTrash::refusal(const FileURL& url) {
     if (const auto error = openTrashItem(url, item)) {
         return error;
     }
-    if (const auto error = reasonAgainst(item, m_home, recentMounts())) {
+    if (const auto error = refusalReason(item, m_home, recentMounts())) {
         return error;
     }
     TrashVolume volume;
-    const Way way = wayFor(item, volume);
-    if (way == Way::intoVolume) {
+    const Method method = methodFor(item, volume);
+    if (method == Method::intoVolume) {
         return {};
     }
-    if (way == Way::byCopy && !isOpenToUser(item)) {
+    if (method == Method::byCopy && !isOpenToUser(item)) {
         return TrashError::closedInside;
     }
     const Descriptor nearest = TrashFolder::nearestToHomeTrash(m_home);
@@ -130,22 +130,22 @@ std::optional<TrashError> FreedesktopTrash::move(const FileURL& url, const FileI
     if (item.status.identity != wanted) {
         return TrashError::changed;
     }
-    if (const auto error = reasonAgainst(item, m_home, currentMounts())) {
+    if (const auto error = refusalReason(item, m_home, currentMounts())) {
         return error;
     }
     if (stop.stop_requested()) {
         return TrashError::stopped;
     }
     TrashVolume volume;
-    const Way way = wayFor(item, volume);
-    bool isElsewhere = way == Way::byCopy;
-    if (way == Way::intoVolume) {
+    const Method method = methodFor(item, volume);
+    bool isCrossDevice = method == Method::byCopy;
+    if (method == Method::intoVolume) {
         TrashFolder trash;
         const std::optional<TrashError> error = trash.openOnVolume(volume);
         if (!error) {
-            clearLeftoversOnce(trash);
-            const auto result = moveByRename(item, trash, stop, isElsewhere);
-            if (!isElsewhere) {
+            removeStaleStagingOnce(trash);
+            const auto result = moveByRename(item, trash, stop, isCrossDevice);
+            if (!isCrossDevice) {
                 return result;
             }
         } else if (*error != TrashError::noTrash) {
@@ -156,32 +156,32 @@ std::optional<TrashError> FreedesktopTrash::move(const FileURL& url, const FileI
     if (const auto error = openHome(trash)) {
         return error;
     }
-    if (way == Way::intoHome) {
-        const auto result = moveByRename(item, trash, stop, isElsewhere);
-        if (!isElsewhere) {
+    if (method == Method::intoHome) {
+        const auto result = moveByRename(item, trash, stop, isCrossDevice);
+        if (!isCrossDevice) {
             return result;
         }
     }
     return copyToTrash(item, trash, progress, stop);
 }
 
-FreedesktopTrash::Way FreedesktopTrash::wayFor(const TrashItem& item, TrashVolume& volume) {
-    // Of the folders, because what some layered file systems say of files differs.
+FreedesktopTrash::Method FreedesktopTrash::methodFor(const TrashItem& item, TrashVolume& volume) {
+    // The folder's device, because some layered file systems report other device numbers for files.
     const std::uint64_t device = item.parentStatus.identity.device;
     const Descriptor nearest = TrashFolder::nearestToHomeTrash(m_home);
     const std::optional<FileStatus> home = nearest.isOpen() ? fileStatus(nearest.number(), "") : std::nullopt;
     if (home && home->identity.device == device) {
-        return Way::intoHome;
+        return Method::intoHome;
     }
     volume = volumeOf(item.parent.number());
     const std::optional<FileStatus> top = volume.top.isOpen() ? fileStatus(volume.top.number(), "") : std::nullopt;
-    return top && top->identity.device == device && isShownAt(volume) ? Way::intoVolume : Way::byCopy;
+    return top && top->identity.device == device && isShownAt(volume) ? Method::intoVolume : Method::byCopy;
 }
 
 std::optional<TrashError> FreedesktopTrash::openHome(TrashFolder& trash) {
     const std::optional<TrashError> error = trash.openHome(m_home);
     if (!error) {
-        clearLeftoversOnce(trash);
+        removeStaleStagingOnce(trash);
     }
     return error;
 }
@@ -189,7 +189,7 @@ std::optional<TrashError> FreedesktopTrash::openHome(TrashFolder& trash) {
 bool FreedesktopTrash::isShownAt(const TrashVolume& volume) {
     const std::lock_guard lock(m_mutex);
     const Clock::time_point now = Clock::now();
-    if (m_volumeAsked != volume.path || now - m_volumeRead > recently) {
+    if (m_volumeAsked != volume.path || now - m_volumeRead > cacheLifetime) {
         m_isVolumeShown = isTrashShownAt(volume.path);
         m_volumeAsked = volume.path;
         m_volumeRead = now;
@@ -200,21 +200,21 @@ bool FreedesktopTrash::isShownAt(const TrashVolume& volume) {
 std::vector<Mount> FreedesktopTrash::recentMounts() {
     const std::lock_guard lock(m_mutex);
     const Clock::time_point now = Clock::now();
-    if (m_mounts.empty() || now - m_mountsRead > recently) {
+    if (m_mounts.empty() || now - m_mountsRead > cacheLifetime) {
         m_mounts = currentMounts();
         m_mountsRead = now;
     }
     return m_mounts;
 }
 
-void FreedesktopTrash::clearLeftoversOnce(const TrashFolder& trash) {
+void FreedesktopTrash::removeStaleStagingOnce(const TrashFolder& trash) {
     const std::optional<FileStatus> status = fileStatus(trash.root(), "");
     if (!status) {
         return;
     }
     const std::lock_guard lock(m_mutex);
-    if (std::find(m_cleared.begin(), m_cleared.end(), status->identity) == m_cleared.end()) {
-        m_cleared.push_back(status->identity);
-        clearLeftovers(trash.root());
+    if (std::find(m_cleaned.begin(), m_cleaned.end(), status->identity) == m_cleaned.end()) {
+        m_cleaned.push_back(status->identity);
+        removeStaleStaging(trash.root());
     }
 }

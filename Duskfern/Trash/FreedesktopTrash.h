@@ -8,10 +8,10 @@
 #include <chrono>
 #include <mutex>
 
-/// The freedesktop.org Trash 1.0. What lies on the home's file system is renamed into the home
-/// Trash, what lies on another one into the Trash at its top; where no rename leads, or no file manager would show the
-/// result, it is copied into the home Trash and the original removed. Killed at any moment, every item is where it was,
-/// or in the Trash with its whole note.
+/// The freedesktop.org Trash 1.0. An item on the home's file system is renamed into the home Trash, one on another file
+/// system into the Trash at its top. If neither is possible, or file managers would not show the latter, the item is
+/// copied into the home Trash and the original removed. If the program is killed at any moment, the item is where it
+/// was, or in the Trash with a complete .trashinfo file.
 class FreedesktopTrash final : public Trash {
 public:
     explicit FreedesktopTrash(TrashHome home = TrashHome::ofUser()) : m_home(std::move(home)) {}
@@ -22,19 +22,19 @@ public:
     [[nodiscard]] std::optional<TrashError> refusal(const FileURL& url) override;
 
 private:
-    /// How an item gets into a Trash.
-    enum class Way { intoHome, intoVolume, byCopy };
+    /// How an item is moved to a Trash.
+    enum class Method { intoHome, intoVolume, byCopy };
 
-    [[nodiscard]] Way wayFor(const TrashItem& item, TrashVolume& volume);
+    [[nodiscard]] Method methodFor(const TrashItem& item, TrashVolume& volume);
     [[nodiscard]] bool isShownAt(const TrashVolume& volume);
     [[nodiscard]] std::vector<Mount> recentMounts();
     [[nodiscard]] std::optional<TrashError> openHome(TrashFolder& trash);
-    void clearLeftoversOnce(const TrashFolder& trash);
+    void removeStaleStagingOnce(const TrashFolder& trash);
 
     TrashHome m_home;
 
-    std::mutex m_mutex;  ///< Guards what follows, which only saves time.
-    std::vector<FileIdentity> m_cleared;
+    std::mutex m_mutex;  ///< Guards the caches below.
+    std::vector<FileIdentity> m_cleaned;
     std::vector<Mount> m_mounts;
     std::chrono::steady_clock::time_point m_mountsRead;
     std::string m_volumeAsked;

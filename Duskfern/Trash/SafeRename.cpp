@@ -15,7 +15,7 @@ bool isItem(int folder, const char* name, const FileIdentity& item) {
     return status && status->identity == item;
 }
 
-/// A second name first, then the old one away: killed in between, the item has both.
+/// Links the new name first and then unlinks the old one: if killed in between, the item has both names.
 int linkThenUnlink(int fromFolder, const char* from, int toFolder, const char* to, const FileIdentity& item) {
     if (linkat(fromFolder, from, toFolder, to, 0) != 0) {
         return errno;
@@ -32,7 +32,7 @@ int linkThenUnlink(int fromFolder, const char* from, int toFolder, const char* t
     return 0;
 }
 
-/// Replaces nothing but an empty file of our own, which takes the name first.
+/// Reserves the name with an empty file of our own and renames over that.
 int overPlaceholder(int fromFolder, const char* from, int toFolder, const char* to) {
     const Descriptor placeholder(openat(toFolder, to, O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
     if (!placeholder.isOpen()) {

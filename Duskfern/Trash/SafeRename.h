@@ -2,16 +2,16 @@
 
 #include "Foundation/FileStatus.h"
 
-/// Renames `from` of the open folder `fromFolder` to `to` of `toFolder`, and never replaces anything of anybody's.
-/// Where the file system does not know the kernel's own way, a file gets its new name before it loses the old one, and
-/// a folder could at most replace an empty folder that came there in the same moment. 0, or the error number with
-/// nothing changed; EEXIST where the name is taken, EXDEV where a rename does not lead there.
+/// Renames `from` of the open folder `fromFolder` to `to` of `toFolder` without replacing an existing entry. Where the
+/// file system does not support RENAME_NOREPLACE, a file is linked under its new name and then unlinked, and a folder
+/// could replace at most an empty folder created at the same moment. Returns 0, or the error number with nothing
+/// changed: EEXIST if the name is taken, EXDEV if the target is on another file system.
 [[nodiscard]] int renameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to,
                                          const FileIdentity& item);
 
-/// Whether the entry `name` of the open folder `folder` exists, also as a link that leads nowhere.
+/// Whether the entry `name` of the open folder `folder` exists, also as a dangling link.
 [[nodiscard]] bool isTaken(int folder, const char* name);
 
-/// Makes the names in an open folder last through a power cut. 0, or the error number; a file system that cannot sync
-/// folders is taken to need none, and a folder that may not be read is left to the file system's own time.
+/// Makes the entries of an open folder survive a power cut. Returns 0 or the error number. Returns 0 also where the
+/// file system cannot sync folders, or the folder may not be read.
 [[nodiscard]] int syncFolder(int folder);

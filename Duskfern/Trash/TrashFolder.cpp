@@ -3,8 +3,8 @@
 #include "Foundation/OpenPath.h"
 #include "Trash/SafeRename.h"
 #include "Trash/TrashFailure.h"
+#include "Trash/TrashInfoFile.h"
 #include "Trash/TrashNames.h"
-#include "Trash/TrashNote.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,10 +16,10 @@
 namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-constexpr int mostAttempts = 200;
+constexpr int maximumAttempts = 200;
 
-/// A chance of finding a name that nobody has, whatever is there already.
-std::uint32_t chance() {
+/// A random number for a file name, so that a free name is found quickly however many are taken.
+std::uint32_t randomNumber() {
     thread_local std::mt19937 random{std::random_device{}()};
     return std::uniform_int_distribution<std::uint32_t>(2, 999'999'999)(random);
 }
@@ -27,13 +27,13 @@ std::uint32_t chance() {
 std::size_t longestName(int folder) {
     constexpr std::size_t usual = 255;
     struct statvfs status {};
-    // Some count what is not bytes.
+    // Some file systems count characters or UTF-16 units instead of bytes.
     return fstatvfs(folder, &status) == 0 && status.f_namemax > 20 ? std::min<std::size_t>(status.f_namemax, usual)
                                                                    : usual;
 }
 
-/// Opens the folder `name` of `parent`, which is made for the user alone if it is missing. Where it is new the name is
-/// brought to the disk. Not open, with errno set, on failure.
+/// Opens the folder `name` of `parent`; creates it, for the user only, if it is missing, and then syncs `parent`. Not
+/// open, with errno set, on failure.
 Descriptor openOrMake(int parent, const char* name, int extraFlags) {
     const bool isNew = mkdirat(parent, name, S_IRWXU) == 0;
     const int number = errno;
@@ -46,7 +46,7 @@ Descriptor openOrMake(int parent, const char* name, int extraFlags) {
     return folder;
 }
 
-/// The same for a whole path; folders that are missing above are made too.
+/// The same for a path; missing parent folders are created too.
 Descriptor openOrMake(const FileURL& url) {
     Descriptor folder = openPath(url, folderFlags);
     if (folder.isOpen() || errno != ENOENT || url.path() == "/") {
@@ -61,7 +61,7 @@ bool isFolder(const FileURL& url) {
     return openPath(url, O_PATH | O_DIRECTORY).isOpen();
 }
 
-/// Whether a Trash at the top of a file system is the user's own. Some file systems give all to the administrator.
+/// Whether a Trash at the top of a file system belongs to the user, or to root as all files do on some file systems.
 bool isOwnFolder(int folder) {
     const std::optional<FileStatus> status = fileStatus(folder, "");
     return status && status->isFolder() && (status->owner == geteuid() || status->owner == 0);
@@ -124,7 +124,7 @@ Descriptor TrashFolder::nearestToHomeTrash(const TrashHome& home) {
     }
 }
 
-std::optional<std::string> TrashFolder::notedPath(const std::string& path) const {
+std::optional<std::string> TrashFolder::pathInInfo(const std::string& path) const {
     if (m_top.empty()) {
         return path;
     }
@@ -132,30 +132,30 @@ std::optional<std::string> TrashFolder::notedPath(const std::string& path) const
     return path.starts_with(prefix) ? std::optional(path.substr(prefix.size())) : std::nullopt;
 }
 
-/// Writes the note and gives it the first name that neither a note nor an item has.
-std::optional<TrashError> TrashFolder::note(std::string_view original, const std::string& text,
-                                            std::string& name) const {
+/// Writes a .trashinfo file under the first name that neither another one nor an item has.
+std::optional<TrashError> TrashFolder::writeInfo(std::string_view original, const std::string& text,
+                                                 std::string& name) const {
     const std::size_t longest = longestName(m_info.number());
-    TrashNote note(m_root.number(), m_info.number());
-    if (const int number = note.write(text)) {
+    TrashInfoFile info(m_root.number(), m_info.number());
+    if (const int number = info.write(text)) {
         return trashFolderErrorOf(number, m_root.number());
     }
     std::string wanted(original);
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        name = nameInTrash(wanted, attempt == 0 ? std::nullopt : std::optional(chance()), longest);
+    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
+        name = nameInTrash(wanted, attempt == 0 ? std::nullopt : std::optional(randomNumber()), longest);
         if (isTaken(m_files.number(), name.c_str())) {
             continue;
         }
-        const int number = note.link(std::string(name).append(trashNoteSuffix));
+        const int number = info.link(std::string(name).append(trashInfoSuffix));
         if (number == 0) {
             if (const int unsynced = syncFolder(m_info.number())) {
-                unlinkat(m_info.number(), std::string(name).append(trashNoteSuffix).c_str(), 0);
+                unlinkat(m_info.number(), std::string(name).append(trashInfoSuffix).c_str(), 0);
                 return trashFolderErrorOf(unsynced, m_root.number());
             }
             return {};
         }
         if (number == EILSEQ || number == EINVAL || number == ENAMETOOLONG) {
-            // A file system that takes no such name, for instance one that takes only UTF-8.
+            // The file system rejects the name, for instance because it requires UTF-8.
             wanted = plainName(cutName(wanted, longest / 2));
         } else if (number != EEXIST) {
             return trashFolderErrorOf(number, m_root.number());
@@ -167,21 +167,21 @@ std::optional<TrashError> TrashFolder::note(std::string_view original, const std
 TrashFolder::Taken TrashFolder::take(int fromFolder, const char* from, const FileIdentity& item,
                                      std::string_view original, const std::string& path) const {
     Taken taken;
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        taken.error = note(original, trashNote(path, std::time(nullptr)), taken.name);
+    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
+        taken.error = writeInfo(original, trashInfoText(path, std::time(nullptr)), taken.name);
         if (taken.error) {
             return taken;
         }
         const int number = renameWithoutReplacing(fromFolder, from, m_files.number(), taken.name.c_str(), item);
         if (number == 0) {
-            // It has moved, whatever becomes of this.
+            // The move has succeeded even if a sync fails.
             static_cast<void>(syncFolder(m_files.number()));
             static_cast<void>(syncFolder(fromFolder));
             return taken;
         }
-        unlinkat(m_info.number(), std::string(taken.name).append(trashNoteSuffix).c_str(), 0);
+        unlinkat(m_info.number(), std::string(taken.name).append(trashInfoSuffix).c_str(), 0);
         if (number == EXDEV) {
-            taken.isElsewhere = true;
+            taken.isCrossDevice = true;
             return taken;
         }
         if (number != EEXIST) {
@@ -214,11 +214,11 @@ TrashError TrashFolder::renameError(int number, int fromFolder) const {
     return trashErrorOf(number, m_root.number());
 }
 
-bool TrashFolder::giveBack(const std::string& name, int toFolder, const char* to, const FileIdentity& item) const {
+bool TrashFolder::putBack(const std::string& name, int toFolder, const char* to, const FileIdentity& item) const {
     if (renameWithoutReplacing(m_files.number(), name.c_str(), toFolder, to, item) != 0) {
         return false;
     }
     static_cast<void>(syncFolder(toFolder));
-    unlinkat(m_info.number(), std::string(name).append(trashNoteSuffix).c_str(), 0);
+    unlinkat(m_info.number(), std::string(name).append(trashInfoSuffix).c_str(), 0);
     return true;
 }

@@ -2,12 +2,12 @@
 
 #include "Foundation/FileURL.h"
 
-/// The folders of a user that decide where the Trash is and what never goes there.
+/// The folders of a user that determine where the Trash is and what must not be moved there.
 struct TrashHome {
     FileURL home;
-    FileURL dataHome;  ///< Holds the home Trash.
+    FileURL dataHome;  ///< Contains the home Trash.
 
-    /// As the environment says: HOME, and XDG_DATA_HOME or what stands for it.
+    /// From the environment: HOME, and XDG_DATA_HOME or its default.
     [[nodiscard]] static TrashHome ofUser();
 
     [[nodiscard]] FileURL trash() const { return dataHome.appendingPathComponent("Trash"); }

@@ -5,23 +5,22 @@
 
 #include <string>
 
-/// Something that is to be moved, held by descriptors: whatever is renamed or swapped meanwhile, what is checked, moved
-/// and removed lies in the folder that was opened first.
+/// An item to be moved, held by descriptors: whatever is renamed or replaced meanwhile, checks, moves and removals
+/// apply to the folder that was opened first.
 struct TrashItem {
     std::string name;
-    Descriptor parent;  ///< The folder it lies in; only to name things in it.
-    Descriptor item;    ///< Itself; a link is not followed.
+    Descriptor parent;  ///< The folder that contains it, for access to entries by name.
+    Descriptor item;    ///< The item itself; a link is not followed.
     FileStatus parentStatus;
     FileStatus status;
-    std::string
-        path;  ///< Where it really lies, without links and dots. As it was given where that is too long to tell.
+    std::string path;  ///< Without links and dots; as given if the real path is too long to be read.
 
-    /// Whether what has its name now is still the same.
+    /// Whether `name` in `parent` is still this item.
     [[nodiscard]] bool isInPlace() const;
 };
 
-/// Opens what lies at `url` into `item`. Nothing, or why that is not possible.
+/// Opens the item at `url`. Returns nothing, or why that failed.
 [[nodiscard]] std::optional<TrashError> openTrashItem(const FileURL& url, TrashItem& item);
 
-/// Where an open file or folder really is; nothing where the path is too long to tell.
+/// The real path of an open file or folder; nothing if it is too long to be read.
 [[nodiscard]] std::optional<std::string> pathOfOpen(int descriptor);

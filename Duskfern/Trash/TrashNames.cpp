@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Longer endings are no extension that anybody knows.
+/// A longer part after a dot is not treated as an extension.
 constexpr std::size_t longestExtension = 24;
 
 bool continuesCharacter(char byte) {
@@ -31,11 +31,11 @@ std::string_view cutName(std::string_view name, std::size_t size) {
 }
 
 std::string nameInTrash(std::string_view name, std::optional<std::uint32_t> number, std::size_t longest) {
-    const std::size_t room = longest > trashNoteSuffix.size() ? longest - trashNoteSuffix.size() : 1;
+    const std::size_t room = longest > trashInfoSuffix.size() ? longest - trashInfoSuffix.size() : 1;
     if (!number && name.size() <= room) {
         return std::string(name);
     }
-    // The first dot, so that ".tar.gz" stays together, unless that leaves an unlikely extension.
+    // The first dot, to keep ".tar.gz" together, unless the extension would be too long.
     std::size_t dot = name.find('.', 1);
     if (dot != std::string_view::npos && name.size() - dot > longestExtension) {
         dot = name.rfind('.');
@@ -76,7 +76,7 @@ std::string percentEncoded(std::string_view bytes) {
     return text;
 }
 
-std::string trashNote(std::string_view path, std::time_t moment) {
+std::string trashInfoText(std::string_view path, std::time_t moment) {
     std::tm local{};
     localtime_r(&moment, &local);
     std::array<char, 32> date{};

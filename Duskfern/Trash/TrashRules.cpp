@@ -14,11 +14,11 @@
 
 namespace {
 
-/// An existing folder that is never moved: where it really is, and what it is by whatever way it is reached.
+/// An existing folder that must not be moved: its real path, and its identity.
 struct Place {
     std::string path;
     FileIdentity identity;
-    std::string named;  ///< The path that leads there, which may go through a link.
+    std::string named;  ///< The given path, which may contain links.
 };
 
 std::optional<Place> placeOf(const FileURL& url) {
@@ -43,7 +43,7 @@ bool isOfTrash(const TrashItem& item, const FileURL& trash) {
     if (isOrHolds(item, *place) || isAtOrBelow(item.path, place->path)) {
         return true;
     }
-    // By another way, for instance a bind mount, what lies in it has another path.
+    // Through a bind mount, for instance, items in the Trash have another path.
     const FileIdentity& parent = item.parentStatus.identity;
     const auto isParent = [&](const char* folder) {
         const std::optional<Place> inner = placeOf(trash.appendingPathComponent(folder));
@@ -52,7 +52,7 @@ bool isOfTrash(const TrashItem& item, const FileURL& trash) {
     return place->identity == parent || isParent("files") || isParent("info");
 }
 
-/// Whether the path leads through, or to, a Trash at the top of a file system.
+/// Whether the path is that of a Trash at the top of a file system, or of something in it.
 bool isOfVolumeTrash(const TrashItem& item, const std::vector<Mount>& mounts) {
     const std::string& path = item.path;
     for (std::size_t at = path.find("/.Trash"); at != std::string::npos; at = path.find("/.Trash", at + 1)) {
@@ -75,7 +75,7 @@ bool holdsMount(const TrashItem& item, const std::vector<Mount>& mounts) {
                        [&](const Mount& mount) { return isAtOrBelow(mount.target, item.path); });
 }
 
-std::optional<TrashError> reasonAgainstRemoval(const TrashItem& item) {
+std::optional<TrashError> removalRefusal(const TrashItem& item) {
     const uid_t user = geteuid();
     const FileStatus& parent = item.parentStatus;
     if (faccessat(item.parent.number(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
@@ -90,7 +90,7 @@ std::optional<TrashError> reasonAgainstRemoval(const TrashItem& item) {
     if ((parent.mode & S_ISVTX) != 0 && user != parent.owner && user != item.status.owner) {
         return TrashError::foreign;
     }
-    // A folder that gets another parent has its ".." rewritten. The owner can allow that.
+    // Moving a folder to another parent rewrites its ".." entry. The owner can change the mode to allow that.
     if (item.status.isFolder() && user != item.status.owner &&
         faccessat(item.parent.number(), item.name.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
         return errno == EACCES ? TrashError::cannotBeEmptied : trashErrorOf(errno, item.parent.number());
@@ -126,11 +126,11 @@ public:
         return {};
     }
 
-    std::optional<TrashError> closed(std::uint32_t folder, const char* /*name*/, int number) override {
+    std::optional<TrashError> unreadable(std::uint32_t folder, const char* /*name*/, int number) override {
         if (number == EMFILE || number == ENFILE) {
             return TrashError::tooManyOpen;
         }
-        // The owner can open what is closed. What somebody else closed may hold anything.
+        // The owner can make a folder readable; another user's unreadable folder may contain anything.
         const bool isOwn = m_user == 0 || m_owners[folder] == m_user;
         return isOwn || number != EACCES ? std::nullopt : std::optional(TrashError::cannotBeEmptied);
     }
@@ -145,7 +145,7 @@ private:
 
 }  // namespace
 
-std::optional<TrashError> reasonAgainst(const TrashItem& item, const TrashHome& home,
+std::optional<TrashError> refusalReason(const TrashItem& item, const TrashHome& home,
                                         const std::vector<Mount>& mounts) {
     const std::optional<Place> place = placeOf(home.home);
     if (place && isOrHolds(item, *place)) {
@@ -158,7 +158,7 @@ std::optional<TrashError> reasonAgainst(const TrashItem& item, const TrashHome& 
     if (item.status.isMountPoint || holdsMount(item, mounts)) {
         return TrashError::mounted;
     }
-    return reasonAgainstRemoval(item);
+    return removalRefusal(item);
 }
 
 std::optional<TrashError> surveyFolder(const TrashItem& item, FolderSurvey& survey, const std::stop_token& stop) {

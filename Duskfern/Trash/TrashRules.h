@@ -6,17 +6,17 @@
 
 #include <stop_token>
 
-/// Why an item never goes to the Trash or cannot be taken from where it lies, as far as the item itself, its folder and
-/// `mounts` show; nothing else. Looks at nothing inside.
-[[nodiscard]] std::optional<TrashError> reasonAgainst(const TrashItem& item, const TrashHome& home,
+/// Why an item must not be moved to the Trash, or cannot be removed from its folder, as far as the item itself, its
+/// folder and `mounts` tell; nothing if there is no reason. Does not check its contents.
+[[nodiscard]] std::optional<TrashError> refusalReason(const TrashItem& item, const TrashHome& home,
                                                       const std::vector<Mount>& mounts);
 
-/// What there is to know about a folder before it moves as a whole.
+/// What is found out about a folder before it is moved.
 struct FolderSurvey {
-    std::int64_t allocated = 0;  ///< Bytes on disk of all that could be seen.
+    std::int64_t allocated = 0;  ///< Allocated size of everything that could be read, in bytes.
 };
 
-/// Looks through the folder that `item` is. An error where something in it would keep the Trash from being emptied: a
-/// mount, something protected, a folder of somebody else that is not empty and that the user may not write.
+/// Walks through the folder `item`. Returns an error if something in it would prevent the Trash from being emptied: a
+/// mount, an immutable file, or another user's folder that is not empty and not writable.
 [[nodiscard]] std::optional<TrashError> surveyFolder(const TrashItem& item, FolderSurvey& survey,
                                                      const std::stop_token& stop);

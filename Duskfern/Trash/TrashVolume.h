@@ -4,11 +4,11 @@
 
 #include <string>
 
-/// The top of the mounted file system that an open folder lies in.
+/// The top folder of a mounted file system.
 struct TrashVolume {
     Descriptor top;
     std::string path;
 };
 
-/// The top folder above the open folder `folder`; its `top` is not open where that cannot be found out.
+/// The top of the file system that contains the open folder `folder`; `top` is not open if it cannot be determined.
 [[nodiscard]] TrashVolume volumeOf(int folder);

@@ -15,7 +15,7 @@ namespace {
 constexpr const char* linksName = "links";
 
 int copyLink(int from, const char* fromName, int to, const char* toName, std::int64_t length) {
-    // Some file systems say that links are empty.
+    // Some file systems report a length of 0 for links.
     std::string target(static_cast<std::size_t>(std::max<std::int64_t>(length, 4095)) + 1, '\0');
     const ssize_t size = readlinkat(from, fromName, target.data(), target.size());
     if (size < 0 || static_cast<std::size_t>(size) == target.size()) {
@@ -29,7 +29,7 @@ int link(int from, const char* fromName, int to, const char* toName) {
     return linkat(from, fromName, to, toName, 0) == 0 ? 0 : errno;
 }
 
-/// Where the home's file system has no hard links, or not that many, each name gets a copy of its own.
+/// Where the home's file system supports no or not enough hard links, each name gets a separate copy.
 bool hasNoLinks(int number) {
     return number == EPERM || number == EOPNOTSUPP || number == ENOSYS || number == EMLINK || number == ENOENT;
 }
@@ -41,7 +41,7 @@ std::string linkTarget(int folder, const char* name) {
     return target;
 }
 
-/// Without touching the access time where that is allowed.
+/// Leaves the access time unchanged if permitted.
 Descriptor openToRead(int folder, const char* name) {
     constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     Descriptor file(openat(folder, name, flags | O_NOATIME));
@@ -88,7 +88,7 @@ TrashError TreeCopy::failure(int number) const {
     return error == TrashError::full ? TrashError::homeFull : error;
 }
 
-/// Opens a folder on both sides.
+/// Opens a folder of the original and of the copy, and calls `each` for its entries.
 template <typename Each>
 std::optional<TrashError> TreeCopy::withFolder(std::uint32_t folder, const Each& each) {
     const Descriptor from = m_manifest.tree().open(m_source.item, folder, O_RDONLY | O_DIRECTORY);
@@ -111,7 +111,7 @@ std::optional<TrashError> TreeCopy::withFolder(std::uint32_t folder, const Each&
     return {};
 }
 
-/// The item itself, then all that is below, folders before what they hold.
+/// Calls `each` for the item and everything below it, parents before children.
 template <typename Each>
 std::optional<TrashError> TreeCopy::forEachEntry(const Each& each) {
     const Pair item{m_source.parent, m_source.name.c_str(), m_place, copyName};
@@ -141,8 +141,8 @@ std::optional<TrashError> TreeCopy::copyEntry(const Pair& pair, const FileStatus
     return status.links > 1 ? copyLinked(pair, status) : copyOne(pair, status);
 }
 
-/// Files that have several names inside keep them: each is kept at hand under another name, because the way to where
-/// its first copy lies may be too long.
+/// Keeps hard links between files in the item. The first copy of a linked file also gets a short name in `links`,
+/// because its path may be too long to link from.
 std::optional<TrashError> TreeCopy::copyLinked(const Pair& pair, const FileStatus& status) {
     const Descriptor links(openat(m_place, linksName, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!links.isOpen()) {
@@ -195,18 +195,18 @@ int TreeCopy::copyFile(const Pair& pair, const FileStatus& status) {
     if (!to.isOpen()) {
         return errno;
     }
-    CopyWay way = CopyWay::copied;
+    CopyMethod method = CopyMethod::written;
     const int number = copyContents(
-        from.number(), to.number(), status.length, [this](std::int64_t bytes) { return advance(bytes); }, way);
-    // Nobody will compare what is shared.
-    if (way == CopyWay::shared && number == 0 && !advance(dataBytes(from.number(), status.length))) {
+        from.number(), to.number(), status.length, [this](std::int64_t bytes) { return advance(bytes); }, method);
+    // Shared data is not compared, so its share of the progress is added here.
+    if (method == CopyMethod::reflinked && number == 0 && !advance(dataBytes(from.number(), status.length))) {
         return ECANCELED;
     }
-    m_isShared = m_isShared && (way == CopyWay::shared || status.length == 0);
+    m_isReflinked = m_isReflinked && (method == CopyMethod::reflinked || status.length == 0);
     return number;
 }
 
-/// The deepest folders first: what is done in a folder changes its times.
+/// Deepest folders first: changes in a folder change its times.
 std::optional<TrashError> TreeCopy::copyFolderAttributes() {
     for (std::uint32_t folder = m_manifest.folderCount(); folder > 0; --folder) {
         const Descriptor from = m_manifest.tree().open(m_source.item, folder - 1, O_PATH | O_DIRECTORY);
@@ -252,7 +252,7 @@ std::optional<TrashError> TreeCopy::compareEntry(const Pair& pair, const FileSta
     if (copy->length != status.length) {
         return TrashError::changedMeanwhile;
     }
-    const int number = m_isShared ? 0 : compareFile(pair, status);
+    const int number = m_isReflinked ? 0 : compareFile(pair, status);
     return number == 0 ? std::nullopt : std::optional(failure(number));
 }
 
@@ -262,7 +262,7 @@ int TreeCopy::compareFile(const Pair& pair, const FileStatus& status) {
     if (!from.isOpen() || !to.isOpen()) {
         return errno;
     }
-    // What the disk has is what counts, not what is still in memory.
+    // Drops the page cache, so that the comparison reads from the disk.
     static_cast<void>(posix_fadvise(to.number(), 0, 0, POSIX_FADV_DONTNEED));
     return compareContents(from.number(), to.number(), status.length,
                            [this](std::int64_t bytes) { return advance(bytes); });

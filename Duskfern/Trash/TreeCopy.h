@@ -8,14 +8,14 @@
 /// Copies what a manifest lists, and compares the copy with the original.
 class TreeCopy {
 public:
-    /// The original lies in the open folder `parent` as `name` and is itself open as `item`.
+    /// The original: the entry `name` of the open folder `parent`, itself open as `item`.
     struct Source {
         int parent;
         const std::string& name;
         int item;
     };
 
-    /// `place` is an open private folder. All that is given outlives this.
+    /// `place` is an open private folder. All arguments passed by reference or descriptor must outlive this.
     TreeCopy(const TreeManifest& manifest, Source source, int place, Trash::Progress progress, std::stop_token stop)
         : m_manifest(manifest),
           m_source(source),
@@ -23,17 +23,17 @@ public:
           m_progress(std::move(progress)),
           m_stop(std::move(stop)) {}
 
-    /// What the copy is called in the place.
+    /// The name of the copy in `place`.
     static constexpr const char* copyName = "item";
 
-    /// Makes the copy. Nothing, or why it is not whole.
+    /// Makes the copy. Returns nothing, or why it is incomplete.
     [[nodiscard]] std::optional<TrashError> copy();
 
-    /// Brings the copy to the disk, reads it again, and sees that the original is still what the manifest says.
+    /// Syncs the copy, reads it again, and checks that the original still matches the manifest.
     [[nodiscard]] std::optional<TrashError> syncAndCompare();
 
 private:
-    /// The same entry on both sides.
+    /// An entry of the original and its copy.
     struct Pair {
         int from;
         const char* fromName;
@@ -61,7 +61,9 @@ private:
     int m_place;
     Trash::Progress m_progress;
     std::stop_token m_stop;
-    std::int64_t m_done = 0;  ///< Bytes copied and bytes compared.
-    bool m_isShared = true;   ///< Every file shares its data with the original, so that there is nothing to compare.
-    std::map<std::pair<std::uint64_t, std::uint64_t>, std::string> m_links;  ///< Where else the first copy lies.
+    std::int64_t m_done = 0;  ///< Sum of bytes copied and bytes compared.
+    bool m_isReflinked =
+        true;  ///< Whether all files share their data with the original, so that no comparison is needed.
+    std::map<std::pair<std::uint64_t, std::uint64_t>, std::string>
+        m_links;  ///< Name in the folder `links` by device and inode.
 };

@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <set>
 
-/// Collects the entries and turns down what cannot be copied or removed.
+/// Collects the entries, and returns an error for what cannot be copied or removed.
 class TreeManifest::Reader final : public TreeVisitor {
 public:
     explicit Reader(TreeManifest& manifest) : m_manifest(manifest) {}
@@ -42,7 +42,7 @@ public:
         return {};
     }
 
-    std::optional<TrashError> closed(std::uint32_t folder, const char* /*name*/, int number) override {
+    std::optional<TrashError> unreadable(std::uint32_t folder, const char* /*name*/, int number) override {
         const TrashError error = trashErrorOf(number, -1);
         if (error == TrashError::gone) {
             return TrashError::changedMeanwhile;
@@ -51,7 +51,7 @@ public:
                                                                                       : error;
     }
 
-    /// Adds the bytes of an entry, and sees whether it can be read.
+    /// Adds the size of an entry, and checks that it can be copied.
     std::optional<TrashError> count(int directory, const char* name, const FileStatus& status) {
         if ((S_ISCHR(status.mode) || S_ISBLK(status.mode)) && geteuid() != 0) {
             return TrashError::special;

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Removes all that is no folder, and opens each folder to its owner on the way.
-class Emptier final : public TreeVisitor {
+/// Removes everything but folders, and makes each folder accessible to its owner.
+class TreeEmptier final : public TreeVisitor {
 public:
     std::optional<TrashError> enter(std::uint32_t /*folder*/, int /*directory*/) override { return {}; }
 
@@ -24,7 +24,7 @@ public:
         return {};
     }
 
-    std::optional<TrashError> closed(std::uint32_t /*folder*/, const char* /*name*/, int /*number*/) override {
+    std::optional<TrashError> unreadable(std::uint32_t /*folder*/, const char* /*name*/, int /*number*/) override {
         return {};
     }
 };
@@ -33,7 +33,7 @@ bool removeOnce(int directory, const std::string& name) {
     if (Descriptor root(openat(directory, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         root.isOpen()) {
         FolderTree tree;
-        Emptier emptier;
+        TreeEmptier emptier;
         static_cast<void>(walkTree(root.number(), tree, emptier, {}));
         for (std::uint32_t folder = tree.size() - 1; folder > 0; --folder) {
             const Descriptor parent = tree.open(root.number(), tree.parentOf(folder), O_PATH | O_DIRECTORY);
@@ -85,7 +85,7 @@ bool OriginalRemoval::removeFrom(std::uint32_t folder) {
     }
     const Descriptor directory = m_manifest.tree().open(m_item, folder, O_PATH | O_DIRECTORY);
     if (!directory.isOpen()) {
-        // The first pass may have removed it.
+        // The first pass may have removed it already.
         m_error = trashErrorOf(errno, m_item);
         return m_isAnythingGone && errno == ENOENT;
     }
@@ -110,7 +110,7 @@ bool OriginalRemoval::removeEntry(int directory, const std::string& name, const 
     if (!now && errno == ENOENT) {
         return true;
     }
-    // A folder was written to when it was emptied.
+    // Emptying a folder modifies it, so only its identity is compared.
     if (now && (expected.isFolder() ? now->identity != expected.identity : !isUnchanged(expected, *now))) {
         m_error = TrashError::changedMeanwhile;
         return false;

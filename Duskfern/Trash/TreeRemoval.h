@@ -4,28 +4,28 @@
 
 #include <string>
 
-/// Removes something of our own, an unfinished copy: the entry `name` of the open folder `directory` with all below.
-/// What cannot be removed stays.
+/// Removes the entry `name` of the open folder `directory` with everything below it. Only for unfinished copies of our
+/// own. What cannot be removed stays.
 void removeTree(int directory, const std::string& name);
 
-/// Takes the original away once its copy is safe.
+/// Removes the original after its copy is complete.
 class OriginalRemoval {
 public:
     enum class Result {
         done,
-        nothingGone,  ///< The first thing to be removed could not be: the original is as it was.
+        nothingGone,  ///< The first removal failed: the original is unchanged.
         partlyGone,
     };
 
-    /// `parent` is the open folder that the item lies in as `name`, `item` the item itself; `manifest` says what was
-    /// copied. Nothing else is removed, nor what was written to since.
+    /// `parent` is the open folder that contains the item as `name`, `item` is the item itself, and `manifest` lists
+    /// what was copied. Only what is listed and unmodified since then is removed.
     OriginalRemoval(int parent, std::string name, int item, const TreeManifest& manifest)
         : m_parent(parent), m_name(std::move(name)), m_item(item), m_manifest(manifest) {}
 
-    /// Removes all of it, and tries a second time what could not be removed at first.
+    /// Removes everything, with a second attempt at what could not be removed at first.
     [[nodiscard]] Result run();
 
-    /// Why the first thing could not be removed.
+    /// Why the first removal failed.
     [[nodiscard]] TrashError error() const { return m_error; }
 
 private:

@@ -35,7 +35,7 @@ Descriptor FolderTree::open(int root, std::uint32_t folder, int flags) const {
 
 namespace {
 
-/// Hands every entry of one open folder to the visitor.
+/// Reports every entry of one open folder to the visitor.
 std::optional<TrashError> walkFolder(DIR* list, std::uint32_t folder, FolderTree& tree, TreeVisitor& visitor,
                                      const std::stop_token& stop) {
     const int directory = dirfd(list);
@@ -47,7 +47,7 @@ std::optional<TrashError> walkFolder(DIR* list, std::uint32_t folder, FolderTree
         errno = 0;
         const dirent* const next = readdir(list);
         if (next == nullptr) {
-            return errno != 0 ? visitor.closed(folder, "", errno) : std::nullopt;
+            return errno != 0 ? visitor.unreadable(folder, "", errno) : std::nullopt;
         }
         const std::string_view name = next->d_name;
         if (name == "." || name == "..") {
@@ -55,7 +55,7 @@ std::optional<TrashError> walkFolder(DIR* list, std::uint32_t folder, FolderTree
         }
         const std::optional<FileStatus> status = fileStatus(directory, next->d_name);
         if (!status) {
-            error = visitor.closed(folder, next->d_name, errno);
+            error = visitor.unreadable(folder, next->d_name, errno);
             continue;
         }
         error =
@@ -75,7 +75,7 @@ std::optional<TrashError> walkTree(int root, FolderTree& tree, TreeVisitor& visi
         const std::unique_ptr<DIR, CloseFolder> list(open.isOpen() ? fdopendir(open.number()) : nullptr);
         std::optional<TrashError> error;
         if (list == nullptr) {
-            error = visitor.closed(folder, "", errno);
+            error = visitor.unreadable(folder, "", errno);
         } else {
             static_cast<void>(open.release());
             error = walkFolder(list.get(), folder, tree, visitor, stop);

@@ -61,7 +61,7 @@ public:
         m_changed.wait(lock, [this] { return m_inside == 0; });
     }
 
-    [[nodiscard]] SystemVolumes::Questions questions() {
+    [[nodiscard]] SystemVolumes::Sources questions() {
         return {[this] {
                     note();
                     return table;

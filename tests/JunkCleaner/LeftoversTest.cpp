@@ -1,6 +1,7 @@
 #include "Desktop/DesktopApplications.h"
 #include "Desktop/DesktopEntry.h"
-#include "JunkCleaner/Leftovers.h"
+#include "Desktop/PropertyList.h"
+#include "JunkCleaner/InstalledAppTokens.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

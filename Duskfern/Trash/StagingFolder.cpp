@@ -1,4 +1,4 @@
-#include "Trash/UnfinishedPlace.h"
+#include "Trash/StagingFolder.h"
 
 #include "Foundation/FileStatus.h"
 #include "Trash/TreeRemoval.h"
@@ -31,7 +31,7 @@ bool isLockedByUs(int descriptor) {
 
 }  // namespace
 
-std::string unfinishedName() {
+std::string stagingName() {
     static std::atomic<std::uint64_t> count = 0;
     std::uint64_t number = 0;
     if (getrandom(&number, sizeof number, GRND_NONBLOCK) != sizeof number) {
@@ -42,9 +42,9 @@ std::string unfinishedName() {
     return std::string(prefix) + digits.data();
 }
 
-int UnfinishedPlace::make() {
+int StagingFolder::make() {
     for (int attempt = 0; attempt < 8; ++attempt) {
-        const std::string name = unfinishedName();
+        const std::string name = stagingName();
         if (mkdirat(m_trash, name.c_str(), 0700) != 0) {
             if (errno == EEXIST) {
                 continue;
@@ -59,7 +59,7 @@ int UnfinishedPlace::make() {
             return number;
         }
         static_cast<void>(isLockedByUs(m_folder.number()));
-        // Before it was locked somebody may have taken it for a leftover.
+        // Another program may have removed it as stale before it was locked.
         if (fileStatus(m_trash, name.c_str())) {
             return 0;
         }
@@ -73,14 +73,14 @@ int UnfinishedPlace::make() {
     return EEXIST;
 }
 
-void UnfinishedPlace::remove() {
+void StagingFolder::remove() {
     if (!m_name.empty()) {
         removeTree(m_trash, m_name);
         m_name.clear();
     }
 }
 
-void clearLeftovers(int trash) {
+void removeStaleStaging(int trash) {
     const int list = openat(trash, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     const std::unique_ptr<DIR, CloseFolder> folder(list >= 0 ? fdopendir(list) : nullptr);
     if (folder == nullptr) {

@@ -1,4 +1,4 @@
-#include "Shell/FocusKeeper.h"
+#include "Shell/FocusWatcher.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -13,28 +13,28 @@ bool isModifier(const QEvent& press) {
 
 }  // namespace
 
-void FocusKeeper::setWindow(QQuickWindow* window) {
+void FocusWatcher::setWindow(QQuickWindow* window) {
     m_window = window;
     m_window->installEventFilter(this);
-    connect(m_window, &QQuickWindow::activeFocusItemChanged, this, &FocusKeeper::follow);
-    follow();
+    connect(m_window, &QQuickWindow::activeFocusItemChanged, this, &FocusWatcher::watchFocusItem);
+    watchFocusItem();
     Q_EMIT windowChanged();
 }
 
-void FocusKeeper::follow() {
+void FocusWatcher::watchFocusItem() {
     disconnect(m_visibility);
     if (const QQuickItem* const item = m_window->activeFocusItem()) {
-        m_visibility = connect(item, &QQuickItem::visibleChanged, this, &FocusKeeper::checkSoon);
+        m_visibility = connect(item, &QQuickItem::visibleChanged, this, &FocusWatcher::queueCheck);
     }
-    checkSoon();
+    queueCheck();
 }
 
-void FocusKeeper::checkSoon() {
-    if (isLost() && !std::exchange(m_isToBeChecked, true)) {
+void FocusWatcher::queueCheck() {
+    if (isLost() && !std::exchange(m_isCheckQueued, true)) {
         QMetaObject::invokeMethod(
             this,
             [this] {
-                m_isToBeChecked = false;
+                m_isCheckQueued = false;
                 if (isLost()) {
                     Q_EMIT lost();
                 }
@@ -43,20 +43,20 @@ void FocusKeeper::checkSoon() {
     }
 }
 
-/// A focus scope has the focus itself only where nothing in it has it, unless it is one that Tab stops at.
-bool FocusKeeper::isLost() const {
+/// A focus scope is the focus item only if nothing inside it has the focus, unless it is itself a Tab stop.
+bool FocusWatcher::isLost() const {
     const QQuickItem* const item = m_window->activeFocusItem();
     return item == nullptr || !item->isVisible() || !item->isEnabled() ||
            (item->isFocusScope() && !item->activeFocusOnTab());
 }
 
-void FocusKeeper::setKeyboard(bool keyboard) {
+void FocusWatcher::setKeyboard(bool keyboard) {
     if (std::exchange(m_keyboard, keyboard) != keyboard) {
         Q_EMIT keyboardChanged();
     }
 }
 
-bool FocusKeeper::eventFilter(QObject* watched, QEvent* event) {
+bool FocusWatcher::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
             setKeyboard(m_keyboard || !isModifier(*event));

@@ -7,27 +7,28 @@
 #include <string_view>
 #include <vector>
 
-/// Keeps many short names back to back in large blocks, a NUL behind each. A name stays where it was put until the
-/// arena is gone, also when the arena moves or is absorbed by another one.
-class NameArena {
+/// Stores many short strings one after the other in large blocks, each ended by a NUL. A string keeps its address until
+/// the arena is destroyed, also when the arena is moved or absorbed by another one.
+class StringArena {
 public:
-    /// Longer names than this, in bytes, are not to be expected: file systems that count characters allow 255 of up to
-    /// four bytes each, FUSE file systems what a path can hold. The limit is one of searching, not of keeping.
-    static constexpr std::size_t maximumLength = 4095;
+    /// The longest name in bytes that a search supports; longer ones can be stored. Linux limits a name by the file
+    /// system, not in general: file systems that count characters allow 255 of up to four bytes, and FUSE up to the
+    /// length of a path.
+    static constexpr std::size_t maximumSearchLength = 4095;
 
-    /// Behind the used part of each block so many bytes can be read: they are zero.
-    static constexpr std::size_t slack = 16384;
+    /// After the used part of each block this many bytes can be read; they are zero.
+    static constexpr std::size_t padding = 16384;
 
-    /// One block's names: `size` bytes from `data`.
+    /// The contents of one block: `size` bytes from `data`.
     struct Block {
         const char* data;
         std::size_t size;
     };
 
-    /// Copies `name`, shorter than 64 KiB, and returns its position for `view()`.
+    /// Copies `name`, which must be shorter than 64 KiB, and returns its position for `at()`.
     std::uint32_t append(std::string_view name) {
         if (m_blocks.empty() || m_blocks.back().used + name.size() + 1 > blockSize) {
-            m_blocks.push_back({PageBlock(blockSize + slack), 0});
+            m_blocks.push_back({PageBlock(blockSize + padding), 0});
         }
         Filled& block = m_blocks.back();
         std::memcpy(block.pages.data() + block.used, name.data(), name.size());
@@ -36,10 +37,10 @@ public:
         return position;
     }
 
-    /// Whether a position for one more name fits 32 bits; false only beyond 4 GiB of names.
+    /// Whether the position of another string fits 32 bits; false only beyond 4 GiB.
     [[nodiscard]] bool hasRoom() const { return m_blocks.size() < maximumBlocks; }
 
-    /// The name at this position; it ends at its NUL.
+    /// The string at a position, ended by its NUL.
     [[nodiscard]] const char* at(std::uint32_t position) const {
         return m_blocks[position >> blockBits].pages.data() + (position & (blockSize - 1));
     }
@@ -47,14 +48,13 @@ public:
     [[nodiscard]] std::size_t blockCount() const { return m_blocks.size(); }
     [[nodiscard]] Block block(std::size_t index) const { return {m_blocks[index].pages.data(), m_blocks[index].used}; }
 
-    /// The position of a byte in a block.
+    /// The position of the byte at `offset` in a block.
     [[nodiscard]] static std::uint32_t position(std::size_t block, std::size_t offset) {
         return static_cast<std::uint32_t>(block << blockBits | offset);
     }
 
-    /// Takes over all names of `other`; what is returned is to be added to their positions. Only valid while
-    /// `fits(other)`.
-    std::uint32_t absorb(NameArena&& other) {
+    /// Takes over all strings of `other`. The result is to be added to their positions. Requires `fits(other)`.
+    std::uint32_t absorb(StringArena&& other) {
         const auto base = static_cast<std::uint32_t>(m_blocks.size() << blockBits);
         for (Filled& block : other.m_blocks) {
             m_blocks.push_back(std::move(block));
@@ -63,7 +63,7 @@ public:
         return base;
     }
 
-    [[nodiscard]] bool fits(const NameArena& other) const {
+    [[nodiscard]] bool fits(const StringArena& other) const {
         return m_blocks.size() + other.m_blocks.size() <= maximumBlocks;
     }
 

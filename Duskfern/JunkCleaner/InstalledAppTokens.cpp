@@ -1,4 +1,6 @@
-#include "JunkCleaner/Leftovers.h"
+#include "JunkCleaner/InstalledAppTokens.h"
+
+#include "Foundation/FileURL.h"
 
 #include <QtCore/QList>
 #include <QtCore/QTextBoundaryFinder>
@@ -7,16 +9,16 @@
 
 namespace {
 
-/// A name of no more characters says too little.
-constexpr int shortName = 3;
+/// A name with no more characters than this is too short to be matched.
+constexpr int maximumShortLength = 3;
 
 bool isShort(const QString& token) {
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, token);
     int count = 0;
-    while (count <= shortName && characters.toNextBoundary() > 0) {
+    while (count <= maximumShortLength && characters.toNextBoundary() > 0) {
         ++count;
     }
-    return count <= shortName;
+    return count <= maximumShortLength;
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-#include "FolderBrowser/FolderListing.h"
+#include "FolderBrowser/FolderReading.h"
 
 #include "Foundation/Descriptor.h"
 #include "Foundation/FileStatus.h"
-#include "Foundation/HiddenPlaces.h"
+#include "Foundation/HiddenList.h"
 #include "Foundation/OpenPath.h"
 
 #include <QtCore/QCollator>
@@ -33,12 +33,12 @@ Outcome outcomeOf(int error) {
     }
 }
 
-/// Ends the listing of an open folder.
+/// Closes the stream of an open folder.
 struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
-/// What a folder holds that may be of interest here.
+/// The entries of a folder that may be shown.
 struct Contents {
     std::vector<FolderEntry> folders;
     std::vector<std::string> links;
@@ -76,8 +76,8 @@ Contents read(DIR* folder, const std::stop_token& stop) {
     return contents;
 }
 
-/// Sorts on keys made once a name: a collator takes long for each comparison.
-void sortAsPeopleDo(std::vector<FolderEntry>& folders) {
+/// Makes one sort key per name, because comparing with the collator is slow.
+void sortByName(std::vector<FolderEntry>& folders) {
     QCollator collator(QLocale(QLocale::Spanish, QLocale::Spain));
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
@@ -100,7 +100,7 @@ void sortAsPeopleDo(std::vector<FolderEntry>& folders) {
     folders = std::move(sorted);
 }
 
-/// Whether it leads to a folder. Opened as a mere place, which neither reads it nor sets off an automount.
+/// Whether a link leads to a folder. O_PATH neither reads it nor triggers an automount.
 bool leadsToFolder(int directory, const std::string& link) {
     return Descriptor(openat(directory, link.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)).isOpen();
 }
@@ -113,7 +113,7 @@ void FolderReading::run(const std::stop_token& stop) {
         publish({outcomeOf(errno), {}});
         return;
     }
-    // Only the owner may ask for this; anybody else reads as usual.
+    // O_NOATIME is allowed for the owner only; the call fails for others, who read without it.
     (void)fcntl(descriptor.number(), F_SETFL, O_RDONLY | O_NONBLOCK | O_NOATIME);
     const std::unique_ptr<DIR, CloseFolder> folder(fdopendir(descriptor.number()));
     if (!folder) {
@@ -123,7 +123,7 @@ void FolderReading::run(const std::stop_token& stop) {
     (void)descriptor.release();  // The stream closes it.
     Contents contents = read(folder.get(), stop);
     FolderListing listing{Outcome::listed, std::move(contents.folders)};
-    sortAsPeopleDo(listing.folders);
+    sortByName(listing.folders);
     if (contents.links.empty()) {
         publish(std::move(listing));
         return;
@@ -136,7 +136,7 @@ void FolderReading::run(const std::stop_token& stop) {
         }
     }
     if (listing.folders.size() > count) {
-        sortAsPeopleDo(listing.folders);
+        sortByName(listing.folders);
         publish(std::move(listing));
     }
 }

@@ -10,13 +10,13 @@
 #include <emmintrin.h>
 #endif
 
-/// Where in 64 bytes something is, as bits, the first byte lowest.
-namespace BytePlaces {
+/// Compares 64 bytes at a time. A result has one bit per byte; the first byte is the lowestBit bit.
+namespace ByteMask {
 
-/// So many bytes are looked at in one step.
+/// Bytes compared in one step.
 constexpr std::size_t stepSize = 64;
 
-/// Sixteen bytes, in any processor's registers.
+/// Sixteen bytes, in a vector register where the processor has them.
 using Lanes [[gnu::vector_size(16)]] = unsigned char;
 
 inline Lanes load(const char* bytes) {
@@ -25,24 +25,24 @@ inline Lanes load(const char* bytes) {
     return lanes;
 }
 
-/// The lowest bits of sixteen bytes next to each other, for any processor.
-inline std::uint64_t gatheredBits(Lanes lanes) {
-    // Moves the lowest bits of eight bytes to the top.
-    constexpr std::uint64_t gather = 0x0102040810204080;
+/// The lowestBit bit of each of sixteen bytes, in plain arithmetic.
+inline std::uint64_t lowestBits(Lanes lanes) {
+    // Multiplying by it moves the lowestBit bits of eight bytes to the top byte.
+    constexpr std::uint64_t merge = 0x0102040810204080;
     const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(static_cast<Lanes>(lanes & 1));
-    return (halves[0] * gather >> 56) | (halves[1] * gather >> 56) << 8;
+    return (halves[0] * merge >> 56) | (halves[1] * merge >> 56) << 8;
 }
 
-/// One bit for each of sixteen bytes, which have either all bits set or none.
+/// One bit for each of sixteen bytes, all of which are 0x00 or 0xFF.
 inline std::uint64_t bits(Lanes lanes) {
 #ifdef __SSE2__
     return static_cast<std::uint64_t>(_mm_movemask_epi8(std::bit_cast<__m128i>(lanes)));
 #else
-    return gatheredBits(lanes);
+    return lowestBits(lanes);
 #endif
 }
 
-/// The places where `first` is in the step at `firsts` and `second` in that at `seconds`.
+/// The positions where the 64 bytes at `firsts` hold `first` and those at `seconds` hold `second`.
 inline std::uint64_t ofBoth(char first, const char* firsts, char second, const char* seconds) {
     std::uint64_t places = 0;
     for (unsigned at = 0; at < stepSize; at += sizeof(Lanes)) {
@@ -53,9 +53,9 @@ inline std::uint64_t ofBoth(char first, const char* firsts, char second, const c
     return places;
 }
 
-/// The places of `byte` in the step at `bytes`.
+/// The positions of `byte` in the 64 bytes at `bytes`.
 inline std::uint64_t of(char byte, const char* bytes) {
     return ofBoth(byte, bytes, byte, bytes);
 }
 
-}  // namespace BytePlaces
+}  // namespace ByteMask

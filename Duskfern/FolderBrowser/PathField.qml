@@ -32,7 +32,7 @@ T.TextField {
     renderType: Text.NativeRendering
     rightPadding: 12
     selectByMouse: true
-    selectedTextColor: "white"
+    selectedTextColor: Theme.onTint
     selectionColor: Theme.blue
     text: root.browser.location
     verticalAlignment: TextInput.AlignVCenter
@@ -44,7 +44,7 @@ T.TextField {
     background: Rectangle {
         border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
         border.width: 1
-        color: Theme.dark ? Theme.tint(Theme.primary, 0.08) : "white"
+        color: Theme.field
         radius: 8
 
         FocusRing {

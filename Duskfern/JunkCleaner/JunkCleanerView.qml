@@ -27,56 +27,22 @@ Item {
         }
     }
 
-    Item {
+    ScreenHeader {
         id: header
 
-        height: Math.max(titles.height, scan.height) + 32
+        subtitle: "Cachés, registros, temporales y posibles restos de apps"
+        title: "Limpiar basura"
         width: parent.width
-
-        Column {
-            id: titles
-
-            anchors.left: parent.left
-            anchors.leftMargin: 16
-            anchors.right: scan.left
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
-
-            Label {
-                font.bold: true
-                font.pixelSize: Theme.title2
-                text: "Limpiar basura"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
-                text: "Cachés, registros, temporales y posibles restos de apps"
-                width: parent.width
-            }
-        }
 
         PushButton {
             id: scan
 
-            anchors.right: parent.right
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
             available: !root.store.isScanning
             kind: PushButton.Prominent
             text: "Analizar basura"
 
             onClicked: root.store.scan()
         }
-    }
-
-    Divider {
-        id: divider
-
-        anchors.top: header.bottom
-        width: parent.width
     }
 
     // Repeaters create only what is shown, so that screen readers do not find the rest. A Loader cannot load a bound
@@ -87,7 +53,7 @@ Item {
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.top: divider.bottom
+        anchors.top: header.bottom
 
         Repeater {
             id: results

@@ -41,27 +41,17 @@ Rectangle {
         width: parent.width
     }
 
-    T.AbstractButton {
+    Pressable {
         id: title
 
-        Accessible.name: text
         Accessible.role: Accessible.MenuItem
         anchors.verticalCenter: parent.verticalCenter
-        focusPolicy: Qt.TabFocus
-        hoverEnabled: true
         implicitHeight: Math.ceil(contentItem.implicitHeight) + 8
         implicitWidth: contentItem.implicitWidth + 20
         text: "Archivo"
         x: 6
 
-        Accessible.onPressAction: {
-            if (title.enabled) {
-                title.clicked();
-            }
-        }
         Keys.onDownPressed: root.toggle()
-        Keys.onEnterPressed: root.toggle()
-        Keys.onReturnPressed: root.toggle()
         onClicked: root.toggle()
 
         background: Rectangle {

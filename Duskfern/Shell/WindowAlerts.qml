@@ -66,6 +66,7 @@ FocusScope {
         ProgressDialog {
             done: root.junk?.cleanedCount ?? 0 // qmllint disable unqualified
             message: "Moviendo a la Papelera…"
+            percent: root.junk?.copiedPercent ?? -1 // qmllint disable unqualified
             total: root.junk?.cleaningCount ?? 0 // qmllint disable unqualified
         }
     }

@@ -1,5 +1,6 @@
 import QtQuick
 import Duskfern.Engine
+import Duskfern.SpaceMap
 import Duskfern.Theme
 
 /// The analysis of the chosen folder: its state, three numbers, and its files as a list and as a map.
@@ -7,8 +8,6 @@ Item {
     id: root
 
     required property ScanStore store
-
-    readonly property string statusText: root.store.isScanning ? "Analizando… " + Formatters.grouped(root.store.scannedCount) + " archivos" : "Análisis completado · " + root.store.skippedCount + " elementos no accesibles"
 
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -45,7 +44,7 @@ Item {
             Label {
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
-                text: root.statusText
+                text: StatusTexts.analysis(root.store.isScanning, root.store.scannedCount, root.store.skippedCount)
                 width: parent.width
             }
         }

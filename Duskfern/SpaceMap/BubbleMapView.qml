@@ -33,35 +33,11 @@ Card {
         }
     }
 
-    Column {
-        id: caption
+    CardHeader {
+        id: header
 
-        leftPadding: 14
-        rightPadding: 14
-        spacing: 2
-        topPadding: 14
-        bottomPadding: 14
-        width: parent.width
-
-        Label {
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
-            text: "Vista visual"
-            width: parent.width - 28
-        }
-
-        Label {
-            color: Theme.secondary
-            font.pixelSize: Theme.caption
-            text: "Cuanto mayor la burbuja, más espacio ocupa"
-            width: parent.width - 28
-        }
-    }
-
-    Divider {
-        id: divider
-
-        anchors.top: caption.bottom
+        subtitle: "Cuanto mayor la burbuja, más espacio ocupa"
+        title: "Vista visual"
         width: parent.width
     }
 
@@ -69,7 +45,7 @@ Card {
         id: area
 
         anchors.bottom: parent.bottom
-        anchors.top: divider.bottom
+        anchors.top: header.bottom
         clip: true
         width: parent.width
 

@@ -1,5 +1,6 @@
 import QtQuick
 import Duskfern.Engine
+import Duskfern.SpaceMap
 import Duskfern.Theme
 
 /// The selected file and the actions for it.
@@ -43,7 +44,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        text: "Moviendo a la papelera…" + (root.store.movingPercent < 0 ? "" : " " + root.store.movingPercent + "%")
+        text: StatusTexts.moving(root.store.movingPercent)
         visible: root.store.isMoving
         // Leaves room for the name with large fonts.
         width: Math.min(implicitWidth, parent.width * 0.7)

@@ -37,85 +37,25 @@ Card {
         store: root.store
     }
 
-    Item {
+    CardHeader {
         id: header
 
-        height: texts.height + 28
-        width: parent.width
-
-        Column {
-            id: texts
-
-            anchors.left: parent.left
-            anchors.right: badge.left
-            anchors.margins: 14
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
-
-            Label {
-                font.pixelSize: Theme.headline
-                font.weight: Font.DemiBold
-                text: "Archivos más grandes"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
-                text: "Ordenados por espacio ocupado"
-                width: parent.width
-            }
-        }
-
-        Rectangle {
-            id: badge
-
-            anchors.right: parent.right
-            anchors.rightMargin: 14
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.tint(Theme.primary, 0.08)
-            height: count.implicitHeight + 8
-            radius: height / 2
-            width: count.implicitWidth + 18
-
-            Label {
-                id: count
-
-                anchors.centerIn: parent
-                font.pixelSize: Theme.caption
-                text: Formatters.grouped(root.store.filteredCount)
-            }
-        }
-    }
-
-    Divider {
-        id: upperDivider
-
-        anchors.top: header.bottom
+        badge: Formatters.grouped(root.store.filteredCount)
+        subtitle: "Ordenados por espacio ocupado"
+        title: "Archivos más grandes"
         width: parent.width
     }
 
-    ListView {
+    RowList {
         id: list
 
-        readonly property int page: Math.max(1, Math.floor(height / root.rowHeight) - 1)
-
         Accessible.name: "Archivos más grandes"
-        Accessible.role: Accessible.List
-        activeFocusOnTab: true
         anchors.bottom: lowerDivider.top
-        anchors.top: upperDivider.bottom
-        boundsBehavior: Flickable.StopAtBounds
+        anchors.top: header.bottom
         bottomMargin: 6
-        // Rows outside the viewport are created asynchronously, and warn if the list is destroyed meanwhile; creating
-        // one takes little time.
-        cacheBuffer: 0
-        clip: true
-        currentIndex: -1
-        highlightFollowsCurrentItem: false
-        keyNavigationEnabled: false
         model: files
-        reuseItems: true
+        ringShown: files.selectedRow < 0
+        rowHeight: root.rowHeight
         topMargin: 6
         width: parent.width
 
@@ -129,27 +69,8 @@ Card {
             onPressed: row => root.select(row)
         }
 
-        Keys.onDownPressed: root.select(files.rowAfter(1))
-        Keys.onEnterPressed: root.store.revealSelected()
-        Keys.onPressed: event => {
-            const steps = {[Qt.Key_PageUp]: -list.page, [Qt.Key_PageDown]: list.page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
-            if (event.key in steps) {
-                root.select(files.rowAfter(steps[event.key]));
-                event.accepted = true;
-            }
-        }
-        Keys.onReturnPressed: root.store.revealSelected()
-        Keys.onUpPressed: root.select(files.rowAfter(-1))
-
-        ScrollThumb {
-            view: list
-        }
-
-        FocusRing {
-            cornerRadius: 4
-            inset: 0
-            shown: list.activeFocus && files.selectedRow < 0
-        }
+        onEntered: root.store.revealSelected()
+        onMoved: rows => root.select(files.rowAfter(rows))
     }
 
     Connections {

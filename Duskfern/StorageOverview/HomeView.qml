@@ -6,14 +6,12 @@ import Duskfern.StorageOverview
 import Duskfern.Theme
 
 /// The home screen: the disks, and the categories of the main one.
-Flickable {
+ScrollPage {
     id: root
 
     required property HomeStore store
 
     readonly property list<color> colors: [Theme.pink, Theme.purple, Theme.blue, Theme.orange, Theme.mint, Theme.red, Theme.gray]
-
-    readonly property bool scrolls: root.contentHeight > root.height
 
     /// Whether the first frame was shown and the values were requested.
     property bool appeared: false
@@ -27,45 +25,15 @@ Flickable {
 
     /// The item that gets the focus when the screen is shown: the page if it scrolls, else the refresh button.
     function firstFocus(): Item {
-        if (root.scrolls || !refresh.enabled) {
+        if (root.scrolls || !header.button.enabled) {
             return root;
         }
-        return refresh;
-    }
-
-    function scroll(distance: real) {
-        root.contentY = Math.max(0, Math.min(root.contentY + distance, root.contentHeight - root.height));
+        return header.button;
     }
 
     Accessible.name: "Estado de almacenamiento"
     Accessible.role: Accessible.Pane
-    // `firstFocus()` may focus the page when it does not scroll; turning this off would take the focus away.
-    activeFocusOnTab: root.scrolls || root.activeFocus
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
     contentHeight: content.height + 40
-    contentWidth: width
-
-    Keys.onDownPressed: root.scroll(48)
-    Keys.onPressed: event => {
-        const steps = {[Qt.Key_PageUp]: -root.height, [Qt.Key_PageDown]: root.height, [Qt.Key_Home]: -root.contentHeight, [Qt.Key_End]: root.contentHeight};
-        if (event.key in steps) {
-            root.scroll(steps[event.key]);
-            event.accepted = true;
-        }
-    }
-    Keys.onUpPressed: root.scroll(-48)
-
-    ScrollThumb {
-        view: root
-    }
-
-    FocusRing {
-        cornerRadius: 4
-        inset: 0
-        parent: root
-        shown: root.activeFocus && root.scrolls
-    }
 
     // A refresh disables the button, which may have the focus.
     Connections {
@@ -95,45 +63,11 @@ Flickable {
         x: 20
         y: 20
 
-        Item {
-            height: Math.max(titles.height, refresh.height)
+        HomeHeader {
+            id: header
+
+            store: root.store
             width: parent.width
-
-            Column {
-                id: titles
-
-                anchors.left: parent.left
-                anchors.right: refresh.left
-                anchors.rightMargin: 16
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 3
-
-                Label {
-                    font.bold: true
-                    font.pixelSize: Theme.largeTitle
-                    text: "Estado de almacenamiento"
-                    width: parent.width
-                }
-
-                Label {
-                    color: Theme.secondary
-                    text: "Una vista general de tus discos y del espacio usado"
-                    width: parent.width
-                }
-            }
-
-            PushButton {
-                id: refresh
-
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                available: !root.store.isScanning
-                kind: PushButton.Prominent
-                symbol: "arrow.clockwise"
-                text: "Actualizar"
-
-                onClicked: root.store.refresh()
-            }
         }
 
         // A Repeater creates only what is shown, so that screen readers do not find the rest. A Loader cannot load a
@@ -186,28 +120,10 @@ Flickable {
             width: parent.width
         }
 
-        Grid {
-            id: grid
-
-            readonly property real minimumWidth: 210
-            readonly property real cellWidth: (width - (columns - 1) * spacing) / columns
-
-            columns: Math.max(1, Math.floor((width + spacing) / (minimumWidth + spacing)))
-            spacing: 12
+        CategoryGrid {
+            colors: root.colors
+            store: root.store
             width: parent.width
-
-            Repeater {
-                model: root.store.categories
-
-                CategoryCard {
-                    required property int index
-                    required property var modelData
-
-                    accent: root.colors[index % root.colors.length]
-                    item: modelData
-                    width: grid.cellWidth
-                }
-            }
         }
 
         Label {

@@ -8,6 +8,9 @@ ModalDialog {
     required property int done
     required property int total
 
+    /// How much of the current unit is done, in percent; negative if that is not known.
+    property int percent: -1
+
     Label {
         elide: Text.ElideNone
         font.bold: true
@@ -33,7 +36,7 @@ ModalDialog {
 
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        text: root.done + " de " + root.total
+        text: root.done + " de " + root.total + (root.percent < 0 ? "" : " · " + root.percent + "%")
         width: parent.width
     }
 }

@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Templates as T
 
 /// A button with a title and an optional symbol before it.
-T.AbstractButton {
+Pressable {
     id: root
 
     enum Kind {
@@ -18,41 +17,20 @@ T.AbstractButton {
     /// dialog is open.
     property bool available: true
     property color tint: Theme.red
-    property color titleColor: root.prominent ? "white" : Theme.primary
+    property color titleColor: root.prominent ? Theme.onTint : Theme.primary
 
     readonly property bool prominent: root.kind === PushButton.Prominent
     readonly property color fill: root.prominent ? root.tint : Theme.tint(Theme.primary, 0.06)
 
-    /// Called for a click, for keys and by assistive technologies.
-    function press() {
-        if (root.enabled) {
-            root.clicked();
-        }
-    }
-
-    /// Ignores key repeats.
-    function pressOnce(event: KeyEvent) {
-        if (!event.isAutoRepeat) {
-            root.press();
-        }
-    }
-
-    Accessible.name: root.text
-    Accessible.role: Accessible.Button
     enabled: root.available
     focusPolicy: Qt.StrongFocus
     font.family: Theme.family
     font.pixelSize: root.large ? Theme.title3 : Theme.body
-    hoverEnabled: true
     implicitHeight: Math.ceil(contentItem.implicitHeight) + topPadding + bottomPadding
     implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
     horizontalPadding: root.large ? 22 : 12
     opacity: root.available ? 1 : 0.45
     verticalPadding: root.large ? 10 : 6
-
-    Accessible.onPressAction: root.press()
-    Keys.onEnterPressed: event => root.pressOnce(event)
-    Keys.onReturnPressed: event => root.pressOnce(event)
 
     background: Rectangle {
         border.color: root.prominent ? "transparent" : Theme.tint(Theme.primary, 0.1)
@@ -62,7 +40,7 @@ T.AbstractButton {
 
         Rectangle {
             anchors.fill: parent
-            color: root.down ? "black" : Theme.dark || root.prominent ? "white" : "black"
+            color: root.down || !(Theme.dark || root.prominent) ? Theme.darken : Theme.lighten
             opacity: root.down ? 0.16 : root.hovered ? (root.prominent ? 0.12 : 0.05) : 0
             radius: parent.radius
         }

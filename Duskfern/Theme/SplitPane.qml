@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Duskfern.Theme
 
 /// Two panes with a divider that can be dragged or moved with the arrow keys. If the width is less than both minima,
 /// the panes shrink in proportion to them.
@@ -27,10 +28,7 @@ Item {
     readonly property real firstWidth: root.fitted(root.chosenFirst < 0 ? root.idealFirst : root.chosenFirst)
 
     function fitted(wanted: real): real {
-        if (root.room <= root.minimumFirst + root.minimumSecond) {
-            return root.room * root.minimumFirst / (root.minimumFirst + root.minimumSecond);
-        }
-        return Math.max(root.minimumFirst, Math.min(wanted, root.maximumFirst, root.room - root.minimumSecond));
+        return PaneWidths.first(wanted, root.room, root.minimumFirst, root.maximumFirst, root.minimumSecond);
     }
 
     Item {

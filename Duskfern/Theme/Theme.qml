@@ -30,6 +30,14 @@ QtObject {
     readonly property color window: root.dark ? "#1C1C1E" : "#F9F9FA"
     readonly property color sidebar: root.dark ? "#242427" : "#F0F0F2"
     readonly property color raised: root.dark ? "#2C2C2F" : "#FFFFFF"
+    readonly property color field: root.dark ? root.tint(root.primary, 0.08) : "#FFFFFF"
+
+    /// Text on fills of the colours above.
+    readonly property color onTint: "#FFFFFF"
+
+    /// Drawn over a button, nearly transparent, while it is hovered or pressed.
+    readonly property color lighten: "#FFFFFF"
+    readonly property color darken: "#000000"
     readonly property color divider: root.tint(root.primary, root.dark ? 0.12 : 0.1)
     readonly property color selection: root.tint(root.blue, root.dark ? 0.3 : 0.18)
     readonly property color focus: root.tint(root.blue, 0.75)

@@ -1,5 +1,7 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/PortalColorScheme.h"
+#include "Desktop/PortalFolderChooser.h"
+#include "support/FakeDesktop.h"
 #include "support/PrivateBus.h"
 
 #include <gtest/gtest.h>
@@ -40,10 +42,13 @@ protected:
 
     static fs::path home() { return getenv("HOME"); }
 
-    /// Makes a program that writes down what it is given the default one for folders.
+    /// Makes a program that writes down what it is given, and what it inherits, the default one for folders.
     static void installOpener() {
         const fs::path program = home() / "opener";
-        std::ofstream(program) << "#!/bin/sh\nprintf '%s\\n' \"$1\" >>\"$0.opened\"\n";
+        std::ofstream(program)
+            << "#!/bin/sh\nprintf '%s%s%s\\n' \"$1\" \"$GIO_USE_VFS\" \"$MESA_SHADER_CACHE_DISABLE\" >>\"$0.opened\"\n";
+        setenv("MESA_SHADER_CACHE_DISABLE", "true",
+               1);  // as the program does for itself
         fs::permissions(program, fs::perms::owner_all);
         const fs::path applications = fs::path(getenv("XDG_DATA_HOME")) / "applications";
         fs::create_directories(applications);
@@ -57,7 +62,7 @@ protected:
     /// The folders that were opened since the last look, a line each; waits for the first.
     static std::string opened() {
         const fs::path note = home() / "opener.opened";
-        if (!eventually([&] { return fs::exists(note) && fs::file_size(note) > 0; })) {
+        if (!waitUntil([&] { return fs::exists(note) && fs::file_size(note) > 0; })) {
             return "nothing";
         }
         std::ifstream file(note, std::ios::binary);
@@ -76,14 +81,14 @@ TEST_F(BusTest, RevealsEveryItemByItsBytes) {
     const std::vector<FileURL> urls = {FileURL("/home/ana/100% ñ #?\".txt"), FileURL("/home/ana/\xff\nb"),
                                        FileURL("/")};
     BusFileManager().reveal(urls);
-    ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service.isCalled(); }));
 
     const GPtr<char> text(g_variant_print(service.arguments(), FALSE));
     EXPECT_STREQ(text.get(),
                  "(['file:///home/ana/100%25%20%C3%B1%20%23%3F%22.txt', 'file:///home/ana/%FF%0Ab', 'file:///'], '')");
     service.answer(nullptr);
     BusFileManager().reveal({FileURL((home() / "refused").string())});
-    ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service.isCalled(); }));
     service.fail();
     EXPECT_EQ(opened(), home().string() + "\n") << "and nothing for what was shown";
 }
@@ -97,7 +102,7 @@ TEST_F(BusTest, OpensTheFolderWhereNobodyShowsItems) {
     // The file manager object is long gone when the service refuses.
     FakeService service(address(), fileManager, "/org/freedesktop/FileManager1", fileManager);
     BusFileManager().reveal({FileURL((folder / "file").string()), FileURL((folder / "other").string())});
-    ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service.isCalled(); }));
     service.fail();
     EXPECT_EQ(opened(), folder.string() + "\n");
 }
@@ -116,7 +121,7 @@ TEST_F(BusTest, ReadsThePreferenceThePortalTells) {
         std::vector<Preference> seen;
         QObject::connect(&scheme, &ColorScheme::preferenceChanged, [&] { seen.push_back(scheme.preference()); });
         EXPECT_EQ(scheme.preference(), Preference::none);
-        ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
+        ASSERT_TRUE(waitUntil([&] { return service.isCalled(); }));
         const GPtr<char> question(g_variant_print(service.arguments(), FALSE));
         EXPECT_STREQ(question.get(), "('org.freedesktop.appearance', 'color-scheme')");
         service.answer(answer);
@@ -124,7 +129,7 @@ TEST_F(BusTest, ReadsThePreferenceThePortalTells) {
         const Preference last = expected == Preference::dark ? Preference::light : Preference::dark;
         tellChange(service, "org.freedesktop.appearance", "color-scheme",
                    g_variant_new_uint32(last == Preference::dark ? 1 : 2));
-        ASSERT_TRUE(eventually([&] { return scheme.preference() == last; }));
+        ASSERT_TRUE(waitUntil([&] { return scheme.preference() == last; }));
         EXPECT_EQ(seen, expected == Preference::none ? std::vector{last} : (std::vector{expected, last}));
     }
 }
@@ -134,35 +139,54 @@ TEST_F(BusTest, FollowsThePreferenceOfAPortalThatComesLater) {
     std::vector<Preference> seen;
     QObject::connect(&scheme, &ColorScheme::preferenceChanged, [&] { seen.push_back(scheme.preference()); });
     std::optional<FakeService> service(std::in_place, address(), portal, portalPath, settings);
-    ASSERT_TRUE(eventually([&] { return service->isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service->isCalled(); }));
     service->fail();
 
     tellChange(*service, "org.freedesktop.appearance", "color-scheme", g_variant_new_uint32(1));
     tellChange(*service, "org.freedesktop.appearance", "accent-color", g_variant_new_uint32(2));
     tellChange(*service, "org.gnome.desktop.interface", "color-scheme", g_variant_new_uint32(2));
     tellChange(*service, "org.freedesktop.appearance", "color-scheme", g_variant_new_uint32(0));
-    ASSERT_TRUE(eventually([&] { return seen.size() >= 2; }));
+    ASSERT_TRUE(waitUntil([&] { return seen.size() >= 2; }));
     EXPECT_EQ(seen, (std::vector{Preference::dark, Preference::none}));
 
     service.reset();
     service.emplace(address(), portal, portalPath, settings);
-    ASSERT_TRUE(eventually([&] { return service->isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service->isCalled(); }));
     service->answer(portalAnswer(2));
-    EXPECT_TRUE(eventually([&] { return scheme.preference() == Preference::light; }));
+    EXPECT_TRUE(waitUntil([&] { return scheme.preference() == Preference::light; }));
 }
 
 TEST_F(BusTest, ForgetsAnswersThatComeAfterItsEnd) {
     { const PortalColorScheme endsBeforeTheBusIsThere; }
     FakeService service(address(), portal, portalPath, settings);
     auto scheme = std::make_unique<PortalColorScheme>();
-    ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service.isCalled(); }));
     tellChange(service, "org.freedesktop.appearance", "color-scheme", g_variant_new_uint32(1));
     service.answer(portalAnswer(1));
     scheme.reset();
 
     // Whoever still listened would have been told by the time the next one has its answer.
     PortalColorScheme next;
-    ASSERT_TRUE(eventually([&] { return service.isCalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return service.isCalled(); }));
     service.answer(portalAnswer(2));
-    EXPECT_TRUE(eventually([&] { return next.preference() == Preference::light; }));
+    EXPECT_TRUE(waitUntil([&] { return next.preference() == Preference::light; }));
+}
+
+/// GLib's default is to end a program whose bus goes.
+TEST_F(BusTest, TheProgramOutlivesTheBus) {
+    const GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    const auto expectOutlived = [&](const char* who) {
+        EXPECT_TRUE(waitUntil([&] { return g_dbus_connection_get_exit_on_close(bus.get()) == FALSE; })) << who;
+        g_dbus_connection_set_exit_on_close(bus.get(), TRUE);
+    };
+    g_dbus_connection_set_exit_on_close(bus.get(), TRUE);
+    BusFileManager().reveal({FileURL("/")});
+    expectOutlived("the file manager");
+    const PortalColorScheme scheme;
+    expectOutlived("the colours");
+    FakeFolderChooser fallback;
+    PortalFolderChooser chooser(fallback);
+    chooser.choose({}, [](const std::optional<FileURL>&) {});
+    expectOutlived("the folder chooser");
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
 }

@@ -88,7 +88,7 @@ TEST_F(TrashTest, CopiesWholeTreesOutOfMemory) {
 }
 
 TEST_F(TrashTest, CopiesWhereARenameStopsAtAMount) {
-    const std::optional<bool> passed = withPrivateMounts([&] {
+    inPrivateMounts([&] {
         const fs::path other = home / "other";
         const fs::path bound = home / "bound";
         fs::create_directories(other / "tree");
@@ -101,10 +101,6 @@ TEST_F(TrashTest, CopiesWhereARenameStopsAtAMount) {
         EXPECT_EQ(portraitOf(trash / "files" / "tree"), before);
         EXPECT_TRUE(fs::is_empty(other));
     });
-    if (!passed) {
-        GTEST_SKIP() << "nothing can be mounted here";
-    }
-    EXPECT_TRUE(*passed);
 }
 
 TEST_F(TrashTest, RefusesToCopyWhatIsClosedInside) {

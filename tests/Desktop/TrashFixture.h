@@ -34,8 +34,8 @@ using Origins = std::multiset<std::string>;
 /// shares an inode with whom, and whether files have holes; a line an entry.
 [[nodiscard]] std::string portraitOf(const fs::path& path);
 
-/// Whether a file system of this kind can be made in an image and mounted; `body` runs with it mounted at `place`, in
-/// a mount table of its own. Skips the test, with a word, where that is not possible.
+/// Whether a file system of this kind can be made in an image and mounted; `body` runs with it mounted at `place`, in a
+/// mount table of its own. Skips the test, with a word, where that is not possible.
 void onFileSystem(const std::string& kind, const fs::path& place, const std::function<void()>& body);
 
 /// Makes this process, a child of the test, one that the kernel refuses what it refuses an ordinary user. What lies in
@@ -57,6 +57,9 @@ protected:
     std::optional<TrashError> move(const FileURL& url, const Trash::Progress& progress = {},
                                    const std::stop_token& stop = {});
     std::optional<TrashError> move(const fs::path& path) { return move(FileURL(path.string())); }
+
+    /// Moves while no file can grow beyond its first bytes.
+    std::optional<TrashError> moveWithShortWrites(const FileURL& url);
 
     TemporaryFolder root;
     fs::path home;

@@ -159,6 +159,14 @@ TEST_F(TrashTest, LeavesOrphansAndLoneNotesAlone) {
     EXPECT_EQ(originsIn(trash), expected);
 }
 
+TEST_F(TrashTest, LeavesNoHalfWrittenNote) {
+    const FileURL url = make("file");
+    const auto error = moveWithShortWrites(url);
+    EXPECT_TRUE(error);
+    EXPECT_EQ(contentOf(url.path()), "content");
+    EXPECT_EQ(originsIn(trash), Origins());
+}
+
 TEST_F(TrashTest, MovesOwnFoldersThatAreClosed) {
     for (const mode_t mode : {0555U, 0000U, 0111U}) {
         const fs::path closed = folder / std::to_string(mode);

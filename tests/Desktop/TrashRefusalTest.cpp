@@ -65,16 +65,15 @@ TEST_F(TrashTest, RefusesTheHomeAndTheTrash) {
     fs::create_directory_symlink(trash / "files", folder / "way");
     EXPECT_EQ(move(folder / "way" / "item"), TrashError::ofTrash);
     EXPECT_EQ(move(folder / "way"), std::nullopt) << "a link that leads there is only a link";
-    const std::optional<bool> passed = withPrivateMounts([&] {
+    inPrivateMounts([&] {
         fs::create_directories(folder / "bound");
         ASSERT_EQ(mount((trash / "files").c_str(), (folder / "bound").c_str(), nullptr, MS_BIND, nullptr), 0);
         EXPECT_EQ(move(folder / "bound" / "item"), TrashError::ofTrash);
     });
-    EXPECT_TRUE(passed.value_or(true));
 }
 
 TEST_F(TrashTest, RefusesWhatMayNotBeTakenAway) {
-    const std::optional<bool> passed = withPrivateMounts([&] {
+    inPrivateMounts([&] {
         fs::create_directories(folder / "closed");
         make("closed/file");
         becomeOrdinary(root.path());
@@ -86,17 +85,13 @@ TEST_F(TrashTest, RefusesWhatMayNotBeTakenAway) {
         chmod((folder / "closed").c_str(), 0755);
         EXPECT_TRUE(isThere(folder / "closed" / "file"));
     });
-    if (!passed) {
-        GTEST_SKIP() << "no process of its own can be had here";
-    }
-    EXPECT_TRUE(*passed);
 }
 
 TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "nobody else's things can be made";
     }
-    const std::optional<bool> passed = withPrivateMounts([&] {
+    inPrivateMounts([&] {
         struct Row {
             const char* name = nullptr;
             mode_t mode = 0;  ///< Of the folder of somebody else.
@@ -139,7 +134,6 @@ TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
         EXPECT_EQ(mover.refusal(FileURL((folder / "everybody's" / "their file").string())), TrashError::foreign);
         EXPECT_EQ(move(folder / "their file"), std::nullopt);
     });
-    EXPECT_TRUE(passed.value_or(false));
 }
 
 TEST_F(TrashTest, RefusesWhatIsProtected) {
@@ -173,7 +167,7 @@ TEST_F(TrashTest, TellsWhatIsWrongWithTheTrash) {
     EXPECT_EQ(move(url), TrashError::noTrash);
     fs::remove(trash);
     ASSERT_EQ(move(make("first")), std::nullopt);
-    const std::optional<bool> passed = withPrivateMounts([&] {
+    inPrivateMounts([&] {
         becomeOrdinary(root.path());
         for (const char* closed : {"info", "files"}) {
             fs::permissions(trash / closed, fs::perms::owner_read | fs::perms::owner_exec);
@@ -186,7 +180,6 @@ TEST_F(TrashTest, TellsWhatIsWrongWithTheTrash) {
         ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
         EXPECT_EQ(mover.move(url, {}), TrashError::tooManyOpen);
     });
-    EXPECT_TRUE(passed.value_or(true));
     EXPECT_TRUE(isThere(url.path()));
 }
 

@@ -30,9 +30,18 @@ bool isInstalled(const std::string& program) {
     return run("command -v " + program + " >/dev/null 2>&1") == 0;
 }
 
+class TrashTogether : public TrashTest {
+protected:
+    /// Lets the command that follows use this home.
+    [[nodiscard]] std::string inHome() const {
+        return "env -u GIO_USE_VFS HOME=" + inShell(home.string()) +
+               " XDG_DATA_HOME=" + inShell((home / ".local/share").string()) + ' ';
+    }
+};
+
 }  // namespace
 
-TEST_F(TrashTest, SharesNamesWithOtherProgramsAtTheSameTime) {
+TEST_F(TrashTogether, SharesNamesWithOtherProgramsAtTheSameTime) {
     constexpr int programs = 3;
     constexpr int each = 40;
     const bool hasGio = isInstalled("gio");
@@ -54,9 +63,7 @@ TEST_F(TrashTest, SharesNamesWithOtherProgramsAtTheSameTime) {
         for (int i = 0; i < each; ++i) {
             const fs::path path = folder / (std::to_string(program) + '.' + std::to_string(i)) / "foto.jpg";
             const bool byGio = program == 2 && hasGio;
-            failures += byGio ? run("HOME=" + inShell(home.string()) +
-                                    " XDG_DATA_HOME=" + inShell((home / ".local/share").string()) + " gio trash " +
-                                    inShell(path.string())) != 0
+            failures += byGio ? run(inHome() + "GIO_USE_VFS=local gio trash " + inShell(path.string())) != 0
                               : move(path).has_value();
         }
         _exit(failures);
@@ -73,10 +80,8 @@ TEST_F(TrashTest, SharesNamesWithOtherProgramsAtTheSameTime) {
     }
 }
 
-TEST_F(TrashTest, IsRestoredByTheDesktop) {
-    const std::string environment = "env -u GIO_USE_VFS HOME=" + inShell(home.string()) +
-                                    " XDG_DATA_HOME=" + inShell((home / ".local/share").string()) + ' ';
-    const std::string bus = environment + "dbus-run-session -- sh -c ";
+TEST_F(TrashTogether, IsRestoredByTheDesktop) {
+    const std::string bus = inHome() + "dbus-run-session -- sh -c ";
     fs::create_directories(folder / "árbol" / "sub");
     make("árbol/sub/file");
     fs::create_hard_link(folder / "árbol" / "sub" / "file", folder / "árbol" / "again");
@@ -104,21 +109,5 @@ TEST_F(TrashTest, IsRestoredByTheDesktop) {
     for (const auto& [name, portrait] : portraits) {
         EXPECT_EQ(portraitOf(folder / name), portrait);
     }
-    EXPECT_EQ(originsIn(trash), Origins());
-}
-
-TEST_F(TrashTest, IsRestoredByTheCommandLine) {
-    if (!isInstalled("trash-restore")) {
-        GTEST_SKIP() << "trash-restore is not installed";
-    }
-    const std::string name = "50% é, ñ";
-    const FileURL url = make(name, "precious");
-    const std::string portrait = portraitOf(url.path());
-    ASSERT_EQ(move(url), std::nullopt);
-    const std::string environment = "env LC_ALL=C.UTF-8 HOME=" + inShell(home.string()) +
-                                    " XDG_DATA_HOME=" + inShell((home / ".local/share").string()) + ' ';
-    ASSERT_EQ(run("cd " + inShell(folder.string()) + " && echo 0 | " + environment + "trash-restore >/dev/null 2>&1"),
-              0);
-    EXPECT_EQ(portraitOf(url.path()), portrait);
     EXPECT_EQ(originsIn(trash), Origins());
 }

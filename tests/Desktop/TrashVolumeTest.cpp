@@ -121,7 +121,7 @@ TEST_P(TrashOnVolume, RefusesWhenTheDiskIsFull) {
 }
 
 TEST_F(TrashTest, RefusesWhenTheHomeIsFullOrHasNoInodes) {
-    const std::optional<bool> passed = withPrivateMounts([this] {
+    inPrivateMounts([this] {
         struct Row {
             const char* options;
             TrashError error;
@@ -147,10 +147,6 @@ TEST_F(TrashTest, RefusesWhenTheHomeIsFullOrHasNoInodes) {
             ASSERT_EQ(umount2(home.c_str(), MNT_DETACH), 0);
         }
     });
-    if (!passed) {
-        GTEST_SKIP() << "nothing can be mounted here";
-    }
-    EXPECT_TRUE(*passed);
 }
 
 TEST_F(TrashTest, RefusesMountsAndWhatIsReadOnly) {
@@ -181,12 +177,5 @@ TEST_F(TrashTest, CopiesOutOfSubvolumes) {
         EXPECT_EQ(move(disk / "sub" / "tree"), std::nullopt);
         EXPECT_EQ(originsIn(trash), Origins{(disk / "sub" / "tree").string()});
         EXPECT_EQ(contentOf(trash / "files" / "tree" / "file"), "content");
-
-        // A home in a subvolume beside the item's: the copy shares its blocks.
-        FreedesktopTrash there({FileURL((disk / "sub").string()), FileURL((disk / "sub/data").string())});
-        std::ofstream(disk / "big") << std::string(std::size_t{20} << 20U, 'x');
-        const FileURL url((disk / "big").string());
-        sync();
-        EXPECT_EQ(there.move(url, fileStatus(url)->identity), std::nullopt);
     });
 }

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <QtCore/QtGlobal>
 
+#include <tuple>
+
 namespace {
 
 TEST(UserDirs, NamesFoldersForAPurpose) {
@@ -54,6 +56,27 @@ TEST(XdgUserFolders, AreReadAnewAndWithoutWaitingForASilentDisk) {
         }
     }
     qputenv("XDG_CONFIG_HOME", before);
+}
+
+TEST(XdgUserFolders, GoByTheEnvironment) {
+    const FileURL home(qgetenv("HOME").toStdString());
+    const std::tuple<const char*, FileURL UserFolderPaths::*, FileURL> rows[] = {
+        {"XDG_CACHE_HOME", &UserFolderPaths::cacheHome, home.appendingPathComponent(".cache")},
+        {"XDG_STATE_HOME", &UserFolderPaths::stateHome, home.appendingPathComponent(".local/state")},
+        {"XDG_DATA_HOME", &UserFolderPaths::dataHome, home.appendingPathComponent(".local/share")},
+        {"XDG_CONFIG_HOME", &UserFolderPaths::configHome, home.appendingPathComponent(".config")},
+        {"TMPDIR", &UserFolderPaths::temporary, FileURL("/tmp")},
+    };
+    for (const auto& [variable, member, usual] : rows) {
+        const QByteArray before = qgetenv(variable);
+        qputenv(variable, "/set/to");
+        EXPECT_EQ(XdgUserFolders().paths().*member, FileURL("/set/to")) << variable;
+        qputenv(variable, "not/absolute");
+        EXPECT_EQ(XdgUserFolders().paths().*member, usual) << variable;
+        qunsetenv(variable);
+        EXPECT_EQ(XdgUserFolders().paths().*member, usual) << variable;
+        qputenv(variable, before);
+    }
 }
 
 }  // namespace

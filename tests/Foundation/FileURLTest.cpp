@@ -2,25 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 TEST(FileURL, TakesPathsApart) {
-    struct Row {
-        const char* path;
-        const char* name;
-        const char* parent;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {"/Movies/trip.mov", "trip.mov", "/Movies"},
         {"/trip.mov", "trip.mov", "/"},
         {"/", "/", "/"},
         {"/Movies//", "Movies", "/"},
         {"/a\xFF\n/b", "b", "/a\xFF\n"},
     };
-    for (const Row& row : rows) {
-        const FileURL url(row.path);
-        EXPECT_EQ(url.lastPathComponent(), row.name);
-        EXPECT_EQ(url.deletingLastPathComponent().path(), row.parent);
+    for (const auto& [path, name, parent] : rows) {
+        EXPECT_EQ(FileURL(path).lastPathComponent(), name);
+        EXPECT_EQ(FileURL(path).deletingLastPathComponent().path(), parent);
     }
     EXPECT_EQ(FileURL("/").appendingPathComponent("a").path(), "/a");
     EXPECT_EQ(FileURL("/a").appendingPathComponent("b").path(), "/a/b");
@@ -28,16 +24,22 @@ TEST(FileURL, TakesPathsApart) {
 
 TEST(DisplayText, ShowsWhatCanBeShownAndNothingThatDeceives) {
     const std::pair<const char*, QString> rows[] = {
-        {"año.txt", QStringLiteral("año.txt")},
         {"a\xFFz", QStringLiteral("a\uFFFDz")},
         {"two\nlines\t", QStringLiteral("two\uFFFDlines\uFFFD")},
         {"cod\xE2\x80\xAEgpj.exe", QStringLiteral("cod\uFFFDgpj.exe")},
-        {"\xE2\x80\x8F\xD7\x90", QStringLiteral("\u200F\u05D0")},
-        {"\xF0\x9F\x8C\xBF.png", QStringLiteral("🌿.png")},
-        {"a & <b>", QStringLiteral("a & <b>")},
+        {"🌿ñ.png a & <b>", QStringLiteral("🌿ñ.png a & <b>")},
     };
     for (const auto& [bytes, shown] : rows) {
         EXPECT_EQ(displayText(bytes), shown);
+    }
+    // The first and the last of each kind that is not shown, and what stands beside them.
+    const std::pair<char16_t, char16_t> ranges[] = {{1, 0x1F}, {0x7F, 0x9F}, {0x2028, 0x202E}, {0x2066, 0x2069}};
+    for (const auto& [first, last] : ranges) {
+        for (char16_t unit = first - 1; unit <= last + 1; ++unit) {
+            const bool isShown = unit < first || unit > last;
+            const QString text = QString(QChar(unit)) + QLatin1Char('x');
+            EXPECT_EQ(unit == 0 || displayText(text.toStdString()) == text, isShown) << int{unit};
+        }
     }
 }
 

@@ -1,24 +1,16 @@
 #include "JunkCleaner/JunkStore.h"
 
+#include "Foundation/Threads.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
 #include <atomic>
 #include <semaphore>
 #include <thread>
 
 namespace {
-
-bool waitUntil(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(20'000);
-    while (!condition() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    }
-    return condition();
-}
 
 class JunkStoreTest : public testing::Test {
 protected:
@@ -40,6 +32,12 @@ protected:
 
     [[nodiscard]] FileURL cache(int i) const { return tree.url("home/.cache/app" + std::to_string(i)); }
 
+    void begin() {
+        scan();
+        store->cleanSelected();
+        std::exchange(dialogs.confirmed, nullptr)(true);
+    }
+
     void answer(bool confirmed) {
         ASSERT_TRUE(dialogs.confirmed);
         std::exchange(dialogs.confirmed, nullptr)(confirmed);
@@ -47,6 +45,7 @@ protected:
     }
 
     TemporaryFolder tree;
+    const FileURL forgotten = tree.url("home/.config/Olvidado");
     FakeDialogs dialogs;
     FakeTrash trash;
     FakeFileManager fileManager;
@@ -59,16 +58,16 @@ TEST_F(JunkStoreTest, TicksWhatIsSafe) {
     EXPECT_EQ(store->count(), 0);
     EXPECT_FALSE(store->isScanning());
     scan();
-    EXPECT_EQ(store->items().front().url, tree.url("home/.config/Olvidado"));
+    EXPECT_EQ(store->items().front().url, forgotten);
     EXPECT_EQ(store->selected().size(), 10U);
     EXPECT_EQ(store->safeCount(), 10);
     EXPECT_EQ(store->selectedSize(), 55 * 4096);
-    store->toggleRow(0);
-    store->toggleRow(1);
-    store->toggleRow(99);
+    for (const int row : {0, 1, 99}) {
+        store->toggleRow(row);
+    }
     EXPECT_EQ(store->selectedSize(), (55 - 10 + 100) * 4096);
     store->revealRow(0);
-    EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.config/Olvidado")});
+    EXPECT_EQ(fileManager.revealed, std::vector{forgotten});
     store->selectSafe();
     EXPECT_EQ(store->selectedSize(), 55 * 4096);
 
@@ -99,7 +98,7 @@ TEST_F(JunkStoreTest, AsksBeforeItCleans) {
     EXPECT_TRUE(trash.moved.empty());
     EXPECT_EQ(store->count(), 11);
     EXPECT_EQ(store->message(), std::nullopt);
-    EXPECT_FALSE(store->selected().contains(tree.url("home/.config/Olvidado"))) << "unticked before the question";
+    EXPECT_FALSE(store->selected().contains(forgotten)) << "unticked before the question";
 
     store->cleanSelected();
     store->toggleRow(0);  // What is ticked after the question was asked is not in it.
@@ -107,7 +106,7 @@ TEST_F(JunkStoreTest, AsksBeforeItCleans) {
     EXPECT_EQ(trash.moved.size(), 10U);
     EXPECT_EQ(trash.moved.front(), cache(10)) << "in the order of the list";
     EXPECT_EQ(store->count(), 1);
-    EXPECT_EQ(store->selected(), JunkStore::Selection{tree.url("home/.config/Olvidado")});
+    EXPECT_EQ(store->selected(), JunkStore::Selection{forgotten});
     EXPECT_EQ(store->message(), QStringLiteral("Limpieza completada."));
     store->clearMessage();
     EXPECT_EQ(store->message(), std::nullopt);
@@ -131,12 +130,12 @@ TEST_F(JunkStoreTest, MovesOneAfterTheOtherAndNeverOnTheMainThread) {
     std::atomic<bool> isOrderly = true;
     trash.onMove = [&, mainThread = std::this_thread::get_id()](const FileURL&) {
         isOrderly = isOrderly && ++running == 1 && std::this_thread::get_id() != mainThread;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::this_thread::yield();
         --running;
     };
-    scan();
+    begin();
     store->cleanSelected();
-    std::exchange(dialogs.confirmed, nullptr)(true);
+    EXPECT_FALSE(dialogs.confirmed) << "nor is a second cleaning begun";
     ASSERT_TRUE(waitUntil([&] { return !store->isCleaning(); }));
     EXPECT_TRUE(isOrderly);
     EXPECT_EQ(trash.moved.size(), 10U);
@@ -151,21 +150,15 @@ TEST_F(JunkStoreTest, EndsWithoutHarmWhileItWorks) {
             mayGoOn.acquire();
         }
     };
-    scan();
-    store->cleanSelected();
-    std::exchange(dialogs.confirmed, nullptr)(true);
+    begin();
     ASSERT_TRUE(waitUntil([&] { return isThird.load(); }));
+    store->scan();
     store.reset();
     mayGoOn.release();
-    waitUntil([deadline = QDeadlineTimer(50)] { return deadline.hasExpired(); });
+    ASSERT_TRUE(Threads::waitForAll(std::chrono::seconds(20)));
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(Threads::waitForAll(std::chrono::seconds(20)));
     EXPECT_EQ(trash.moved.size(), 3U) << "the item that was being moved, and none after it";
-
-    store = std::make_unique<JunkStore>(
-        JunkStore::Services{dialogs, trash, fileManager, folders, std::make_shared<FakeApplications>()});
-    store->scan();
-    store->scan();
-    store.reset();
-    waitUntil([deadline = QDeadlineTimer(100)] { return deadline.hasExpired(); });
 }
 
 }  // namespace

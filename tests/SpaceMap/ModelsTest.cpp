@@ -2,13 +2,11 @@
 #include "SpaceMap/FileListModel.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
 
 namespace {
 
@@ -25,7 +23,7 @@ protected:
         }
         store.setRootURL(tree.url());
         store.startScan();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !store.isScanning(); }, 10'000));
+        ASSERT_TRUE(waitUntil([&] { return !store.isScanning(); }));
         list.setStore(&store);
         map.setArea({600, 400});
         map.setStore(&store);
@@ -35,7 +33,7 @@ protected:
         const qint64 before = store.fileCount();
         store.moveSelectedToTrash();
         dialogs.confirmed(true);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return store.fileCount() == before - 1; }, 10'000));
+        ASSERT_TRUE(waitUntil([&] { return store.fileCount() == before - 1; }));
     }
 
     [[nodiscard]] QString text(int row, FileListModel::Role role) const {

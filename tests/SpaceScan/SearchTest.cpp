@@ -130,7 +130,7 @@ TEST_F(Search, EqualsLookingAtEachName) {
 
 TEST_F(Search, TypingOnAndTakingBackFindsTheSame) {
     FilteredFiles shown;
-    const QString typed = QStringLiteral("ab1e\u0301-2");
+    const QString typed = QStringLiteral("e\u0301a1-2");
     for (int round = 0; round < 200; ++round) {
         const QString text = typed.left(static_cast<qsizetype>(random() % 7));
         const auto category = random() % 3 == 0 ? FileCategory::documents : FileCategory::all;

@@ -1,4 +1,3 @@
-#include "Foundation/Dispatch.h"
 #include "StorageOverview/CategoryMeasurement.h"
 #include "StorageOverview/HomeStore.h"
 #include "support/FakeDesktop.h"
@@ -31,33 +30,35 @@ protected:
         volumes.add("/", VolumeValues{QStringLiteral("Disco"), 100 * 4096, {}, 40 * 4096});
     }
 
-    [[nodiscard]] std::unique_ptr<HomeStore> store() { return std::make_unique<HomeStore>(volumes, measurement); }
+    void awaitEnd() {
+        ASSERT_TRUE(waitUntil([this] { return !home->isScanning(); }));
+    }
+    [[nodiscard]] std::int64_t sizeOf(std::size_t kind) const { return home->categories()[kind].size; }
 
     TemporaryFolder tree;
     FakeVolumes volumes;
     CountingFolders folders;
     CategoryMeasurement measurement{folders};
+    std::unique_ptr<HomeStore> home = std::make_unique<HomeStore>(volumes, measurement);
 };
 
 TEST_F(HomeStoreTest, ShowsTheVolumesAtOnceAndTheKindsLater) {
-    const auto home = store();
     EXPECT_TRUE(home->volumes().empty());
     ASSERT_EQ(home->categories().size(), 7U);
     EXPECT_EQ(home->categories()[0], (StorageCategory{StorageKind::music, 0}));
     EXPECT_FALSE(home->isScanning());
 
     bool idleWithOldKinds = false;
-    QObject::connect(home.get(), &HomeStore::isScanningChanged, [&] {
-        idleWithOldKinds = idleWithOldKinds || (!home->isScanning() && home->categories()[0].size == 0);
-    });
+    QObject::connect(home.get(), &HomeStore::isScanningChanged,
+                     [&] { idleWithOldKinds = idleWithOldKinds || (!home->isScanning() && sizeOf(0) == 0); });
     home->refresh();
     home->refresh();
     EXPECT_EQ(home->volumes().size(), 1U);
     EXPECT_TRUE(home->isScanning());
-    EXPECT_EQ(home->categories()[0].size, 0);
-    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
-    EXPECT_EQ(home->categories()[0].size, 4096);
-    EXPECT_EQ(home->categories()[6].size, 59 * 4096);
+    EXPECT_EQ(sizeOf(0), 0);
+    awaitEnd();
+    EXPECT_EQ(sizeOf(0), 4096);
+    EXPECT_EQ(sizeOf(6), 59 * 4096);
     EXPECT_FALSE(idleWithOldKinds);
     EXPECT_EQ(volumes.asked, 1);
     EXPECT_EQ(folders.asked, 1);
@@ -65,9 +66,16 @@ TEST_F(HomeStoreTest, ShowsTheVolumesAtOnceAndTheKindsLater) {
     // The old kinds stay until the new have come.
     tree.file("home/Music/b", 4096);
     home->refresh();
-    EXPECT_EQ(home->categories()[0].size, 4096);
-    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
-    EXPECT_EQ(home->categories()[0].size, 2 * 4096);
+    EXPECT_EQ(sizeOf(0), 4096);
+    awaitEnd();
+    EXPECT_EQ(sizeOf(0), 2 * 4096);
+
+    volumes.answers.clear();
+    home->refresh();
+    awaitEnd();
+    EXPECT_TRUE(home->volumes().empty()) << "none is needed";
+    EXPECT_EQ(sizeOf(0), 2 * 4096);
+    EXPECT_EQ(sizeOf(6), 0);
 }
 
 TEST_F(HomeStoreTest, AddsVolumesThatAnswerLate) {
@@ -75,7 +83,6 @@ TEST_F(HomeStoreTest, AddsVolumesThatAnswerLate) {
     const VolumeInfo slow = {FileURL("/net/slow"), QStringLiteral("slow"), 7, 3};
     const VolumeInfo last = {FileURL("/last"), QStringLiteral("last"), 9, 3};
     volumes.answers.push_back({last.url, {{}, 9, {}, 3}});
-    auto home = store();
     home->refresh();
     EXPECT_EQ(home->volumes(), (std::vector{root, last}));
     // The system lists the slow one first and the root in the middle.
@@ -83,47 +90,29 @@ TEST_F(HomeStoreTest, AddsVolumesThatAnswerLate) {
     volumes.later(volumes.answers);
     EXPECT_EQ(home->volumes(), (std::vector{root, slow, last}));
     EXPECT_TRUE(home->isScanning());
-    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
+    awaitEnd();
     volumes.later({});
     EXPECT_TRUE(home->volumes().empty()) << "also when all is measured";
     home.reset();
     volumes.later(volumes.answers);
 }
 
-TEST_F(HomeStoreTest, NeedsNoVolume) {
-    volumes.answers.clear();
-    const auto home = store();
-    home->refresh();
-    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
-    EXPECT_TRUE(home->volumes().empty());
-    EXPECT_EQ(home->categories()[0].size, 4096);
-    EXPECT_EQ(home->categories()[6].size, 0);
-}
-
 TEST_F(HomeStoreTest, AMeasurementOutlivesItsStoreAndIsJoinedByTheNext) {
-    for (int visit = 0; visit < 50; ++visit) {
-        const auto home = store();
-        home->refresh();
-    }
-    const auto home = store();
-    home->refresh();
-    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
-    EXPECT_EQ(home->categories()[0].size, 4096);
-    EXPECT_EQ(folders.asked, 1);
-    home->refresh();
-    ASSERT_TRUE(waitUntil([&] { return !home->isScanning(); }));
-    EXPECT_EQ(folders.asked, 2);
-}
-
-TEST_F(HomeStoreTest, AMeasurementThatNobodyWaitsForEndsWithoutHarm) {
     auto own = std::make_unique<CategoryMeasurement>(folders);
     bool answered = false;
     own->request(std::nullopt, [&](const StorageCategories&) { answered = true; });
     own.reset();
-    bool later = false;
-    measurement.request(std::nullopt, [&](const StorageCategories&) { later = true; });
-    ASSERT_TRUE(waitUntil([&] { return later; }));
-    EXPECT_FALSE(answered);
+    for (int visit = 0; visit < 50; ++visit) {
+        home = std::make_unique<HomeStore>(volumes, measurement);
+        home->refresh();
+    }
+    awaitEnd();
+    EXPECT_EQ(sizeOf(0), 4096);
+    EXPECT_EQ(folders.asked, 2);
+    home->refresh();
+    awaitEnd();
+    EXPECT_EQ(folders.asked, 3);
+    EXPECT_FALSE(answered) << "nobody waits for the first one any more";
 }
 
 }  // namespace

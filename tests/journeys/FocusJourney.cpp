@@ -20,8 +20,8 @@ protected:
         const qint64 before = app.store().fileCount();
         press(Qt::Key_Delete);
         press(Qt::Key_Return);
-        ASSERT_TRUE(Driver::waitUntil([&] { return app.store().fileCount() == before - 1; }));
-        ASSERT_TRUE(Driver::waitUntil([&] { return !driver.focused().empty(); }));
+        ASSERT_TRUE(waitUntil([&] { return app.store().fileCount() == before - 1; }));
+        ASSERT_TRUE(waitUntil([&] { return !driver.focused().empty(); }));
     }
 };
 
@@ -32,7 +32,7 @@ TEST_F(FocusJourney, AScreenThatIsShownHasTheKeyboardAndAHiddenOneHasNot) {
     EXPECT_EQ(selected(), "f10.mov");
 
     press(Qt::Key_3, Qt::ControlModifier);
-    ASSERT_TRUE(driver.waitFor(QStringLiteral("app0"), list));
+    ASSERT_TRUE(driver.waitFor("app0", list));
     EXPECT_EQ(driver.focused(), "Elementos encontrados");
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Delete, Qt::Key_End}) {
         press(key);
@@ -41,7 +41,7 @@ TEST_F(FocusJourney, AScreenThatIsShownHasTheKeyboardAndAHiddenOneHasNot) {
 
     fileManager.revealed.clear();
     press(Qt::Key_1, Qt::ControlModifier);
-    ASSERT_TRUE(Driver::waitUntil([this] { return driver.isEnabled(QStringLiteral("Actualizar")); }));
+    ASSERT_TRUE(waitUntil([this] { return driver.isEnabled("Actualizar"); }));
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Delete, Qt::Key_End, Qt::Key_Return, Qt::Key_Up}) {
         press(key);
     }
@@ -61,21 +61,21 @@ TEST_F(FocusJourney, WithoutRowsTheMainButtonIsFirst) {
     EXPECT_EQ(driver.focused(), "Elegir carpeta…");
     chooser.folder = tree.url("home");
     press(Qt::Key_Return);
-    ASSERT_TRUE(Driver::waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
+    ASSERT_TRUE(waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
     press(Qt::Key_1, Qt::ControlModifier);
     press(Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(driver.focused(), "Elegir carpeta");
     std::filesystem::remove_all(tree.path("home"));
     press(Qt::Key_3, Qt::ControlModifier);
-    ASSERT_TRUE(driver.waitFor(QStringLiteral("Busca basura olvidada")));
-    EXPECT_TRUE(Driver::waitUntil([this] { return driver.focused() == "Analizar basura"; }));
+    ASSERT_TRUE(driver.waitFor("Busca basura olvidada"));
+    EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Analizar basura"; }));
 
     // A page that is in sight as a whole needs no keys, and a button that is disabled takes none.
     app.window().resize(1440, 1000);
     press(Qt::Key_1, Qt::ControlModifier);
-    EXPECT_TRUE(Driver::waitUntil([this] { return driver.focused() == "Actualizar"; }));
+    EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Actualizar"; }));
     press(Qt::Key_Return);
-    EXPECT_TRUE(Driver::waitUntil([this] { return driver.focused() == "Actualizar"; }));
+    EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Actualizar"; }));
 }
 
 TEST_F(FocusJourney, TheKeysOfTheWindowWorkFromEverywhere) {
@@ -97,12 +97,12 @@ TEST_F(FocusJourney, TheKeysOfTheWindowWorkFromEverywhere) {
         ASSERT_TRUE(driver.tabTo(place)) << place;
         const int asked = chooser.asked;
         press(Qt::Key_O, Qt::ControlModifier);
-        EXPECT_TRUE(Driver::waitUntil([&] { return chooser.asked == asked + 1; })) << place;
-        ASSERT_TRUE(Driver::waitUntil([this] { return !app.store().isScanning(); }));
+        EXPECT_TRUE(waitUntil([&] { return chooser.asked == asked + 1; })) << place;
+        ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
         const QSignalSpy scans(&app.store(), &ScanStore::isScanningChanged);
         press(Qt::Key_R, Qt::ControlModifier);
         EXPECT_FALSE(scans.isEmpty()) << place << ", and a folder was just chosen";
-        ASSERT_TRUE(Driver::waitUntil([this] { return !app.store().isScanning(); }));
+        ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
     }
     press(Qt::Key_3, Qt::ControlModifier);
     press(Qt::Key_F, Qt::ControlModifier);
@@ -173,7 +173,7 @@ TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
     // The focus of who types a search is not taken.
     ASSERT_TRUE(driver.tabTo("f14.mov"));
     press(Qt::Key_F, Qt::ControlModifier);
-    driver.type(QStringLiteral("zip"));
+    driver.type("zip");
     EXPECT_EQ(driver.focused(), "Buscar archivos");
     EXPECT_EQ(app.store().search(), QStringLiteral("zip"));
 }
@@ -204,18 +204,18 @@ TEST_F(FocusJourney, WhatIsOnItsWayIsNotAskedAboutAgain) {
     press(Qt::Key_Home);
     press(Qt::Key_Delete);
     press(Qt::Key_Return);
-    EXPECT_TRUE(driver.waitFor(QStringLiteral("Moviendo a la papelera… 45%")));
-    EXPECT_FALSE(driver.shows(QStringLiteral("A la papelera"), QAccessible::Button));
-    EXPECT_TRUE(driver.shows(QStringLiteral("f10.mov")));
+    EXPECT_TRUE(driver.waitFor("Moviendo a la papelera… 45%"));
+    EXPECT_FALSE(driver.shows("A la papelera", QAccessible::Button));
+    EXPECT_TRUE(driver.shows("f10.mov"));
     press(Qt::Key_Delete);
     EXPECT_EQ(openDialog(), "");
     press(Qt::Key_Down);
-    EXPECT_FALSE(driver.shows(QStringLiteral("Moviendo a la papelera… 45%")));
-    EXPECT_TRUE(driver.shows(QStringLiteral("A la papelera"), QAccessible::Button));
+    EXPECT_FALSE(driver.shows("Moviendo a la papelera… 45%"));
+    EXPECT_TRUE(driver.shows("A la papelera", QAccessible::Button));
     press(Qt::Key_Up);
-    EXPECT_TRUE(driver.shows(QStringLiteral("Moviendo a la papelera… 45%")));
+    EXPECT_TRUE(driver.shows("Moviendo a la papelera… 45%"));
     trash.turns.release();
-    EXPECT_TRUE(driver.waitFor(QStringLiteral("Selecciona un archivo")));
+    EXPECT_TRUE(driver.waitFor("Selecciona un archivo"));
     EXPECT_EQ(app.store().fileCount(), 39);
 }
 
@@ -226,17 +226,17 @@ TEST_F(FocusJourney, TheSelectedRowIsInSightWhenAFilterGoes) {
         tree.text("files/vacío " + std::to_string(1000 + i) + (i < 300 ? ".zip" : ".txt"), "");
     }
     press(Qt::Key_R, Qt::ControlModifier);
-    ASSERT_TRUE(Driver::waitUntil([this] { return app.store().fileCount() == 640 && !app.store().isScanning(); }));
+    ASSERT_TRUE(waitUntil([this] { return app.store().fileCount() == 640 && !app.store().isScanning(); }));
     const auto isInSight = [this] { return driver.shows(app.store().selectedName(), list); };
     for (const char* const search : {"f", "f4", "zip", "txt"}) {
         press(Qt::Key_F, Qt::ControlModifier);
-        driver.type(QString::fromLatin1(search));
+        driver.type(search);
         ASSERT_TRUE(driver.tabTo(files));
         press(Qt::Key_End);
         EXPECT_TRUE(isInSight()) << search;
         press(Qt::Key_Escape);
         EXPECT_EQ(app.store().search(), QString());
-        EXPECT_TRUE(Driver::waitUntil(isInSight)) << search;
+        EXPECT_TRUE(waitUntil(isInSight)) << search;
     }
 }
 

@@ -56,14 +56,15 @@ protected:
         QWheelEvent event(m_pointer, app.window().mapToGlobal(m_pointer), {}, {0, 120 * steps}, Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&app.window(), &event);
-        QTest::qWait(400);
+        const QQuickItem* const rows = app.window().activeFocusItem();
+        EXPECT_TRUE(waitUntil([&] { return !rows->property("moving").toBool(); }));
     }
 
     /// Scrolls while the pointer is on a row, just above the rows and just below them.
     void useList(const char* row) {
         const QQuickItem* const rows = app.window().activeFocusItem();
         const QRect area = rows->mapRectToScene(QRectF(QPointF(), rows->size())).toRect();
-        const QRect first = driver.find(QString::fromUtf8(row), list)->rect();
+        const QRect first = driver.find(row, list)->rect();
         const QPoint onRow = app.window().mapFromGlobal(first.center());
         const QPoint below(onRow.x(), std::min(area.bottom() + 20, app.window().height() - 2));
         for (const QPoint place : {onRow, QPoint(onRow.x(), area.top() - 20), below}) {

@@ -10,17 +10,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto list = QAccessible::ListItem;
-constexpr auto dialog = QAccessible::Dialog;
-
 /// Something else comes to lie where the item was that a person looks at.
 class ReplacedItemJourney : public Journey<FreedesktopTrash> {
 protected:
     void SetUp() override {
-        UserFolderPaths& paths = userFolders.folders;
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-        paths.cacheHome = tree.url("home/.cache");
         tree.folder("home/vídeos");
         chooser.folder = tree.url("home/vídeos");
         showWindow();
@@ -39,11 +32,11 @@ protected:
     void close(const QString& title) {
         ASSERT_TRUE(driver.waitFor(title, dialog));
         driver.key(Qt::Key_Return);
-        ASSERT_TRUE(Driver::waitUntil([this] { return driver.names(dialog).empty(); }));
+        ASSERT_TRUE(driver.waitForNoDialog());
     }
 
     [[nodiscard]] static bool isTrashEmpty() {
-        const fs::path files = qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/files";
+        const fs::path files = inTrash("files");
         return !fs::exists(files) || fs::is_empty(files);
     }
 
@@ -53,12 +46,11 @@ private:
 
 TEST_F(ReplacedItemJourney, AFileOfTheMapThatIsAnotherOneIsNotMoved) {
     tree.file("home/vídeos/Boda.mov", 4096);
-    driver.key(Qt::Key_2, Qt::ControlModifier);
-    driver.key(Qt::Key_O, Qt::ControlModifier);
-    ASSERT_TRUE(driver.click(QStringLiteral("Boda.mov"), list));
+    analyse();
+    ASSERT_TRUE(driver.click("Boda.mov", list));
     for (const By by : {By::file, By::folder}) {
         driver.key(Qt::Key_Delete);
-        ASSERT_TRUE(driver.waitFor(QStringLiteral("¿Mover “Boda.mov” a la papelera?"), dialog));
+        ASSERT_TRUE(driver.waitFor("¿Mover “Boda.mov” a la papelera?", dialog));
         // The disk is asked beside the window.
         QTest::qWait(100);
         replace("home/vídeos/Boda.mov", by);
@@ -67,11 +59,11 @@ TEST_F(ReplacedItemJourney, AFileOfTheMapThatIsAnotherOneIsNotMoved) {
         close(QStringLiteral("No se pudo completar la acción"));
         EXPECT_TRUE(fs::exists(tree.path("home/vídeos/Boda.mov")));
         EXPECT_TRUE(isTrashEmpty());
-        EXPECT_TRUE(driver.isSelected(QStringLiteral("Boda.mov"), list));
+        EXPECT_TRUE(driver.isSelected("Boda.mov", list));
     }
     // A folder is never moved from here, not even one that was there when the question was asked.
     driver.key(Qt::Key_Delete);
-    ASSERT_TRUE(driver.waitFor(QStringLiteral("¿Mover “Boda.mov” a la papelera?"), dialog));
+    ASSERT_TRUE(driver.waitFor("¿Mover “Boda.mov” a la papelera?", dialog));
     driver.key(Qt::Key_Return);
     close(QStringLiteral("No se pudo completar la acción"));
     EXPECT_TRUE(fs::exists(tree.path("home/vídeos/Boda.mov/tesis")));
@@ -84,10 +76,10 @@ TEST_F(ReplacedItemJourney, JunkThatIsSomethingElseIsNotMoved) {
     tree.file("home/.cache/igual/a", 3 * 4096);
     tree.file("home/.cache/antes/a", 4 * 4096);
     driver.key(Qt::Key_3, Qt::ControlModifier);
-    ASSERT_TRUE(driver.waitFor(QStringLiteral("navegador"), list));
+    ASSERT_TRUE(driver.waitFor("navegador", list));
     replace("home/.cache/antes", By::folder);
-    ASSERT_TRUE(driver.press(QStringLiteral("Limpiar todo lo seguro")));
-    ASSERT_TRUE(driver.waitFor(QStringLiteral("¿Mover 4 elementos a la Papelera?"), dialog));
+    ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
+    ASSERT_TRUE(driver.waitFor("¿Mover 4 elementos a la Papelera?", dialog));
     replace("home/.cache/navegador", By::folder);
     replace("home/.cache/registro.log", By::folder);
     driver.key(Qt::Key_Return);
@@ -96,8 +88,8 @@ TEST_F(ReplacedItemJourney, JunkThatIsSomethingElseIsNotMoved) {
     EXPECT_TRUE(fs::exists(tree.path("home/.cache/navegador/tesis")));
     EXPECT_TRUE(fs::exists(tree.path("home/.cache/registro.log/tesis")));
     EXPECT_FALSE(fs::exists(tree.path("home/.cache/igual")));
-    EXPECT_TRUE(Driver::waitUntil([this] { return driver.names(list).size() == 3; }));
-    EXPECT_FALSE(driver.shows(QStringLiteral("igual"), list));
+    EXPECT_TRUE(waitUntil([this] { return driver.names(list).size() == 3; }));
+    EXPECT_FALSE(driver.shows("igual", list));
 }
 
 }  // namespace

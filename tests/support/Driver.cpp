@@ -1,109 +1,90 @@
 #include "support/Driver.h"
 
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QElapsedTimer>
-#include <QtGui/QImage>
 #include <QtQuick/QQuickItem>
 #include <QtTest/QTest>
 
 namespace {
 
-void visit(QAccessibleInterface* node, const std::function<bool(QAccessibleInterface*)>& visitor, bool& done) {
+/// Visits what can be read until the visitor says that it is enough.
+bool visit(QAccessibleInterface* node, const std::function<bool(QAccessibleInterface*)>& visitor) {
     if (node == nullptr || !node->isValid() || node->state().invisible) {
-        return;
+        return false;
     }
-    done = done || visitor(node);
+    bool done = visitor(node);
     for (int i = 0; !done && i < node->childCount(); ++i) {
-        visit(node->child(i), visitor, done);
+        done = visit(node->child(i), visitor);
     }
+    return done;
 }
 
 }  // namespace
 
-Driver::Driver(QQuickWindow& window) : m_window(window) {
-    QAccessible::setActive(true);
-}
-
-bool Driver::waitUntil(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, 10'000);
-}
-
-QAccessibleInterface* Driver::find(const QString& name, QAccessible::Role role) const {
+QAccessibleInterface* Driver::find(const Text& name, Role role) const {
     QAccessibleInterface* found = nullptr;
-    bool done = false;
-    visit(
-        QAccessible::queryAccessibleInterface(&m_window),
-        [&](QAccessibleInterface* node) {
-            const QString text = node->text(QAccessible::Name);
-            if (node->role() == role && (text == name || text.startsWith(name + QLatin1String(", ")))) {
-                found = node;
-            }
-            return found != nullptr;
-        },
-        done);
+    visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {
+        const QString text = node->text(QAccessible::Name);
+        const bool isIt = node->role() == role && (text == name || text.startsWith(name + QLatin1String(", ")));
+        found = isIt ? node : nullptr;
+        return isIt;
+    });
     return found;
 }
 
-bool Driver::shows(const QString& name, QAccessible::Role role) const {
+bool Driver::shows(const Text& name, Role role) const {
     return find(name, role) != nullptr;
 }
 
-bool Driver::waitFor(const QString& name, QAccessible::Role role) const {
+bool Driver::waitFor(const Text& name, Role role) const {
     return waitUntil([&] { return shows(name, role); });
 }
 
-std::vector<std::string> Driver::texts(QAccessible::Role role, QAccessible::Text kind) const {
+bool Driver::waitForNoDialog() const {
+    return waitUntil([&] { return names(QAccessible::Dialog).empty(); });
+}
+
+std::vector<std::string> Driver::names(Role role, QAccessible::Text kind) const {
     std::vector<std::string> all;
-    bool done = false;
-    visit(
-        QAccessible::queryAccessibleInterface(&m_window),
-        [&](QAccessibleInterface* node) {
-            if (node->role() == role) {
-                all.push_back(node->text(kind).toStdString());
-            }
-            return false;
-        },
-        done);
+    visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {
+        if (node->role() == role) {
+            all.push_back(node->text(kind).toStdString());
+        }
+        return false;
+    });
     return all;
 }
 
-std::vector<std::string> Driver::names(QAccessible::Role role) const {
-    return texts(role, QAccessible::Name);
-}
-
-std::vector<std::string> Driver::descriptions(QAccessible::Role role) const {
-    return texts(role, QAccessible::Description);
-}
-
-bool Driver::isEnabled(const QString& name, QAccessible::Role role) const {
-    QAccessibleInterface* node = find(name, role);
+bool Driver::isEnabled(const Text& name, Role role) const {
+    QAccessibleInterface* const node = find(name, role);
     return node != nullptr && !node->state().disabled;
 }
 
-bool Driver::isSelected(const QString& name, QAccessible::Role role) const {
-    QAccessibleInterface* node = find(name, role);
+bool Driver::isSelected(const Text& name, Role role) const {
+    QAccessibleInterface* const node = find(name, role);
     return node != nullptr && node->state().selected;
 }
 
-bool Driver::press(const QString& name, QAccessible::Role role) const {
-    if (!waitFor(name, role)) {
-        return false;
+bool Driver::press(const Text& name, Role role) const {
+    const bool isThere = waitFor(name, role);
+    if (isThere) {
+        find(name, role)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCoreApplication::processEvents();
     }
-    find(name, role)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QCoreApplication::processEvents();
-    return true;
+    return isThere;
 }
 
-bool Driver::click(const QString& name, QAccessible::Role role) const {
-    if (!waitFor(name, role)) {
-        return false;
+bool Driver::click(const Text& name, Role role, int times) const {
+    const bool isThere = waitFor(name, role);
+    if (isThere) {
+        const QPoint middle = m_window.mapFromGlobal(find(name, role)->rect().center());
+        QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
+        if (times == 2) {
+            QTest::mouseDClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
+        }
     }
-    const QPoint middle = m_window.mapFromGlobal(find(name, role)->rect().center());
-    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
-    return true;
+    return isThere;
 }
 
-void Driver::type(const QString& text) const {
+void Driver::type(const Text& text) const {
     for (const QChar character : text) {
         QTest::keyClick(&m_window, character.toLatin1());
     }
@@ -131,8 +112,4 @@ bool Driver::tabTo(const std::string& name) const {
         key(Qt::Key_Tab);
     }
     return false;
-}
-
-bool Driver::save(const QString& file) const {
-    return m_window.grabWindow().save(file);
 }

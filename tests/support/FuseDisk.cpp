@@ -59,10 +59,6 @@ bool FuseDisk::mountPart(std::string_view relative, const std::string& folder) {
     return isMountedToo;
 }
 
-void FuseDisk::hang(std::string_view path, Operation operation) {
-    tell(Order::Kind::hang, static_cast<int>(operation), path);
-}
-
 void FuseDisk::release() {
     kill(m_server, SIGCONT);
     tell(Order::Kind::release);
@@ -72,26 +68,6 @@ void FuseDisk::release() {
 void FuseDisk::freeze() {
     kill(m_server, SIGSTOP);
     waitpid(m_server, nullptr, WUNTRACED);
-}
-
-void FuseDisk::failStatus(std::string_view path, int error) {
-    tell(Order::Kind::failStatus, error, path);
-}
-
-void FuseDisk::hideKinds() {
-    tell(Order::Kind::hideKinds);
-}
-
-void FuseDisk::listFew() {
-    tell(Order::Kind::listFew);
-}
-
-void FuseDisk::changeInodes() {
-    tell(Order::Kind::changeInodes);
-}
-
-void FuseDisk::forgetBlocks() {
-    tell(Order::Kind::forgetBlocks);
 }
 
 /// Returns when the order is obeyed.

@@ -14,9 +14,13 @@
 /// fusermount3 is allowed to mount, as an ordinary user. Paths given to it are relative to the disk.
 class FuseDisk {
 public:
-    /// What is asked of an entry: what it is, its bytes, the names in it, more of them after the first few, to move it;
-    /// or anything.
-    enum class Operation { any, look, read, list, listRest, move };
+    /// What is asked of an entry: what it is, its bytes, the names in it, more of them after the first few; or
+    /// anything.
+    enum class Operation { any, look, read, list, listRest };
+
+    /// Lists entries without their kind (DT_UNKNOWN); lists three entries at a time; gives an entry another inode
+    /// number each time; says of every file that it takes no blocks.
+    enum class Habit { hideKinds, listFew, changeInodes, forgetBlocks };
 
     /// Mounts an empty disk at a folder, which is made if need be. Whatever uses the folder's contents ends first.
     explicit FuseDisk(std::string folder);
@@ -35,9 +39,11 @@ public:
     /// Mounts a folder of the disk a second time, at `folder`, which is made. False where only root may do that.
     [[nodiscard]] bool mountPart(std::string_view relative, const std::string& folder);
 
-    /// What is asked of this entry and all below it is not answered, until `release`. The empty path is the whole
-    /// disk. A thread that waits cannot be ended meanwhile, not even with its process.
-    void hang(std::string_view path, Operation operation = Operation::any);
+    /// What is asked of this entry and all below it is not answered, until `release`. The empty path is the whole disk.
+    /// A thread that waits cannot be ended meanwhile, not even with its process.
+    void hang(std::string_view path, Operation operation = Operation::any) {
+        tell(Order::Kind::hang, static_cast<int>(operation), path);
+    }
 
     /// Answers everything that was held back, and all to come.
     void release();
@@ -47,16 +53,13 @@ public:
     void freeze();
 
     /// The status of this entry cannot be read: `error` instead, an errno.
-    void failStatus(std::string_view path, int error);
+    void failStatus(std::string_view path, int error) { tell(Order::Kind::failStatus, error, path); }
 
-    void hideKinds();     ///< Lists entries without their kind (DT_UNKNOWN).
-    void listFew();       ///< Lists three entries at a time.
-    void changeInodes();  ///< Gives an entry another inode number each time.
-    void forgetBlocks();  ///< Says of every file that it takes no blocks.
+    void set(Habit habit) { tell(Order::Kind::habit, static_cast<int>(habit)); }
 
     /// What the program that serves a disk is told: this, followed by the path it is about.
     struct Order {
-        enum class Kind { hang, release, failStatus, hideKinds, listFew, changeInodes, forgetBlocks } kind;
+        enum class Kind { hang, release, failStatus, habit } kind;
         int value;
     };
 

@@ -15,9 +15,34 @@
 template <class ChosenTrash, class ChosenVolumes = FakeVolumes>
 class Journey : public testing::Test {
 protected:
+    static constexpr auto list = QAccessible::ListItem;
+    static constexpr auto dialog = QAccessible::Dialog;
+    static constexpr auto group = QAccessible::Grouping;
+
+    Journey() {
+        UserFolderPaths& paths = userFolders.folders;
+        paths.home = tree.url("home");
+        paths.systemRoot = tree.url("system");
+        paths.cacheHome = tree.url("home/.cache");
+        paths.dataHome = tree.url("home/.local/share");
+        paths.configHome = tree.url("home/.config");
+    }
+
     void showWindow() {
         app.show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
+    }
+
+    /// Goes to a screen, and has a folder chosen there.
+    void go(Qt::Key screen) { driver.key(screen, Qt::ControlModifier); }
+    void analyse() {
+        go(Qt::Key_2);
+        driver.key(Qt::Key_O, Qt::ControlModifier);
+    }
+
+    /// Where something lies in the Trash of the test's own home.
+    static std::string inTrash(const std::string& below) {
+        return qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/" + below;
     }
 
     TemporaryFolder tree;

@@ -33,17 +33,8 @@ struct WaitingTrash final : Trash {
 /// A home with junk and a folder with files, and a person who only has a keyboard.
 class KeyboardJourney : public Journey<WaitingTrash> {
 protected:
-    static constexpr auto list = QAccessible::ListItem;
-    static constexpr auto dialog = QAccessible::Dialog;
-
     void SetUp() override {
         QGuiApplication::setQuitOnLastWindowClosed(false);
-        UserFolderPaths& paths = userFolders.folders;
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-        paths.cacheHome = tree.url("home/.cache");
-        paths.dataHome = tree.url("home/.local/share");
-        paths.configHome = tree.url("home/.config");
         tree.file("home/.config/org.ejemplo.Pintura/a", 4096);
         chooser.folder = tree.url("files");
         for (int i = 0; i < 40; ++i) {
@@ -59,7 +50,7 @@ protected:
         }
         showWindow();
         press(Qt::Key_3, Qt::ControlModifier);
-        ASSERT_TRUE(Driver::waitUntil([&] { return app.screens().junk()->safeCount() == count; }));
+        ASSERT_TRUE(waitUntil([&] { return app.screens().junk()->safeCount() == count; }));
     }
 
     /// Shows the window on the map of the folder.
@@ -67,8 +58,8 @@ protected:
         showWindow();
         press(Qt::Key_2, Qt::ControlModifier);
         press(Qt::Key_O, Qt::ControlModifier);
-        ASSERT_TRUE(driver.waitFor(QStringLiteral("f10.mov"), list));
-        ASSERT_TRUE(Driver::waitUntil([this] { return !app.store().isScanning(); }));
+        ASSERT_TRUE(driver.waitFor("f10.mov", list));
+        ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
     }
 
     /// Presses a key and sees that the next one will find something to act on.
@@ -85,6 +76,6 @@ protected:
     }
 
     [[nodiscard]] bool waitForDialog(const char* name) const {
-        return Driver::waitUntil([&] { return openDialog() == name; });
+        return waitUntil([&] { return openDialog() == name; });
     }
 };

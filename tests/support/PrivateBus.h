@@ -1,32 +1,13 @@
 #pragma once
 
 #include "Desktop/GioSupport.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QEventLoop>
 
-#include <array>
-#include <cstdlib>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-/// Lets Qt's event loop run, as in the program, until the condition holds. False when it never does.
-template <typename Condition>
-bool eventually(Condition condition) {
-    const QDeadlineTimer deadline(10000);
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        g_usleep(1000);
-    }
-    return true;
-}
 
 /// What the services of the tests can do.
 constexpr const char* interfaces =
@@ -120,20 +101,12 @@ class PrivateBusTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         // GTestDBus forgets these for good.
-        const std::array<const char*, 2> variables = {"DISPLAY", "XDG_RUNTIME_DIR"};
-        std::array<std::optional<std::string>, 2> values;
-        for (size_t i = 0; i < variables.size(); ++i) {
-            if (const char* value = getenv(variables[i])) {
-                values[i] = value;
-            }
-        }
+        const QByteArray display = qgetenv("DISPLAY");
+        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
         dbus() = g_test_dbus_new(G_TEST_DBUS_NONE);
         g_test_dbus_up(dbus());
-        for (size_t i = 0; i < variables.size(); ++i) {
-            if (values[i]) {
-                setenv(variables[i], values[i]->c_str(), 1);
-            }
-        }
+        qputenv("DISPLAY", display);
+        qputenv("XDG_RUNTIME_DIR", runtime);
     }
     static void TearDownTestSuite() {
         g_test_dbus_down(dbus());

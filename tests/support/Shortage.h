@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/resource.h>
+
 /// While it lives, no thread can be started in this process.
 class NoThreads {
 public:
@@ -9,26 +11,23 @@ public:
     NoThreads& operator=(const NoThreads&) = delete;
 };
 
-/// While it lives, this process gets no more than that much memory beyond what it has now.
-class LittleMemory {
+/// While it lives, this process gets no more of a resource than that.
+class Limit {
 public:
-    explicit LittleMemory(unsigned long bytes);
-    ~LittleMemory();
-    LittleMemory(const LittleMemory&) = delete;
-    LittleMemory& operator=(const LittleMemory&) = delete;
+    Limit(__rlimit_resource resource, rlim_t value) : m_resource(resource) {
+        getrlimit(m_resource, &m_before);
+        const rlimit now{value, m_before.rlim_max};
+        setrlimit(m_resource, &now);
+    }
+    ~Limit() { setrlimit(m_resource, &m_before); }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+
+    /// That many bytes of memory, or open descriptors, beyond what it has now.
+    [[nodiscard]] static Limit toMemory(rlim_t bytes);
+    [[nodiscard]] static Limit toDescriptors(rlim_t count);
 
 private:
-    unsigned long m_before = 0;
-};
-
-/// While it lives, this process can open no more than `count` descriptors beyond those that are open now.
-class FewDescriptors {
-public:
-    explicit FewDescriptors(int count);
-    ~FewDescriptors();
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-
-private:
-    unsigned long m_before = 0;
+    const __rlimit_resource m_resource;
+    rlimit m_before{};
 };

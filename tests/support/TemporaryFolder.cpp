@@ -4,11 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -21,60 +22,45 @@ void check(bool succeeded, const std::string& path) {
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = DUSKFERN_TEST_ROOT "/duskfern-XXXXXX";
-    check(mkdtemp(pattern.data()) != nullptr, pattern);
-    m_path = pattern;
+TemporaryFolder::TemporaryFolder() : m_path(DUSKFERN_TEST_ROOT "/duskfern-XXXXXX") {
+    check(mkdtemp(m_path.data()) != nullptr, m_path);
 }
 
 TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-    if (ignored) {
+    std::error_code failure;
+    fs::remove_all(m_path, failure);
+    if (failure) {
         // Paths too long for one call, or folders that are closed to us.
         const std::string command = "chmod -R u+rwx '" + m_path + "'; rm -rf '" + m_path + "'";
         (void)!std::system(command.c_str());  // NOLINT
     }
 }
 
+std::string TemporaryFolder::place(std::string_view relative) const {
+    fs::create_directories(fs::path(path(relative)).parent_path());
+    return path(relative);
+}
+
 void TemporaryFolder::folder(std::string_view relative) const {
-    for (size_t end = relative.find('/');; end = relative.find('/', end + 1)) {
-        const std::string part = path(relative.substr(0, end));
-        check(mkdir(part.c_str(), 0755) == 0 || errno == EEXIST, part);
-        if (end == std::string_view::npos) {
-            return;
-        }
-    }
+    fs::create_directories(path(relative));
 }
 
 void TemporaryFolder::file(std::string_view relative, std::int64_t allocated) const {
-    text(relative, "");
-    const int descriptor = open(path(relative).c_str(), O_WRONLY | O_CLOEXEC);
-    check(descriptor >= 0, path(relative));
-    check(allocated == 0 || posix_fallocate(descriptor, 0, allocated) == 0, path(relative));
+    const std::string path = place(relative);
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    check(descriptor >= 0 && (allocated == 0 || posix_fallocate(descriptor, 0, allocated) == 0), path);
     close(descriptor);
 }
 
-void TemporaryFolder::foldersAbove(std::string_view relative) const {
-    const size_t slash = relative.rfind('/');
-    if (slash != std::string_view::npos) {
-        folder(relative.substr(0, slash));
-    }
-}
-
 void TemporaryFolder::text(std::string_view relative, std::string_view contents) const {
-    foldersAbove(relative);
-    std::ofstream stream(path(relative), std::ios::binary);
-    stream << contents;
-    check(stream.good(), path(relative));
+    std::ofstream stream(place(relative), std::ios::binary);
+    check((stream << contents).flush().good(), path(relative));
 }
 
 void TemporaryFolder::link(std::string_view relative, const std::string& target) const {
-    foldersAbove(relative);
-    check(symlink(target.c_str(), path(relative).c_str()) == 0, path(relative));
+    check(symlink(target.c_str(), place(relative).c_str()) == 0, path(relative));
 }
 
 void TemporaryFolder::fifo(std::string_view relative) const {
-    foldersAbove(relative);
-    check(mkfifo(path(relative).c_str(), 0600) == 0, path(relative));
+    check(mkfifo(place(relative).c_str(), 0600) == 0, path(relative));
 }

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// A folder for one test, gone at its end. Paths given to it are relative and may hold any bytes; the folders they
-/// need are made on the way. Ends the test program if the disk does not play along.
+/// A folder for one test, gone at its end. Paths given to it are relative and may hold any bytes; the folders they need
+/// are made on the way. Ends the test program if the disk does not play along.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -28,7 +28,7 @@ public:
     void fifo(std::string_view relative) const;
 
 private:
-    void foldersAbove(std::string_view relative) const;
+    [[nodiscard]] std::string place(std::string_view relative) const;
 
     std::string m_path;
 };

@@ -2,14 +2,15 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QThread>
 
-#include <functional>
-
-/// Runs the event loop until `condition` holds; false if it does not within twenty seconds.
-inline bool waitUntil(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(20'000);
-    while (!condition() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+/// Runs the event loop, as the program does, until `condition` holds; false if it does not within twenty seconds.
+template <class Condition>
+bool waitUntil(const Condition& condition) {
+    for (const QDeadlineTimer deadline(20'000); !condition() && !deadline.hasExpired();) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QThread::usleep(500);
     }
     return condition();
 }

@@ -1,6 +1,6 @@
 // What is seen rather than done: colours, symbols, bubbles, the places of panes.
 
-#include "Desktop/WindowDialogs.h"
+#include "Shell/WindowDialogs.h"
 #include "FolderBrowser/FolderPlace.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "StorageOverview/StorageCategory.h"

@@ -4,7 +4,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
-/// What the space map says of its work, for QML.
+/// Status texts of the space map, for QML.
 class StatusTexts : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -13,9 +13,9 @@ class StatusTexts : public QObject {
 public:
     using QObject::QObject;
 
-    /// How an analysis stands: the files met so far, or when it has ended the entries that could not be examined.
+    /// State of an analysis: the number of files found so far; after its end the number of entries not examined.
     Q_INVOKABLE static QString analysis(bool isScanning, qint64 scannedCount, qint64 skippedCount);
 
-    /// That the selected file is being moved; `percent` of it is copied, negative where nothing is copied.
+    /// Shown while the selected file is moved. `percent` is the part copied; negative if it is not copied.
     Q_INVOKABLE static QString moving(int percent);
 };

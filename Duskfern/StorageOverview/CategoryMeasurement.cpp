@@ -30,27 +30,27 @@ void CategoryMeasurement::request(const std::optional<VolumeInfo>& mainVolume, A
     measure(m_current);
 }
 
-void CategoryMeasurement::measure(const std::shared_ptr<Measurement>& current) {
+void CategoryMeasurement::measure(const std::shared_ptr<Measurement>& measurement) {
     m_isRunning = true;
-    Dispatch::background([self = QPointer(this), current, mainVolume = current->mainVolume,
+    Dispatch::background([self = QPointer(this), measurement, mainVolume = measurement->mainVolume,
                           &userFolders = m_userFolders](const std::stop_token& stop) {
         auto sizes = StorageOverviewScanner::categories(mainVolume, userFolders.paths(), stop);
-        Dispatch::main([self, current, sizes = std::move(sizes)] {
+        Dispatch::main([self, measurement, sizes = std::move(sizes)] {
             if (self == nullptr) {
                 return;
             }
             self->m_isRunning = false;
-            for (const Answer& answer : current->answers) {
+            for (const Answer& answer : measurement->answers) {
                 answer(sizes.categories);
             }
-            if (sizes.lateAnswer == nullptr || current->repeated == maximumRepeats) {
+            if (sizes.lateAnswer == nullptr || measurement->repeated == maximumRepeats) {
                 return;
             }
-            sizes.lateAnswer->whenAnswered([self, current] {
-                Dispatch::main([self, current] {
-                    if (self != nullptr && self->m_current == current && !self->m_isRunning) {
-                        ++current->repeated;
-                        self->measure(current);
+            sizes.lateAnswer->whenAnswered([self, measurement] {
+                Dispatch::main([self, measurement] {
+                    if (self != nullptr && self->m_current == measurement && !self->m_isRunning) {
+                        ++measurement->repeated;
+                        self->measure(measurement);
                     }
                 });
             });

@@ -3,7 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QtCore/QObject>
 
-/// The arithmetic of two panes side by side, for QML.
+/// Computes the widths of two panes side by side, for QML.
 class PaneWidths : public QObject {
     Q_OBJECT
     QML_ELEMENT

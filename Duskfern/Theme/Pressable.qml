@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A button without a look of its own: pressed by pointer, keys and assistive technologies.
+/// Base of buttons without appearance: pressed by pointer, keys and assistive technologies.
 T.AbstractButton {
     id: root
 
@@ -12,7 +12,7 @@ T.AbstractButton {
         }
     }
 
-    /// A key that is held down presses once.
+    /// Ignores key repeats.
     function pressOnce(event: KeyEvent) {
         if (!event.isAutoRepeat) {
             root.press();

@@ -1,18 +1,18 @@
 import QtQuick
 
-/// A list of rows of one height that is one stop of the Tab key. Its owner keeps the selection and is told what the keys
-/// ask for.
+/// A list of rows of equal height, with a single Tab stop. Its owner keeps the selection and handles the signals of the
+/// keys.
 ListView {
     id: root
 
     required property int rowHeight
 
-    /// Whether the list itself shows that it has the focus, because no row does.
+    /// Whether the list itself shows the focus ring, because no row is selected.
     property bool ringShown: false
 
     readonly property int page: Math.max(1, Math.floor(root.height / root.rowHeight) - 1)
 
-    /// A key asks to move the selection by so many rows.
+    /// A key moves the selection by this many rows.
     signal moved(rows: int)
 
     /// Return or Enter was pressed.

@@ -29,16 +29,16 @@ std::optional<std::string> unquoted(std::string_view text) {
         return std::nullopt;
     }
     std::string value;
-    for (std::size_t i = 1; i < text.size() && text[i] != '"'; ++i) {
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] == '"') {
+            return value;
+        }
         if (text[i] == '\\' && ++i == text.size()) {
-            return std::nullopt;
+            break;
         }
         value += text[i];
-        if (i + 1 == text.size()) {
-            return std::nullopt;
-        }
     }
-    return value;
+    return std::nullopt;
 }
 
 /// The folder in a value; nothing if it is not absolute or is the home itself.

@@ -25,7 +25,7 @@ ScrollPage {
 
     /// The item that gets the focus when the screen is shown: the page if it scrolls, else the refresh button.
     function firstFocus(): Item {
-        if (root.scrolls || !header.button.enabled) {
+        if (root.scrolls || root.store.isScanning) {
             return root;
         }
         return header.button;

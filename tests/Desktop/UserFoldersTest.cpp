@@ -21,6 +21,7 @@ TEST(UserDirs, NamesFoldersForAPurpose) {
         {"XDG_MUSIC_DIR=\"$HOME\"", std::nullopt},
         {"XDG_MUSIC_DIR=\"$HOMELESS/a\"", std::nullopt},
         {"XDG_MUSIC_DIR=\"music\"", std::nullopt},
+        {"XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"", FileURL("/one")},
         {"XDG_MUSIC_DIR=\"/open", std::nullopt},
         {"XDG_MUSIC_DIR=\"/open\\", std::nullopt},
         {"XDG_MUSIC_DIR", std::nullopt},

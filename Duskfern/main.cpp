@@ -1,6 +1,5 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
@@ -9,6 +8,7 @@
 #include "FolderBrowser/FolderBrowser.h"
 #include "Foundation/Dispatch.h"
 #include "Shell/DuskfernApp.h"
+#include "Trash/FreedesktopTrash.h"
 
 #include <QtGui/QGuiApplication>
 
@@ -29,7 +29,8 @@ int run(int& argc, char** argv) {
     XdgUserFolders userFolders;
     FolderBrowser folderBrowser(userFolders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
-    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(userFolders.paths()));
+    const auto applications =
+        std::make_shared<const DesktopApplications>([&userFolders] { return applicationFolders(userFolders.paths()); });
     DuskfernApp duskfern(
         {trash, fileManager, folderChooser, folderBrowser, colorScheme, mountedVolumes, userFolders, applications});
     duskfern.show();
@@ -43,10 +44,10 @@ int run(int& argc, char** argv) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    // Nothing is left behind in the home folder, caches of the graphics driver included.
+    // No caches are written to the home folder, not even by the graphics driver.
     setenv("MESA_SHADER_CACHE_DISABLE", "true", 0);
-    // Nor are the daemons of the virtual file system started, which keep files there: all that is asked of GIO is
-    // local.
+    // Keeps GIO from starting the daemons of its virtual file system, which write files there. Only local files are
+    // used.
     setenv("GIO_USE_VFS", "local", 1);
     return run(argc, argv);
 }

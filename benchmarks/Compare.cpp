@@ -2,7 +2,7 @@
 //     duskfern_compare FILES [FOLDER]
 // FOLDER is where the tree is kept between runs, beneath the build directory by default.
 
-#include "Contests.h"
+#include "Comparisons.h"
 #include "Measure.h"
 #include "ReferenceTree.h"
 

@@ -1,4 +1,4 @@
-// Shows an empty Qt Quick window and ends after its first frame: what any such program takes at the least.
+// Shows an empty Qt Quick window and ends after its first frame: the least time for any such program.
 
 #include <QtGui/QGuiApplication>
 #include <QtQml/QQmlApplicationEngine>

@@ -28,7 +28,7 @@ Outcome inProcess(const std::function<void()>& run) {
     int status = 0;
     rusage usage{};
     if (wait4(child, &status, 0, &usage) < 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        std::cerr << "a contestant failed\n";
+        std::cerr << "a candidate failed\n";
         std::exit(1);
     }
     return {inMilliseconds(Clock::now() - start), static_cast<double>(usage.ru_maxrss) * 1024};
@@ -57,16 +57,16 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-bool compete(std::vector<Contestant>& contestants, int rounds, const std::function<bool()>& prepare) {
+bool compareInTurns(std::vector<Candidate>& candidates, int rounds, const std::function<bool()>& prepare) {
     const double idle = inProcess([] {}).peak;
     for (int round = 0; round < rounds; ++round) {
-        for (Contestant& contestant : contestants) {
+        for (Candidate& candidate : candidates) {
             if (!prepare()) {
                 return false;
             }
-            const Outcome outcome = inProcess(contestant.run);
-            contestant.times.push_back(outcome.milliseconds);
-            contestant.peaks.push_back(outcome.peak - idle);
+            const Outcome outcome = inProcess(candidate.run);
+            candidate.times.push_back(outcome.milliseconds);
+            candidate.peaks.push_back(outcome.peak - idle);
         }
     }
     return true;

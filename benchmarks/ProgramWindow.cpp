@@ -1,13 +1,12 @@
 // Shows the program's window, with the desktop it really runs on, and measures it:
 //     duskfern_window first-frame       ends after the first frame
 //     duskfern_window volumes           ends after the first frame that shows the volumes
-//     duskfern_window scan FOLDER       prints, in milliseconds, the longest absence of the interface thread while the
-//                                       folder is scanned and shown, the longest frame drawn meanwhile, and the longest
-//                                       time from a keystroke to its list and count, and to its rows
+//     duskfern_window scan FOLDER       prints maxima in milliseconds: how long the event loop was blocked while the
+//                                       folder was scanned and shown, the time to draw a frame meanwhile, and the time
+//                                       from a keystroke to list and count, and to the rows
 
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
@@ -17,6 +16,7 @@
 #include "Foundation/Dispatch.h"
 #include "Measure.h"
 #include "Shell/DuskfernApp.h"
+#include "Trash/FreedesktopTrash.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QGuiApplication>
@@ -28,10 +28,10 @@
 
 namespace {
 
-/// Notes for how long the thread it lives on does not come back to its event loop.
-class Absence {
+/// Measures the longest time in which its thread does not return to the event loop.
+class StallMeter {
 public:
-    Absence() {
+    StallMeter() {
         QObject::connect(&m_timer, &QTimer::timeout, [this] {
             const Clock::time_point now = Clock::now();
             m_longest = std::max(m_longest, inMilliseconds(now - m_last) - 1);
@@ -67,16 +67,16 @@ void measureScan(DuskfernApp& app, const char* folder) {
     QObject::connect(
         &app.window(), &QQuickWindow::frameSwapped, &app.window(),
         [&] { frame = std::max(frame, inMilliseconds(Clock::now() - frameBegin)); }, Qt::DirectConnection);
-    double away = 0;
+    double stallTime = 0;
     {
-        const Absence absence;
+        const StallMeter stall;
         store.setRootURL(FileURL(folder));
         store.startScan();
         while (store.isScanning()) {
             wait(20);
         }
         wait(300);
-        away = absence.longest();
+        stallTime = stall.longest();
     }
     const double drawing = frame;
 
@@ -85,7 +85,7 @@ void measureScan(DuskfernApp& app, const char* folder) {
     for (const char* const text : {"a", "añ", "año", "", "f", "fo", "fot", "foto", "foto-", "zzz", ""}) {
         const Clock::time_point start = Clock::now();
         double shown = 0;
-        // The search field is the first to hear; what follows is work of the screens.
+        // searchChanged comes before filteredFilesChanged, so this measures the filter without the work of the screens.
         const auto counted = QObject::connect(&store, &ScanStore::searchChanged, [&] {
             (void)store.filteredCount();
             keystroke = std::max(keystroke, inMilliseconds(Clock::now() - start));
@@ -102,7 +102,7 @@ void measureScan(DuskfernApp& app, const char* folder) {
         rows = std::max(rows, shown);
         wait(100);
     }
-    std::printf("%.2f %.2f %.2f %.2f\n", away, drawing, keystroke, rows);
+    std::printf("%.2f %.2f %.2f %.2f\n", stallTime, drawing, keystroke, rows);
 }
 
 }  // namespace
@@ -119,7 +119,8 @@ int main(int argc, char** argv) {
     XdgUserFolders folders;
     FolderBrowser folderBrowser(folders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
-    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(folders.paths()));
+    const auto applications =
+        std::make_shared<const DesktopApplications>([&folders] { return applicationFolders(folders.paths()); });
     DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, colorScheme, volumes, folders, applications});
     if (argc < 3) {
         const bool untilVolumes = argc == 2 && std::strcmp(argv[1], "volumes") == 0;
@@ -134,7 +135,7 @@ int main(int argc, char** argv) {
         app.show();
         measureScan(app, argv[2]);
     }
-    // A measurement of the user's folders may still run; nobody waits for it.
+    // Does not wait for a measurement of the user's folders that may still run.
     (void)Dispatch::shutDown(std::chrono::milliseconds(0));
     std::fflush(stdout);
     std::_Exit(0);

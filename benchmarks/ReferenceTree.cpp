@@ -33,7 +33,7 @@ public:
 private:
     std::size_t below(std::size_t bound) { return static_cast<std::size_t>(m_random() % bound); }
 
-    /// Unique by its number, between 5 and 40 bytes long.
+    /// Unique by `number`; 5 to 40 bytes.
     std::string name(std::int64_t number) {
         static constexpr std::array<std::string_view, 12> words{
             "informe", "vacaciones", "año", "niño", "copia", "Mapa", "canción", "foto", "data", "x", "IMG_", "índice"};
@@ -55,7 +55,7 @@ private:
         const auto count = static_cast<std::size_t>(static_cast<double>(m_files) * 0.082) + 10;
         m_folders.push_back(m_root);
         for (std::size_t i = 1; i < count; ++i) {
-            // Leaning towards the older folders gives the depth of real homes.
+            // Prefers older folders as parents, which gives the depth of real homes.
             const double u = static_cast<double>(m_random() >> 11) / static_cast<double>(1ULL << 53);
             const auto parent = static_cast<std::size_t>(static_cast<double>(i) * std::pow(u, 1.28));
             std::string path = m_folders[parent] + "/d" + name(static_cast<std::int64_t>(i));

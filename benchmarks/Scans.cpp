@@ -1,5 +1,5 @@
 #include "BareWalk.h"
-#include "Contests.h"
+#include "Comparisons.h"
 #include "Measure.h"
 
 #include "Desktop/DesktopApplications.h"
@@ -15,26 +15,26 @@
 
 namespace {
 
-void print(const std::vector<Contestant>& contestants, double files) {
-    const double ours = median(contestants.front().times);
-    for (const Contestant& contestant : contestants) {
-        const double time = median(contestant.times);
-        std::printf("%-28s %10.0f %14.2f %14.0f\n", contestant.name.c_str(), time, ours / time,
-                    median(contestant.peaks) / files);
+void print(const std::vector<Candidate>& candidates, double files) {
+    const double ours = median(candidates.front().times);
+    for (const Candidate& candidate : candidates) {
+        const double time = median(candidate.times);
+        std::printf("%-28s %10.0f %14.2f %14.0f\n", candidate.name.c_str(), time, ours / time,
+                    median(candidate.peaks) / files);
     }
 }
 
-/// One way to add up what a tree takes, which is to be no slower than `du`.
+/// A way to measure the size of a tree, with `du` as the limit.
 void compareWithDu(const std::string& name, const std::function<void()>& run, const std::string& tree,
                    const std::string& what) {
-    std::vector<Contestant> contestants{{name, run}, {"du -s", command({"du", "-s", tree})}};
-    (void)compete(contestants, 5);
+    std::vector<Candidate> candidates{{name, run}, {"du -s", command({"du", "-s", tree})}};
+    (void)compareInTurns(candidates, 5);
     std::printf("\n%-28s %10s %14s %14s\n", "one folder, medians of 5", "ms", "ours / it", "peak, bytes");
-    print(contestants, 1);
-    budget(what, median(contestants[0].times), median(contestants[1].times), 1);
+    print(candidates, 1);
+    budget(what, median(candidates[0].times), median(candidates[1].times), 1);
 }
 
-/// Resident bytes of this process.
+/// Resident memory of this process in bytes.
 double residentBytes() {
     malloc_trim(0);
     std::ifstream file("/proc/self/statm");
@@ -47,7 +47,7 @@ double residentBytes() {
 }  // namespace
 
 void compareScans(const std::string& tree, std::int64_t files, bool cold) {
-    std::vector<Contestant> contestants{
+    std::vector<Candidate> candidates{
         {"FileScanner::scan", [&] { (void)FileScanner::scan(FileURL(tree), [](std::int64_t) {}); }},
         {"bare walk, 1 thread", [&] { bareWalk(tree, 1); }},
         {"bare walk, 2 threads", [&] { bareWalk(tree, 2); }},
@@ -57,27 +57,27 @@ void compareScans(const std::string& tree, std::int64_t files, bool cold) {
         {"find -printf", command({"find", tree, "-printf", "%b %p\n"})},
     };
     if (isInstalled("ncdu")) {
-        contestants.push_back({"ncdu", command({"ncdu", "-0", "-o", "/dev/null", tree})});
+        candidates.push_back({"ncdu", command({"ncdu", "-0", "-o", "/dev/null", tree})});
     }
     if (isInstalled("gdu")) {
-        contestants.push_back({"gdu", command({"gdu", "-n", "-p", "-s", tree})});
+        candidates.push_back({"gdu", command({"gdu", "-n", "-p", "-s", tree})});
     }
     if (!cold) {
         bareWalk(tree, 4);
     }
-    if (!(cold ? compete(contestants, 3, dropCaches) : compete(contestants, 5))) {
+    if (!(cold ? compareInTurns(candidates, 3, dropCaches) : compareInTurns(candidates, 5))) {
         std::printf("\n(caches cannot be dropped here: no cold runs)\n");
         return;
     }
     std::printf("\n%-28s %10s %14s %14s\n", cold ? "scan, cold, medians of 3" : "scan, warm, medians of 5", "ms",
                 "ours / it", "peak, B/entry");
-    print(contestants, static_cast<double>(files));
-    const double ours = median(contestants[0].times);
+    print(candidates, static_cast<double>(files));
+    const double ours = median(candidates[0].times);
     const std::string kind = cold ? "scan, cold" : "scan, warm";
-    budget(kind + ", beside du -s", ours, median(contestants[5].times), cold ? 0.45 : 0.5);
+    budget(kind + ", beside du -s", ours, median(candidates[5].times), cold ? 0.45 : 0.5);
     if (!cold) {
-        budget(kind + ", beside a bare walk on 2 threads", ours, median(contestants[2].times), 1.15);
-        budget("scan, peak bytes an entry", median(contestants[0].peaks) / static_cast<double>(files), 1, 110);
+        budget(kind + ", beside a bare walk on 2 threads", ours, median(candidates[2].times), 1.15);
+        budget("scan, peak bytes an entry", median(candidates[0].peaks) / static_cast<double>(files), 1, 110);
     }
 }
 
@@ -92,7 +92,7 @@ void compareJunk(const std::string& tree) {
     paths.home = FileURL(tree + "/no home");
     paths.cacheHome = FileURL(tree);
     paths.stateHome = paths.dataHome = paths.configHome = paths.temporary = paths.home;
-    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(paths));
+    const auto applications = std::make_shared<const DesktopApplications>([&] { return applicationFolders(paths); });
     compareWithDu(
         "JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications, {}); }, tree,
         "junk scan, beside du -s");

@@ -1,4 +1,4 @@
-#include "Contests.h"
+#include "Comparisons.h"
 #include "Measure.h"
 
 #include "SpaceScan/FileScanner.h"
@@ -11,7 +11,7 @@
 void compareSearches(const std::string& tree) {
     const ScanResult result = FileScanner::scan(FileURL(tree), [](std::int64_t) {});
     std::printf("\nsearch in %zu names, medians of 9:\n%-28s %10s %10s\n", result.files.size(), "", "ms", "hits");
-    double most = 0;
+    double maximum = 0;
     double few = 0;
     for (const char* text : {"a", "z", "año", "foto", "vacacion", "zzzzzzzz", "índice-9"}) {
         std::vector<double> times;
@@ -22,12 +22,12 @@ void compareSearches(const std::string& tree) {
             times.push_back(inMilliseconds(Clock::now() - start));
         }
         std::printf("%-28s %10.2f %10zu\n", text, median(times), hits);
-        most = std::max(most, median(times));
+        maximum = std::max(maximum, median(times));
         if (hits < result.files.size() / 100) {
             few = std::max(few, median(times));
         }
     }
-    budget("search, ms a keystroke", most, 1, 10);
+    budget("search, ms a keystroke", maximum, 1, 10);
     budget("search, ms a keystroke where under 1 % match", few, 1, 4);
 }
 
@@ -35,7 +35,7 @@ void compareSorts(const std::string& tree) {
     const FileList files = FileScanner::scan(FileURL(tree), [](std::int64_t) {}).files;
     std::vector<FileRecord> records(files.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
-        // Sizes like those of a home: many small ones, a few of gigabytes, in no order.
+        // Sizes as in a home: many small ones and a few of gigabytes, in random order.
         const std::uint64_t mixed = (i + 1) * 0x9E3779B97F4A7C15;
         records[i].size = ((mixed >> 40) >> (mixed % 24)) * 4096 & ((std::uint64_t{1} << FileRecord::sizeBits) - 1);
     }

@@ -4,7 +4,7 @@
 
 #include "Measure.h"
 
-#include "Desktop/FreedesktopTrash.h"
+#include "Trash/FreedesktopTrash.h"
 
 #include <unistd.h>
 
@@ -72,10 +72,10 @@ void moveAllWithGio(const fs::path& home, const std::vector<std::string>& paths)
     }
 }
 
-/// The milliseconds of each round, one list a case.
+/// Milliseconds of each round, one list per case.
 using Times = std::vector<std::vector<double>>;
 
-/// Runs ours and that of GIO in turns, because others use the disk too.
+/// Runs ours and that of GIO alternately, because other programs may use the disk meanwhile.
 void race(std::span<const Case> cases, const fs::path& base, Times& ours, Times& gio) {
     constexpr int rounds = 3;
     ours.resize(cases.size());

@@ -9,7 +9,7 @@
 #include <QtCore/QObject>
 #include <QtQml/QQmlEngine>
 
-/// What the screens see of the engine, which itself knows nothing of them.
+/// The types of the engine that QML uses, declared here because the engine does not link QtQml.
 
 struct ScanStoreType {
     Q_GADGET
@@ -44,7 +44,7 @@ struct StorageCategoryType {
     QML_VALUE_TYPE(storageCategory)
 };
 
-/// The modes of `ScanStore` under names that QML can reach.
+/// The modes of `ScanStore` as enumerators for QML, which must begin with a capital.
 namespace ModeNames {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(Mode)
@@ -67,7 +67,7 @@ public:
     Q_INVOKABLE static QString grouped(qint64 number) { return Formatters::grouped(number); }
 };
 
-/// The file categories as rows for a list of buttons.
+/// The file categories by index, for the rows of the sidebar.
 class QmlFileCategories : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(FileCategories)

@@ -9,7 +9,7 @@
 namespace {
 
 void openFolders(const std::set<std::string>& folders) {
-    // What this program sets for itself at its start would take the Trash and the network from a file manager.
+    // GIO_USE_VFS, set by this program for itself, would take the Trash and network access from the file manager.
     const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
     g_app_launch_context_unsetenv(context.get(), "GIO_USE_VFS");
     g_app_launch_context_unsetenv(context.get(), "MESA_SHADER_CACHE_DISABLE");
@@ -18,7 +18,7 @@ void openFolders(const std::set<std::string>& folders) {
     }
 }
 
-/// The arguments of ShowItems; the second one is an empty startup id.
+/// The arguments of ShowItems: URIs and an empty startup id.
 GVariant* itemsToShow(const std::vector<std::string>& uris) {
     GVariantBuilder items;
     g_variant_builder_init(&items, G_VARIANT_TYPE("as"));
@@ -51,7 +51,7 @@ void BusFileManager::reveal(const std::vector<FileURL>& urls) {
             openFolders(folders);
             return;
         }
-        // The default would end the program together with the session bus.
+        // The default would exit the program when the session bus closes.
         g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
         g_dbus_connection_call(bus.get(), "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
                                "org.freedesktop.FileManager1", "ShowItems", itemsToShow(uris), nullptr,

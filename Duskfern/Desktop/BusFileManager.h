@@ -2,9 +2,9 @@
 
 #include "Desktop/FileManager.h"
 
-/// The file manager that answers on the session bus or, where none does, the default one for folders, which is shown
-/// the folder without the selection. To be called on the main thread, which is never blocked; what was asked for is
-/// carried out even if this is destroyed meanwhile.
+/// Asks the file manager on the session bus. If none answers, opens the containing folders with the default
+/// application, which does not select the items. Must be called on the main thread and does not block it; a request is
+/// completed even if this object is destroyed meanwhile.
 class BusFileManager final : public FileManager {
 public:
     void reveal(const std::vector<FileURL>& urls) override;

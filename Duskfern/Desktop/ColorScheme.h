@@ -2,13 +2,13 @@
 
 #include <QtCore/QObject>
 
-/// Whether the person wants the desktop's programs dark or light.
+/// Whether the user prefers dark or light programs.
 class ColorScheme : public QObject {
     Q_OBJECT
 
 public:
     enum class Preference {
-        none,  ///< The desktop does not say; the palette decides.
+        none,  ///< The desktop does not tell; the palette decides.
         dark,
         light,
     };
@@ -16,7 +16,7 @@ public:
 
     using QObject::QObject;
 
-    /// What is known now. Returns at once.
+    /// The preference known so far. Does not block.
     [[nodiscard]] virtual Preference preference() const = 0;
 
 Q_SIGNALS:

@@ -1,8 +1,9 @@
 #include "Desktop/DesktopApplications.h"
 
 #include "Desktop/DesktopEntry.h"
+#include "Desktop/PropertyList.h"
 #include "Foundation/Descriptor.h"
-#include "Foundation/DiskPatience.h"
+#include "Foundation/DiskRequests.h"
 #include "Foundation/SmallFile.h"
 
 #include <dirent.h>
@@ -16,10 +17,10 @@
 
 namespace {
 
-/// No honest desktop entry or property list is larger.
+/// More than any real desktop entry or property list.
 constexpr std::size_t sizeLimit = std::size_t{1} << 20;
 
-/// Menus are not nested deeper.
+/// How deep menu folders are searched.
 constexpr int depthLimit = 4;
 
 constexpr std::string_view entrySuffix = ".desktop";
@@ -29,13 +30,13 @@ struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
-/// Calls `use` with the name of each entry of a folder and with whether it is, or may be, a folder itself.
+/// Calls `use` with the name of each entry of a folder, and whether it is or may be a folder.
 void forEachEntry(const FileURL& folder, InstalledNames& names,
                   const std::function<void(std::string_view name, bool mayBeFolder)>& use) {
     const std::unique_ptr<DIR, CloseFolder> listing(opendir(folder.path().c_str()));
     names.isComplete = names.isComplete && (listing != nullptr || !isShortage(errno));
     while (const dirent* const entry = listing != nullptr ? readdir(listing.get()) : nullptr) {
-        signOfLife();
+        heartbeat();
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") {
             use(name, entry->d_type == DT_DIR || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN);
@@ -71,7 +72,7 @@ void addBundles(const FileURL& folder, InstalledNames& names) {
     });
 }
 
-/// `prefix` is what the folders above give to the entries' identifiers: "kde/a.desktop" is "kde-a".
+/// `prefix` is the part of the identifiers that comes from the folders above: "kde/a.desktop" has the id "kde-a".
 void addEntries(const FileURL& folder, const std::string& prefix, int depth, InstalledNames& names) {
     forEachEntry(folder, names, [&](std::string_view name, bool mayBeFolder) {
         const FileURL url = folder.appendingPathComponent(name);
@@ -101,7 +102,7 @@ void addPrograms(const FileURL& folder, InstalledNames& names) {
     });
 }
 
-/// Adds the absolute paths in a list with colons between them.
+/// Appends to `folders` the absolute paths in a colon-separated list, each with `below` appended.
 void addPaths(const char* list, const char* below, std::vector<FileURL>& folders) {
     std::string_view rest = list == nullptr ? "" : list;
     while (!rest.empty()) {
@@ -139,16 +140,17 @@ ApplicationFolders applicationFolders(const UserFolderPaths& paths) {
 
 InstalledNames DesktopApplications::names() const {
     InstalledNames names;
-    for (const FileURL& folder : m_folders.bundles) {
+    const ApplicationFolders folders = m_folders();
+    for (const FileURL& folder : folders.bundles) {
         addBundles(folder, names);
     }
-    for (const FileURL& folder : m_folders.menus) {
+    for (const FileURL& folder : folders.menus) {
         addEntries(folder, {}, 0, names);
     }
-    for (const FileURL& folder : m_folders.programs) {
+    for (const FileURL& folder : folders.programs) {
         addPrograms(folder, names);
     }
-    for (const FileURL& folder : m_folders.flatpaks) {
+    for (const FileURL& folder : folders.flatpaks) {
         forEachEntry(folder, names, [&](std::string_view name, bool) { names.identifiers.insert(name); });
     }
     return names;

@@ -3,25 +3,29 @@
 #include "Desktop/InstalledApplications.h"
 #include "Desktop/UserFolders.h"
 
-/// Where applications are installed.
+#include <functional>
+#include <vector>
+
+/// The folders where applications are installed.
 struct ApplicationFolders {
     std::vector<FileURL> bundles;   ///< Folders of `*.app` bundles.
     std::vector<FileURL> menus;     ///< Folders of desktop entries.
-    std::vector<FileURL> programs;  ///< Folders of programs.
-    std::vector<FileURL> flatpaks;  ///< Folders with one folder for each installed Flatpak.
+    std::vector<FileURL> programs;  ///< Folders of executables.
+    std::vector<FileURL> flatpaks;  ///< Folders that hold one folder per installed Flatpak.
 };
 
-/// The application folders of a user and the system, those that the environment names (PATH, XDG_DATA_DIRS) among them.
+/// The application folders of the user and the system, including those in PATH and XDG_DATA_DIRS.
 [[nodiscard]] ApplicationFolders applicationFolders(const UserFolderPaths& paths);
 
-/// The applications found in given folders: bundles by their names and property lists, desktop entries (also hidden
-/// ones and those whose program is gone), programs by their file names.
+/// The applications found in the given folders: bundles by name and property list, desktop entries (including hidden
+/// ones and those whose program is missing), and executables by file name.
 class DesktopApplications final : public InstalledApplications {
 public:
-    explicit DesktopApplications(ApplicationFolders folders) : m_folders(std::move(folders)) {}
+    /// `folders` is called by each call of `names()`, on its thread.
+    explicit DesktopApplications(std::function<ApplicationFolders()> folders) : m_folders(std::move(folders)) {}
 
     [[nodiscard]] InstalledNames names() const override;
 
 private:
-    const ApplicationFolders m_folders;
+    const std::function<ApplicationFolders()> m_folders;
 };

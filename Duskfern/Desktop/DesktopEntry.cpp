@@ -1,7 +1,6 @@
 #include "Desktop/DesktopEntry.h"
 
 #include <QtCore/QProcess>
-#include <QtCore/QXmlStreamReader>
 
 #include <algorithm>
 
@@ -13,7 +12,7 @@ QString programOf(const QString& commandLine) {
     const auto baseName = [](const QString& word) { return word.mid(word.lastIndexOf(QLatin1Char('/')) + 1); };
     auto word = words.begin();
     if (word != words.end() && baseName(*word) == QLatin1String("env")) {
-        // Options and variables stand before the program.
+        // Options and variable assignments come before the program.
         do {
             ++word;
         } while (word != words.end() && (word->startsWith(QLatin1Char('-')) || word->contains(QLatin1Char('='))));
@@ -45,23 +44,4 @@ std::vector<QString> namesInDesktopEntry(const QByteArray& contents) {
         }
     }
     return names;
-}
-
-std::optional<QString> bundleIdentifier(const QByteArray& contents) {
-    QXmlStreamReader reader(contents);
-    if (!reader.readNextStartElement() || reader.name() != QLatin1String("plist") || !reader.readNextStartElement() ||
-        reader.name() != QLatin1String("dict")) {
-        return std::nullopt;
-    }
-    bool isNext = false;
-    while (reader.readNextStartElement()) {
-        if (reader.name() == QLatin1String("key")) {
-            isNext = reader.readElementText() == QLatin1String("CFBundleIdentifier");
-        } else if (isNext && reader.name() == QLatin1String("string")) {
-            return reader.readElementText().trimmed();
-        } else {
-            reader.skipCurrentElement();
-        }
-    }
-    return std::nullopt;
 }

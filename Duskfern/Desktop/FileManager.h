@@ -9,6 +9,6 @@ class FileManager {
 public:
     virtual ~FileManager() = default;
 
-    /// Asks for a window that shows the given items selected. Returns at once; failures go unreported.
+    /// Opens a window with the given items selected. Does not block; failures are not reported.
     virtual void reveal(const std::vector<FileURL>& urls) = 0;
 };

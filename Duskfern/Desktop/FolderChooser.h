@@ -8,24 +8,24 @@
 #include <optional>
 #include <string>
 
-/// What a person is asked when a folder is to be chosen.
+/// The request to choose a folder.
 struct FolderQuestion {
     QString prompt;                ///< The title of the button that confirms.
-    std::optional<FileURL> start;  ///< The folder to begin in, where one is known.
-    std::string parentWindow;      ///< The window it belongs to, as desktop portals name it; empty for none.
+    std::optional<FileURL> start;  ///< The folder to begin in, if any.
+    std::string parentWindow;      ///< Identifier of the parent window as desktop portals define it; empty for none.
 };
 
-/// The dialog in which a person picks a folder. Lives on the main thread.
+/// A dialog for choosing a folder. Lives on the main thread.
 class FolderChooser {
 public:
     using Answer = std::function<void(std::optional<FileURL>)>;
 
     virtual ~FolderChooser() = default;
 
-    /// Opens it and returns at once. `answer` gets the chosen folder, or nothing when cancelled; it is called once,
-    /// unless the program ends first. Only one question is open at a time.
+    /// Opens the dialog and returns. `answer` is called once with the chosen folder, or with nothing when cancelled,
+    /// unless the program ends first. Must not be called while the dialog is open.
     virtual void choose(const FolderQuestion& question, Answer answer) = 0;
 
-    /// Closes the dialog, if it is open: the answer is "nothing", at once.
+    /// Closes the dialog if it is open; its answer is then nothing, immediately.
     virtual void cancel() = 0;
 };

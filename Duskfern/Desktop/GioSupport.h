@@ -1,6 +1,6 @@
 #pragma once
 
-// GIO has a struct member called `signals`, which is a macro once a Qt header has been read.
+// GIO has a struct member named `signals`, which Qt headers define as a macro.
 #pragma push_macro("signals")
 #undef signals
 #include <gio/gio.h>
@@ -10,7 +10,7 @@
 #include <memory>
 #include <utility>
 
-/// Gives a GObject's reference back.
+/// Releases a reference to a GObject.
 struct GObjectUnref {
     template <typename T>
     void operator()(T* object) const {
@@ -22,7 +22,7 @@ struct GObjectUnref {
 template <typename T>
 using GObjectPtr = std::unique_ptr<T, GObjectUnref>;
 
-/// Frees what GLib hands out and is not a GObject.
+/// Frees the GLib types that are not GObjects.
 struct GRelease {
     void operator()(char* text) const { g_free(text); }
     void operator()(GError* error) const { g_error_free(error); }
@@ -35,7 +35,7 @@ struct GRelease {
 template <typename T>
 using GPtr = std::unique_ptr<T, GRelease>;
 
-/// Stands for a `T**` argument and puts what the callee stored there into the smart pointer when the call is over.
+/// Passed as a `T**` argument: after the call, the smart pointer owns what the callee stored.
 template <typename Smart>
 class Out {
 public:
@@ -51,7 +51,7 @@ private:
     typename Smart::pointer m_stored = nullptr;
 };
 
-/// What to do with the result of an asynchronous call; the object it was called on comes first, null if there was none.
+/// Handles the result of an asynchronous call. The first argument is the object it was called on, or null.
 using AsyncHandler = std::function<void(GObject*, GAsyncResult*)>;
 
 /// The callback for an asynchronous call whose user data is `onceDone(handler)`. GIO calls it exactly once, on the
@@ -60,7 +60,7 @@ inline void runAsyncHandler(GObject* source, GAsyncResult* result, gpointer hand
     (*std::unique_ptr<AsyncHandler>(static_cast<AsyncHandler*>(handler)))(source, result);
 }
 
-/// The user data that belongs to `runAsyncHandler`, which frees it.
+/// User data for `runAsyncHandler`, which frees it.
 [[nodiscard]] inline gpointer onceDone(AsyncHandler handler) {
     return std::make_unique<AsyncHandler>(std::move(handler)).release();
 }

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "Foundation/HiddenPlaces.h"
+#include "Foundation/NameSet.h"
 
 #include <QtCore/QString>
 
 #include <vector>
 
-/// What installed applications are called. The same name may occur many times.
+/// The names of installed applications. May contain duplicates.
 struct InstalledNames {
-    std::vector<QString> bundles;   ///< Application bundles: their names, and the last pieces of their identifiers.
-    std::vector<QString> programs;  ///< Programs and menu entries.
-    bool isComplete = true;         ///< False when something could not be read for want of descriptors or memory.
+    std::vector<QString> bundles;   ///< Names of application bundles, and the last components of their identifiers.
+    std::vector<QString> programs;  ///< Names of programs and menu entries.
+    bool isComplete = true;         ///< False if something could not be read for lack of descriptors or memory.
     NameSet identifiers;            ///< Whole identifiers of Flatpaks and menu entries, as bytes.
 };
 
@@ -19,7 +19,6 @@ class InstalledApplications {
 public:
     virtual ~InstalledApplications() = default;
 
-    /// As they are now; what cannot be read has no names. Reads many small files; may be called on any thread, and
-    /// while another call runs.
+    /// The current names; unreadable entries are left out. Reads many small files. Thread-safe.
     [[nodiscard]] virtual InstalledNames names() const = 0;
 };

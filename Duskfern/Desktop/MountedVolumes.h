@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-/// Where a volume is mounted, and what it says of itself.
+/// A mounted volume and what its file system reports.
 struct MountedVolume {
     FileURL url;
     VolumeValues values;
@@ -14,16 +14,15 @@ struct MountedVolume {
     bool operator==(const MountedVolume&) const = default;
 };
 
-/// The mounted volumes that a person would call a disk. Lives on the main thread.
+/// The mounted volumes that a user would call a disk. Lives on the main thread.
 class MountedVolumes {
 public:
-    using Answers = std::vector<MountedVolume>;  ///< One a volume, in the system's order.
+    using Answers = std::vector<MountedVolume>;  ///< One per volume, in the order of the mount table.
 
     virtual ~MountedVolumes() = default;
 
-    /// Asks all volumes anew and returns those that have answered soon; a volume that cannot be read is left out.
-    /// Returns within 400 ms, whatever the mounts do, and within about 60 ms if the disk mounted at "/" answers.
-    /// `later` is called on the main thread whenever more have answered after that, with all that have by then. A newer
-    /// call puts its `later` in the place of the older one's.
+    /// Queries all volumes and returns those that have answered so far; an unreadable volume is left out. Waits up to
+    /// 60 ms for all volumes, and up to 400 ms until the one at "/" has answered. After that, `later` is called on the
+    /// main thread with all answers whenever more have come. A newer call replaces the `later` of an older one.
     [[nodiscard]] virtual Answers ask(std::function<void(const Answers&)> later) = 0;
 };

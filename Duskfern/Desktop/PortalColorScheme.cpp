@@ -12,10 +12,10 @@ constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* appearance = "org.freedesktop.appearance";
 constexpr const char* colorScheme = "color-scheme";
 
-/// A portal that takes longer than this counts as silent.
+/// Timeout of the first read.
 constexpr int readTimeoutMilliseconds = 500;
 
-/// Reads the number, which the portal wraps in one variant in a signal and in two in an answer.
+/// The number in a variant: a signal wraps it in one variant, an answer in two.
 ColorScheme::Preference preferenceOf(GVariant* wrapped) {
     GPtr<GVariant> value(g_variant_ref(wrapped));
     while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT)) {
@@ -35,8 +35,8 @@ ColorScheme::Preference preferenceOf(GVariant* wrapped) {
 
 }  // namespace
 
-/// The connection with the portal. Calls under way hold it weakly, so that an answer that comes too late finds nothing;
-/// the watch and the subscription end with it.
+/// The connection with the portal. Pending calls hold a weak pointer, so that late answers are ignored. The destructor
+/// ends the watch and the subscription.
 struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
     explicit Link(PortalColorScheme& scheme) : owner(scheme) {}
     ~Link();
@@ -44,7 +44,7 @@ struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
     Link& operator=(const Link&) = delete;
 
     void connect();
-    void follow();
+    void subscribe();
     void read();
 
     PortalColorScheme& owner;
@@ -67,17 +67,17 @@ void PortalColorScheme::Link::connect() {
         GObjectPtr<GDBusConnection> connection(g_bus_get_finish(result, nullptr));
         const std::shared_ptr<Link> link = weak.lock();
         if (link && connection) {
-            // The default would end the program together with the session bus.
+            // The default would exit the program when the session bus closes.
             g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
             link->bus = std::move(connection);
-            link->follow();
+            link->subscribe();
         }
     };
-    // Never cancelled: whoever else waits for the connection, which is shared, would fail with it.
+    // Not cancellable: the connection is shared, so cancelling would fail the call for other users of it too.
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, runAsyncHandler, onceDone(onBus));
 }
 
-void PortalColorScheme::Link::follow() {
+void PortalColorScheme::Link::subscribe() {
     const auto onChanged = [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* arguments,
                               gpointer link) {
         if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)"))) {
@@ -92,7 +92,7 @@ void PortalColorScheme::Link::follow() {
     };
     subscription = g_dbus_connection_signal_subscribe(bus.get(), portalName, settings, "SettingChanged", portalPath,
                                                       appearance, G_DBUS_SIGNAL_FLAGS_NONE, onChanged, this, nullptr);
-    // A portal that the session starts only now, or again, is asked as soon as it is there.
+    // Reads the value when the portal starts, and again when it restarts.
     const auto onAppeared = [](GDBusConnection*, const char*, const char*, gpointer link) {
         static_cast<Link*>(link)->read();
     };

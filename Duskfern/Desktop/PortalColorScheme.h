@@ -4,9 +4,8 @@
 
 #include <memory>
 
-/// The preference as the desktop portal tells it, and follows it while the program runs. Starts as `none` and stays so
-/// without a portal. Everything happens later, on the thread that made it, which must be the main thread: Qt's event
-/// loop delivers the answers by way of its GLib dispatcher.
+/// The colour preference reported by the desktop portal, kept up to date. `none` until the portal answers, and without
+/// a portal. Must be created on the main thread: Qt's event loop delivers the answers through its GLib dispatcher.
 class PortalColorScheme final : public ColorScheme {
     Q_OBJECT
 

@@ -14,32 +14,31 @@ constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* fileChooser = "org.freedesktop.portal.FileChooser";
 constexpr const char* request = "org.freedesktop.portal.Request";
 
-/// The first version that can choose folders.
+/// The first version of the interface that can choose folders.
 constexpr guint32 directoryVersion = 3;
 
-/// A portal that does not say within this time what it can do, or that it has opened the dialog, counts as absent.
+/// A portal that does not tell its version, or that it has opened the dialog, within these times is treated as missing.
 constexpr int versionTimeoutMilliseconds = 1000;
 constexpr int openTimeoutMilliseconds = 3000;
 
-/// Nobody closes a dialog sooner: a portal that ends one by then could not show it.
+/// A dialog that ended sooner was not closed by the user: the portal could not show it.
 constexpr std::chrono::milliseconds shortestDialog{500};
 
-/// What a portal says at the end of a request.
-enum class Ending : guint32 {
+/// The response code of a portal request.
+enum class ResponseCode : guint32 {
     chosen = 0,
     cancelled = 1,
-    other = 2,  ///< Closed by the window manager, or never shown because what shows it is broken.
+    other = 2,  ///< Closed by the window manager, or never shown.
 };
 
-/// The path of the request that a call by `bus` with this token makes.
+/// The object path of the request made by a call from `bus` with this token.
 std::string requestPath(GDBusConnection* bus, const std::string& token) {
     std::string sender = g_dbus_connection_get_unique_name(bus) + 1;  // behind the colon
     std::replace(sender.begin(), sender.end(), '.', '_');
     return std::string(portalPath) + "/request/" + sender + '/' + token;
 }
 
-/// Waits for an answer, though there is none of interest: until then the connection lives, and a bus passes on nothing
-/// of one that is gone.
+/// Waits for the answer only to keep the connection alive: the bus drops messages of a connection that is closed.
 void closeRequest(GDBusConnection* bus, const std::string& path) {
     const auto onAnswer = [](GObject* source, GAsyncResult* result) {
         const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
@@ -76,7 +75,7 @@ std::optional<FileURL> chosenFolder(GVariant* results) {
 
 }  // namespace
 
-/// One question to the portal. Calls under way hold it weakly, so that an answer that comes too late finds nothing.
+/// One request to the portal. Pending calls hold a weak pointer, so that late answers are ignored.
 struct PortalFolderChooser::Request : std::enable_shared_from_this<Request> {
     Request(PortalFolderChooser& chooser, FolderQuestion asked, Answer answered)
         : owner(chooser), question(std::move(asked)), answer(std::move(answered)) {}
@@ -88,7 +87,7 @@ struct PortalFolderChooser::Request : std::enable_shared_from_this<Request> {
     void askVersion();
     void open();
     void opened(const std::string& path);
-    void follow(const std::string& path);
+    void subscribe(const std::string& path);
     void ended(GVariant* arguments);
     void finish(const std::optional<FileURL>& url);
     void fallBack();
@@ -97,8 +96,8 @@ struct PortalFolderChooser::Request : std::enable_shared_from_this<Request> {
     FolderQuestion question;
     Answer answer;
     GObjectPtr<GDBusConnection> bus;
-    std::string listensAt;  ///< The path of the request whose end is awaited.
-    bool isOpen = false;    ///< The portal shows the dialog.
+    std::string subscribedPath;  ///< The path of the request whose response is awaited.
+    bool isOpen = false;         ///< Whether the portal shows the dialog.
     std::chrono::steady_clock::time_point begin;
     guint subscription = 0;
     guint watch = 0;
@@ -112,7 +111,7 @@ PortalFolderChooser::Request::~Request() {
         g_bus_unwatch_name(watch);
     }
     if (isOpen) {
-        closeRequest(bus.get(), listensAt);
+        closeRequest(bus.get(), subscribedPath);
     }
 }
 
@@ -127,12 +126,12 @@ void PortalFolderChooser::Request::connect() {
             self->fallBack();
             return;
         }
-        // The default would end the program together with the session bus.
+        // The default would exit the program when the session bus closes.
         g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
         self->bus = std::move(connection);
         self->askVersion();
     };
-    // Never cancelled: whoever else waits for the connection, which is shared, would fail with it.
+    // Not cancellable: the connection is shared, so cancelling would fail the call for other users of it too.
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, runAsyncHandler, onceDone(onBus));
 }
 
@@ -161,9 +160,9 @@ void PortalFolderChooser::Request::askVersion() {
 
 void PortalFolderChooser::Request::open() {
     const std::string token = "duskfern" + std::to_string(g_random_int());
-    // The portal may end the request before it has told its path.
+    // Subscribes before the call: the response may come before the call has returned the path.
     const std::string path = requestPath(bus.get(), token);
-    follow(path);
+    subscribe(path);
     begin = std::chrono::steady_clock::now();
     const auto onAnswer = [weak = weak_from_this(), path](GObject* source, GAsyncResult* result) {
         GPtr<GError> error;
@@ -172,7 +171,7 @@ void PortalFolderChooser::Request::open() {
         if (handle) {
             g_variant_get(handle.get(), "(&o)", &opened);
         } else if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) {
-            opened = path.c_str();  // It may open it yet.
+            opened = path.c_str();  // The dialog may still open.
         }
         const std::shared_ptr<Request> self = weak.lock();
         if (self && handle) {
@@ -191,11 +190,11 @@ void PortalFolderChooser::Request::open() {
                            openTimeoutMilliseconds, nullptr, runAsyncHandler, onceDone(onAnswer));
 }
 
-/// The dialog is there. Portals before version 0.9 give the request a path of their own choice.
+/// Called when the dialog is open. Portals before version 0.9 choose another path for the request.
 void PortalFolderChooser::Request::opened(const std::string& path) {
     isOpen = true;
-    if (path != listensAt) {
-        follow(path);
+    if (path != subscribedPath) {
+        subscribe(path);
     }
     const auto onVanished = [](GDBusConnection*, const char*, gpointer self) {
         static_cast<Request*>(self)->isOpen = false;
@@ -205,8 +204,8 @@ void PortalFolderChooser::Request::opened(const std::string& path) {
                                            this, nullptr);
 }
 
-/// Listens to the end of the request of this path, and to no other.
-void PortalFolderChooser::Request::follow(const std::string& path) {
+/// Subscribes to the response of the request at this path, instead of any other.
+void PortalFolderChooser::Request::subscribe(const std::string& path) {
     const auto onResponse = [](GDBusConnection*, const char*, const char*, const char*, const char*,
                                GVariant* arguments, gpointer self) {
         if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ua{sv})"))) {
@@ -216,19 +215,19 @@ void PortalFolderChooser::Request::follow(const std::string& path) {
     if (subscription != 0) {
         g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
     }
-    listensAt = path;
+    subscribedPath = path;
     subscription = g_dbus_connection_signal_subscribe(bus.get(), portalName, request, "Response", path.c_str(), nullptr,
                                                       G_DBUS_SIGNAL_FLAGS_NONE, onResponse, this, nullptr);
 }
 
 void PortalFolderChooser::Request::ended(GVariant* arguments) {
     isOpen = false;
-    guint32 ending = 0;
+    guint32 code = 0;
     GPtr<GVariant> results;
-    g_variant_get(arguments, "(u@a{sv})", &ending, static_cast<GVariant**>(Out(results)));
-    if (static_cast<Ending>(ending) == Ending::chosen) {
+    g_variant_get(arguments, "(u@a{sv})", &code, static_cast<GVariant**>(Out(results)));
+    if (static_cast<ResponseCode>(code) == ResponseCode::chosen) {
         finish(chosenFolder(results.get()));
-    } else if (static_cast<Ending>(ending) == Ending::other &&
+    } else if (static_cast<ResponseCode>(code) == ResponseCode::other &&
                std::chrono::steady_clock::now() - begin < shortestDialog) {
         fallBack();
     } else {

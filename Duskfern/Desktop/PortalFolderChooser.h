@@ -4,12 +4,11 @@
 
 #include <memory>
 
-/// The desktop's own folder dialog, shown by its portal; where there is no portal that can show one, another chooser.
-/// Nothing waits for the portal: everything happens later, on the main thread, where Qt's event loop delivers what it
-/// says by way of its GLib dispatcher.
+/// The desktop's own folder dialog, shown by its portal; where the portal cannot show one, another chooser. Nothing
+/// blocks: Qt's event loop delivers the portal's messages on the main thread through its GLib dispatcher.
 class PortalFolderChooser final : public FolderChooser {
 public:
-    /// `fallback` outlives this.
+    /// `fallback` must outlive this.
     explicit PortalFolderChooser(FolderChooser& fallback);
     ~PortalFolderChooser() override;
     PortalFolderChooser(const PortalFolderChooser&) = delete;
@@ -22,5 +21,5 @@ private:
     struct Request;
 
     FolderChooser& m_fallback;
-    std::shared_ptr<Request> m_request;  ///< What the portal is asked; none while it is asked nothing.
+    std::shared_ptr<Request> m_request;  ///< The request in progress; null when there is none.
 };

@@ -13,24 +13,25 @@
 
 namespace {
 
-/// How long the window may wait for all volumes together, and how long when the disk that matters most has answered:
-/// a key pressed meanwhile is to be answered within a tenth of a second.
-constexpr std::chrono::milliseconds deadline{400};
-constexpr std::chrono::milliseconds patience{60};
+/// How long the main thread waits for all volumes, and how long once "/" has answered. A key pressed meanwhile should
+/// be handled within a tenth of a second.
+constexpr std::chrono::milliseconds totalTimeout{400};
+constexpr std::chrono::milliseconds rootTimeout{60};
 
-/// One file system of the mount table and what came of asking it.
+/// A file system of the mount table and its answer.
 struct Row {
-    std::vector<Mount> mounts;  ///< Where it may be asked, the best place first.
+    std::vector<Mount> mounts;  ///< Its mounts, in the order in which they are tried.
     bool hasAnswered = false;
-    Mount mount;  ///< The one of them that answered.
+    Mount mount;  ///< The mount that answered.
     std::optional<VolumeValues> values;
 
     [[nodiscard]] bool isRoot() const { return mounts.front().target == "/"; }
 };
 
-/// A FUSE file system over a folder of another disk says of itself what that disk says; between the two questions
-/// something may have been written there. What clouds say is invented, and may be the same for two of them.
-bool repeats(const Row& layer, const Row& disk) {
+/// Whether a FUSE layer over a folder of another disk reports that disk's values. `available` may differ a little,
+/// because files may be written between the two queries. The values of cloud storage are invented and may be equal by
+/// chance, so two FUSE file systems are never compared.
+bool isLayerOver(const Row& layer, const Row& disk) {
     constexpr std::int64_t fewBytes = 64'000'000;
     return disk.values && isFuse(layer.mount) && !isFuse(disk.mount) && layer.values->total == disk.values->total &&
            std::abs(layer.values->available.value_or(0) - disk.values->available.value_or(0)) < fewBytes;
@@ -38,24 +39,24 @@ bool repeats(const Row& layer, const Row& disk) {
 
 }  // namespace
 
-/// What the main thread and the asking threads share.
-class SystemVolumes::Inquiry : public std::enable_shared_from_this<Inquiry> {
+/// The state shared by the main thread and the querying threads.
+class SystemVolumes::Query : public std::enable_shared_from_this<Query> {
 public:
-    explicit Inquiry(Questions questions) : m_questions(std::move(questions)) {}
+    explicit Query(Sources sources) : m_sources(std::move(sources)) {}
 
-    /// Begins anew, on the main thread, and waits for the first answers.
+    /// Starts a new query and waits for the first answers. Main thread only.
     [[nodiscard]] Answers begin(std::function<void(const Answers&)> later);
 
-    /// Calls nobody any more.
+    /// After this, no callback is called any more. Main thread only.
     void end() { m_later = nullptr; }
 
 private:
     void readTable();
-    void askRow(const std::vector<Mount>& mounts);
-    void settle(const std::vector<Mount>& mounts, const Mount& mount, std::optional<VolumeValues> values);
+    void queryRow(const std::vector<Mount>& mounts);
+    void storeAnswer(const std::vector<Mount>& mounts, const Mount& mount, std::optional<VolumeValues> values);
     void report();
 
-    /// The following are called with the mutex held.
+    /// The following require the mutex.
     [[nodiscard]] bool isComplete() const {
         return !m_isReadingTable &&
                std::all_of(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.hasAnswered; });
@@ -66,19 +67,20 @@ private:
     }
     [[nodiscard]] Answers answers() const;
 
-    const Questions m_questions;
-    std::function<void(const Answers&)> m_later;  ///< Of the newest round. Main thread only.
-    Answers m_reported;                           ///< What the newest round was told last. Main thread only.
+    const Sources m_sources;
+    std::function<void(const Answers&)> m_later;  ///< Callback of the newest query. Main thread only.
+    Answers m_reported;                           ///< What that callback was last told. Main thread only.
 
-    std::mutex m_mutex;  ///< Guards what follows.
+    std::mutex m_mutex;  ///< Guards the members below.
     std::condition_variable m_changed;
     bool m_isReadingTable = false;
-    bool m_isWaiting = false;          ///< The main thread will look at the answers by itself.
-    std::vector<Row> m_rows;           ///< Of the newest round; none until the table has been read.
-    std::set<std::uint64_t> m_silent;  ///< Devices that have not answered yet, in this round or an earlier one.
+    bool m_isWaiting = false;  ///< The main thread waits and reads the answers itself.
+    std::vector<Row> m_rows;   ///< Of the newest query; empty until the table is read.
+    std::set<std::uint64_t>
+        m_pendingDevices;  ///< Devices that have not answered yet, including those of earlier queries.
 };
 
-MountedVolumes::Answers SystemVolumes::Inquiry::begin(std::function<void(const Answers&)> later) {
+MountedVolumes::Answers SystemVolumes::Query::begin(std::function<void(const Answers&)> later) {
     const auto start = std::chrono::steady_clock::now();
     m_later = std::move(later);
     std::unique_lock lock(m_mutex);
@@ -91,53 +93,53 @@ MountedVolumes::Answers SystemVolumes::Inquiry::begin(std::function<void(const A
         }
         lock.lock();
     }
-    m_changed.wait_until(lock, start + patience, [this] { return isComplete(); });
-    m_changed.wait_until(lock, start + deadline, [this] { return isComplete() || hasRoot(); });
+    m_changed.wait_until(lock, start + rootTimeout, [this] { return isComplete(); });
+    m_changed.wait_until(lock, start + totalTimeout, [this] { return isComplete() || hasRoot(); });
     m_isWaiting = false;
     return m_reported = answers();
 }
 
-void SystemVolumes::Inquiry::readTable() {
-    const std::optional<std::vector<Mount>> table = m_questions.table();
-    std::vector<std::vector<Mount>> unasked;
+void SystemVolumes::Query::readTable() {
+    const std::optional<std::vector<Mount>> table = m_sources.table();
+    std::vector<std::vector<Mount>> toQuery;
     {
         const std::lock_guard lock(m_mutex);
         m_isReadingTable = false;
         for (const std::vector<Mount>& mounts : visibleDisks(table.value_or(std::vector{Mount{}}))) {
             m_rows.emplace_back().mounts = mounts;
-            if (m_silent.insert(mounts.front().device).second) {
-                unasked.push_back(mounts);
+            if (m_pendingDevices.insert(mounts.front().device).second) {
+                toQuery.push_back(mounts);
             }
         }
     }
     m_changed.notify_all();
-    for (const std::vector<Mount>& mounts : unasked) {
-        if (Threads::start([self = shared_from_this(), mounts] { self->askRow(mounts); })) {
+    for (const std::vector<Mount>& mounts : toQuery) {
+        if (Threads::start([self = shared_from_this(), mounts] { self->queryRow(mounts); })) {
             continue;
         }
-        // Without a thread to be had, only the disk that the program itself comes from is asked: another one might hold
-        // this thread up for good. It is left out until the next time.
+        // No thread can be started: only "/" is queried on this thread, because any other disk might block it forever.
+        // The others are left out until the next query.
         if (mounts.front().target == "/") {
-            askRow(mounts);
+            queryRow(mounts);
         } else {
-            settle(mounts, mounts.front(), std::nullopt);
+            storeAnswer(mounts, mounts.front(), std::nullopt);
         }
     }
 }
 
-void SystemVolumes::Inquiry::askRow(const std::vector<Mount>& mounts) {
+void SystemVolumes::Query::queryRow(const std::vector<Mount>& mounts) {
     std::optional<VolumeValues> values;
     auto mount = mounts.begin();
-    while (!(values = m_questions.values(*mount)) && mount + 1 != mounts.end()) {
+    while (!(values = m_sources.values(*mount)) && mount + 1 != mounts.end()) {
         ++mount;
     }
-    settle(mounts, *mount, std::move(values));
+    storeAnswer(mounts, *mount, std::move(values));
 }
 
-void SystemVolumes::Inquiry::settle(const std::vector<Mount>& mounts, const Mount& mount,
-                                    std::optional<VolumeValues> values) {
+void SystemVolumes::Query::storeAnswer(const std::vector<Mount>& mounts, const Mount& mount,
+                                       std::optional<VolumeValues> values) {
     const std::lock_guard lock(m_mutex);
-    m_silent.erase(mounts.front().device);
+    m_pendingDevices.erase(mounts.front().device);
     const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&](const Row& candidate) {
         return candidate.mounts.front().device == mounts.front().device;
     });
@@ -153,22 +155,22 @@ void SystemVolumes::Inquiry::settle(const std::vector<Mount>& mounts, const Moun
     }
 }
 
-void SystemVolumes::Inquiry::report() {
+void SystemVolumes::Query::report() {
     std::unique_lock lock(m_mutex);
     Answers now = answers();
     lock.unlock();
     if (m_later && now != m_reported) {
         m_reported = std::move(now);
-        // What is called may begin a new round, which replaces the function.
+        // A copy, because the callback may start a new query, which replaces `m_later`.
         const std::function<void(const Answers&)> later = m_later;
         later(m_reported);
     }
 }
 
-MountedVolumes::Answers SystemVolumes::Inquiry::answers() const {
+MountedVolumes::Answers SystemVolumes::Query::answers() const {
     Answers answers;
     for (const Row& row : m_rows) {
-        const auto isBelow = [&](const Row& other) { return repeats(row, other); };
+        const auto isBelow = [&](const Row& other) { return isLayerOver(row, other); };
         if (row.values && std::none_of(m_rows.begin(), m_rows.end(), isBelow)) {
             answers.push_back({FileURL(row.mount.target), *row.values});
         }
@@ -176,14 +178,14 @@ MountedVolumes::Answers SystemVolumes::Inquiry::answers() const {
     return answers;
 }
 
-SystemVolumes::SystemVolumes() : SystemVolumes(Questions{}) {}
+SystemVolumes::SystemVolumes() : SystemVolumes(Sources{}) {}
 
-SystemVolumes::SystemVolumes(Questions questions) : m_inquiry(std::make_shared<Inquiry>(std::move(questions))) {}
+SystemVolumes::SystemVolumes(Sources sources) : m_query(std::make_shared<Query>(std::move(sources))) {}
 
 SystemVolumes::~SystemVolumes() {
-    m_inquiry->end();
+    m_query->end();
 }
 
 MountedVolumes::Answers SystemVolumes::ask(std::function<void(const Answers&)> later) {
-    return m_inquiry->begin(std::move(later));
+    return m_query->begin(std::move(later));
 }

@@ -4,25 +4,25 @@
 
 #include <memory>
 
-/// The volumes of the kernel's mount table. The table is read and each file system is asked on a background thread of
-/// its own, all at once, because a server that is gone may never answer; the main thread only waits, and not for long.
-/// What has not answered an earlier question is not asked again: its answer, when it comes, counts for the newest one.
+/// The volumes in the kernel's mount table. Each file system is queried on its own background thread, all at the same
+/// time, because a dead server may never answer; the main thread waits only for a limited time. A file system that has
+/// not answered an earlier query is not queried again: its late answer counts for the newest query.
 class SystemVolumes final : public MountedVolumes {
 public:
-    /// What is asked of the system, on several background threads at once. A test may ask something else.
-    struct Questions {
+    /// The functions that access the system, called on several background threads concurrently. Replaced in tests.
+    struct Sources {
         std::function<std::optional<std::vector<Mount>>()> table = [] { return readMountTable(); };
         std::function<std::optional<VolumeValues>(const Mount&)> values = valuesOf;
     };
 
     SystemVolumes();
-    explicit SystemVolumes(Questions questions);
+    explicit SystemVolumes(Sources sources);
     ~SystemVolumes() override;
     Q_DISABLE_COPY_MOVE(SystemVolumes)
 
     [[nodiscard]] Answers ask(std::function<void(const Answers&)> later) override;
 
 private:
-    class Inquiry;
-    std::shared_ptr<Inquiry> m_inquiry;  ///< Shared with threads that may outlive this.
+    class Query;
+    std::shared_ptr<Query> m_query;  ///< Shared with threads that may outlive this.
 };

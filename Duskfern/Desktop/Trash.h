@@ -12,56 +12,56 @@
 
 /// Why something could not be moved to the Trash.
 enum class TrashError {
-    gone,              ///< Nothing is there any more.
-    changed,           ///< Something else than what was confirmed is there now.
-    changedMeanwhile,  ///< It was written to while it was copied.
-    stopped,           ///< It was given up because the program closes.
-    noPermission,      ///< The user may not take it out of its folder.
-    foreign,           ///< It is another person's, in a folder where everybody keeps their own.
-    isProtected,       ///< It, or something in it that would have to be copied, is immutable or append-only.
-    closedInside,      ///< It has to be copied, and something inside cannot be read or taken out.
-    cannotBeEmptied,   ///< It holds folders of others that the user could not delete from the Trash.
-    readOnly,          ///< The file system it lies on cannot be written.
-    full,              ///< No space is left to note where it came from.
-    quota,             ///< The user's share of the disk is used up.
-    noInodes,          ///< The disk has no room for one more file, of whatever size.
-    homeFull,          ///< It has to be copied, and does not fit beside the home folder.
+    gone,              ///< It does not exist any more.
+    changed,           ///< Another item than the confirmed one has its path.
+    changedMeanwhile,  ///< It was modified during copying.
+    stopped,           ///< Ended because the program closes.
+    noPermission,      ///< The user may not remove it from its folder.
+    foreign,           ///< It belongs to another user, in a folder with the sticky bit.
+    isProtected,       ///< It, or something in it that has to be copied, is immutable or append-only.
+    closedInside,      ///< It has to be copied, and something in it cannot be read or removed.
+    cannotBeEmptied,   ///< It contains folders of other users that the user could not delete from the Trash.
+    readOnly,          ///< Its file system is read-only.
+    full,              ///< No space is left for its .trashinfo file.
+    quota,             ///< The user's disk quota is used up.
+    noInodes,          ///< The file system has no free inode.
+    homeFull,          ///< It has to be copied, and the home's file system has not enough space.
     noHome,            ///< There is no home folder.
-    noTrash,           ///< The Trash folder is not there, or not usable, and cannot be made.
+    noTrash,           ///< The Trash folder cannot be used or created.
     nameTooLong,       ///< It has to be copied, and a name inside is too long for the home's file system.
-    pathTooLong,       ///< The way to it is too long to be found or noted.
-    mounted,           ///< It is a mount point or holds one.
-    ofTrash,           ///< It is a Trash, lies in one or holds one.
-    holdsHome,         ///< It is the home folder or holds it.
-    attributes,        ///< It has to be copied, and the home's file system cannot keep its attributes.
-    special,           ///< It has to be copied, and it or something inside is a device.
-    tooManyOpen,       ///< No more files can be opened.
-    diskError,         ///< The disk cannot be read or written.
-    remains,           ///< It is in the Trash as a whole, but part of it could not be taken from where it was.
+    pathTooLong,       ///< Its path is too long to be opened or recorded.
+    mounted,           ///< It is a mount point or contains one.
+    ofTrash,           ///< It is a Trash, in one, or contains one.
+    holdsHome,         ///< It is the home folder or contains it.
+    attributes,        ///< It has to be copied, and the home's file system does not support its attributes.
+    special,           ///< It has to be copied, and is or contains a device.
+    tooManyOpen,       ///< The limit of open files is reached.
+    diskError,         ///< An input or output error.
+    remains,           ///< It is completely in the Trash, but part of the original could not be removed.
     other,
 };
 
-/// Moves things to the user's Trash as the freedesktop.org Trash 1.0 describes it.
+/// Moves items to the user's Trash, as the freedesktop.org Trash 1.0 describes it.
 class Trash {
 public:
-    /// How far a move is that has to copy: bytes copied, and in all. Called on the thread that moves.
+    /// Called during a move that has to copy, with the bytes copied and the total, on the thread of the move.
     using Progress = std::function<void(std::int64_t copied, std::int64_t total)>;
 
     virtual ~Trash() = default;
 
-    /// Moves one file or folder (a link itself, never its target) to the Trash and returns nothing, or why not. Only
-    /// `item` itself is moved: whatever else has come to lie at `url` stays, as `TrashError::changed`. What is reported
-    /// as moved can be restored: its note of origin is complete. Whatever is not moved stays where it was, whole.
-    /// Blocks, without end where a disk does not answer; may be called on any thread, and on several at once. `stop`
-    /// gives up a move that takes long, before anything of the original is gone.
+    /// Moves one file or folder to the Trash; a link itself, not its target. Returns nothing, or why that failed. Only
+    /// `item` is moved: if another item is at `url`, it stays and the result is `TrashError::changed`. A moved item can
+    /// be restored: its .trashinfo file is complete. An item that is not moved stays where it was, complete. Blocks,
+    /// forever if a disk does not answer. Thread-safe. `stop` ends a long move before anything of the original is
+    /// removed.
     [[nodiscard]] virtual std::optional<TrashError> move(const FileURL& url, const FileIdentity& item,
                                                          const Progress& progress = {},
                                                          const std::stop_token& stop = {}) = 0;
 
-    /// Why `move` would refuse what lies at `url`, as far as that shows without trying; nothing when it should work.
-    /// Looks at the item and the folders it lies in, not at what is inside. Blocks as `move` does; any thread.
+    /// Why `move` would refuse the item at `url`, as far as can be told without trying; nothing if it should succeed.
+    /// Checks the item and the folders above it, not its contents. Blocks as `move` does. Thread-safe.
     [[nodiscard]] virtual std::optional<TrashError> refusal(const FileURL& url) = 0;
 };
 
-/// The sentence a person reads when `url` could not be moved; names the file, shortened where its name is very long.
+/// The message shown when `url` could not be moved. Contains the file name, shortened if it is very long.
 [[nodiscard]] QString trashErrorText(TrashError error, const FileURL& url);

@@ -4,12 +4,12 @@
 
 #include <optional>
 
-/// Where a user and the user's programs keep things.
+/// The folders of a user and of the user's programs.
 struct UserFolderPaths {
     FileURL home;
-    FileURL systemRoot;  ///< Where the system's own folders begin: "/".
+    FileURL systemRoot;  ///< "/", the parent of the system's folders.
 
-    /// The folders that the user has named for a purpose; none where nothing is named.
+    /// The folders that the user has assigned to a purpose, if any.
     std::optional<FileURL> music;
     std::optional<FileURL> videos;
     std::optional<FileURL> pictures;
@@ -17,7 +17,7 @@ struct UserFolderPaths {
     std::optional<FileURL> desktop;
     std::optional<FileURL> downloads;
 
-    /// Where programs keep things for the user; "/" where that is not known.
+    /// Where programs store data for the user; "/" if unknown.
     FileURL cacheHome;
     FileURL stateHome;
     FileURL dataHome;
@@ -25,11 +25,16 @@ struct UserFolderPaths {
     FileURL temporary;
 };
 
-/// The user's folders as the desktop knows them.
+/// The user's folders as configured in the desktop.
 class UserFolders {
 public:
     virtual ~UserFolders() = default;
 
-    /// As they are now. Reads a small file of the home folder, and blocks as that does; any thread.
+    /// The folders known without accessing a disk: none is assigned to a purpose, except perhaps the desktop. Any
+    /// thread may call it.
+    [[nodiscard]] virtual UserFolderPaths fromEnvironment() = 0;
+
+    /// The current folders, including those assigned to a purpose. Reads a small file; without its contents if it does
+    /// not answer within `diskTimeout`. Any thread but the main thread may call it.
     [[nodiscard]] virtual UserFolderPaths paths() = 0;
 };

@@ -11,7 +11,7 @@ namespace {
 
 using Names = std::string_view;
 
-/// File systems without a local block device, on which people keep files.
+/// Network and other file systems without a local block device, on which users keep files.
 constexpr std::array<Names, 21> disksWithoutDevice{
     "nfs",    "nfs4",                                       // Unix servers
     "cifs",   "smb3",     "smbfs",                          // Windows servers
@@ -22,7 +22,7 @@ constexpr std::array<Names, 21> disksWithoutDevice{
     "ubifs",                                                // flash memory without a block device
 };
 
-/// Names of FUSE programs whose file systems are none of a person's disks.
+/// FUSE programs whose file systems are not disks of a user.
 constexpr std::array<Names, 30> fuseLayers{
     "gvfsd-fuse",     "gvfs-fuse-daemon", "kio-fuse",      "portal",    // the desktop's window onto other mounts
     "lxcfs",          "vmware-vmblock",                                 // made up by services
@@ -39,7 +39,7 @@ constexpr std::array<Names, 30> fuseLayers{
 /// Image formats that package and live systems mount.
 constexpr std::array<Names, 3> imageTypes{"squashfs", "erofs", "cramfs"};
 
-/// Where the system mounts what it needs for itself.
+/// Where the system mounts file systems for its own use.
 constexpr std::array<Names, 13> systemPlaces{
     "/boot",        "/efi",           "/esp",           // what the machine starts from
     "/recovery",                                        // what it is repaired from
@@ -49,7 +49,7 @@ constexpr std::array<Names, 13> systemPlaces{
     "/usr/lib/wsl",                                     // drivers of the host
 };
 
-/// Where people's disks and images are mounted.
+/// Where users' disks and images are mounted.
 constexpr std::array<Names, 3> mediaPlaces{"/run/media", "/media", "/mnt"};
 
 bool contains(const auto& names, Names name) {
@@ -64,8 +64,8 @@ bool isOnDevice(const Mount& mount) {
     return mount.source.starts_with("/dev/") && mount.source != "/dev/fuse";
 }
 
-/// The name of the program behind a FUSE file system: "sshfs" of "fuse.sshfs". A plain "fuse" has it as its source,
-/// alone or before what it mounts ("sshfs#host:/").
+/// The program behind a FUSE file system: "sshfs" for "fuse.sshfs". With the plain type "fuse" it is the source, or the
+/// part of it before "#" ("sshfs#host:/").
 Names programName(const Mount& mount) {
     const Names type = mount.type;
     return type == "fuse" ? Names(mount.source).substr(0, mount.source.find('#')) : type.substr(type.find('.') + 1);
@@ -92,8 +92,8 @@ bool isSnapshot(const Mount& mount) {
     return mount.type == "zfs" && mount.source.find('@') != std::string::npos;
 }
 
-/// What the rows of one file system have in common where their device numbers may differ: the datasets of a pool and
-/// their snapshots have one each, and so may a server's folder that is mounted twice. Empty where nothing else is.
+/// A key that is equal for all rows of one file system whose device numbers may differ: datasets and snapshots of a
+/// pool, and a server's folder that is mounted twice. Empty where the device number is enough.
 std::string sharedName(const Mount& mount) {
     if (mount.type == "zfs") {
         return "zfs " + mount.source.substr(0, mount.source.find_first_of("/@"));
@@ -101,7 +101,7 @@ std::string sharedName(const Mount& mount) {
     return isOnDevice(mount) || isFuse(mount) ? std::string() : mount.type + ' ' + mount.source;
 }
 
-/// Whether `a` says better than `b` where their file system is.
+/// Whether `a` is preferred over `b` for querying their file system.
 bool isBetter(const Mount& a, const Mount& b) {
     const auto rank = [](const Mount& mount) {
         return std::tuple(mount.target != "/", isSnapshot(mount), mount.root != "/", mount.isMarkedHidden,
@@ -110,7 +110,7 @@ bool isBetter(const Mount& a, const Mount& b) {
     return rank(a) < rank(b);
 }
 
-/// A row that is a disk.
+/// A row of the mount table that is a disk.
 struct Disk {
     const Mount* mount;
     std::string sharedName;
@@ -120,11 +120,11 @@ struct Disk {
     }
 };
 
-/// The rows that are disks and can be reached.
+/// The disks that are not covered by a later mount.
 std::vector<Disk> reachableDisks(const std::vector<Mount>& table) {
     std::vector<Disk> disks;
     for (const Mount& mount : table) {
-        // A later mount covers what was mounted there, or further below, before.
+        // A mount covers earlier mounts at or below its mount point.
         std::erase_if(disks, [&](const Disk& earlier) {
             return mount.target == "/" ? earlier.mount->target == "/"
                                        : isAtOrBelow(earlier.mount->target, mount.target);
@@ -136,7 +136,7 @@ std::vector<Disk> reachableDisks(const std::vector<Mount>& table) {
     return disks;
 }
 
-/// The rows put together by file system.
+/// Groups the rows by file system.
 std::vector<std::vector<Disk>> byFileSystem(const std::vector<Disk>& disks) {
     std::vector<std::vector<Disk>> groups;
     for (const Disk& disk : disks) {
@@ -162,7 +162,7 @@ std::vector<std::vector<Mount>> visibleDisks(const std::vector<Mount>& table) {
         std::stable_sort(group.begin(), group.end(),
                          [](const Disk& a, const Disk& b) { return isBetter(*a.mount, *b.mount); });
     }
-    // A file system stands where the best of its mounts does.
+    // Sorts file systems by the row of their preferred mount.
     std::sort(groups.begin(), groups.end(),
               [](const auto& a, const auto& b) { return a.front().mount < b.front().mount; });
     std::vector<std::vector<Mount>> visible;
@@ -185,7 +185,7 @@ std::vector<FileURL> diskFolders() {
     std::vector<FileURL> folders;
     for (const std::vector<Mount>& mounts : visibleDisks(currentMounts())) {
         const Mount& best = mounts.front();
-        // A part may be a single file; that of btrfs is a subvolume.
+        // A mounted part may be a single file, but on btrfs it is a subvolume.
         if (best.target == "/" || best.root == "/" || best.type == "btrfs") {
             folders.emplace_back(best.target);
         }

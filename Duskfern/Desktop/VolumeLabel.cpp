@@ -12,10 +12,10 @@
 
 namespace {
 
-/// Links to the devices, named after their labels, which the device manager keeps.
+/// Symbolic links to devices, named by file system label; maintained by udev.
 constexpr const char* labelledDevices = "/dev/disk/by-label";
 
-/// The device manager writes what is not safe in a name as "\x20".
+/// udev writes unsafe characters of a label as "\x20".
 std::string unescaped(const std::string& name) {
     std::string plain;
     for (std::size_t at = 0; at < name.size(); ++at) {
@@ -58,7 +58,7 @@ std::string volumeLabel(const Mount& mount, int folder) {
         return {};
     }
     std::string label;
-    // Several file systems tell their label themselves, to whoever has a folder of theirs open for reading.
+    // Several file systems report their label for any of their folders that is open for reading.
     const int readable = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
     if (readable >= 0) {
         std::array<char, FSLABEL_MAX + 1> answer{};

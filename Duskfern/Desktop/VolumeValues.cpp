@@ -12,25 +12,25 @@
 
 namespace {
 
-/// `blocks` × `size`, as far as it fits: what a file system says of itself may be anything. A count with the highest
-/// bit set is one that fell below zero.
+/// `blocks` × `size`, limited to the type's maximum, because file systems may report anything. A count with the highest
+/// bit set is an underflow and gives -1.
 std::int64_t bytes(std::uint64_t blocks, std::uint64_t size) {
-    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-    if (blocks > most) {
+    constexpr std::int64_t maximum = std::numeric_limits<std::int64_t>::max();
+    if (blocks > maximum) {
         return -1;
     }
     std::int64_t product = 0;
-    return __builtin_mul_overflow(blocks, size, &product) ? most : product;
+    return __builtin_mul_overflow(blocks, size, &product) ? maximum : product;
 }
 
-/// The name of the operating system, for the disk it runs from.
+/// The operating system's name, shown for the disk at "/".
 std::string systemName() {
     const GPtr<char> name(g_get_os_info(G_OS_INFO_KEY_NAME));
     return name == nullptr ? std::string() : name.get();
 }
 
-/// Whether the open folder still belongs to the mount: where a volume was taken away, the disk below would answer in
-/// its place. Kernels before 5.8 do not tell.
+/// Whether the open folder still belongs to the mount. After an unmount, the disk below would be queried instead.
+/// Unknown before Linux 5.8.
 bool isStillMounted(const Mount& mount, int folder) {
     if (mount.target == "/" || mount.id < 0) {
         return true;

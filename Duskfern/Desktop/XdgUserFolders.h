@@ -2,9 +2,9 @@
 
 #include "Desktop/UserFolders.h"
 
-/// The user's folders by the environment and `user-dirs.dirs`, read anew each time. A purpose that is named no longer
-/// keeps its last folder until the program ends; GLib forgets none.
+/// The user's folders from the environment and `user-dirs.dirs`.
 class XdgUserFolders final : public UserFolders {
 public:
+    [[nodiscard]] UserFolderPaths fromEnvironment() override;
     [[nodiscard]] UserFolderPaths paths() override;
 };

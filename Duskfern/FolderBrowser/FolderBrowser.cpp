@@ -2,7 +2,7 @@
 
 #include "Desktop/UserFolders.h"
 #include "FolderBrowser/TypedPath.h"
-#include "Foundation/DiskPatience.h"
+#include "Foundation/DiskTimeout.h"
 #include "Foundation/Dispatch.h"
 
 #include <QtCore/QPointer>
@@ -15,20 +15,20 @@ namespace {
 
 using Outcome = FolderListing::Outcome;
 
-/// Links may take longer than the folder that they lie in; what there is by then is shown without them.
-constexpr std::chrono::milliseconds firstLook{250};
+/// How long to wait before showing folders whose links are not resolved yet.
+constexpr std::chrono::milliseconds updateDelay{250};
 
-/// How many folders may be asked at a time. Each that never answers keeps a thread.
+/// The maximum number of folders being listed at a time. Each that never answers keeps a thread.
 constexpr std::size_t maximumReadings = 6;
 
-/// Letters that follow one another sooner are one text.
-constexpr qint64 pauseMilliseconds = 1000;
+/// Letters typed within this interval belong to one text.
+constexpr qint64 typeAheadPause = 1000;
 
 QString notResponding() {
     return QStringLiteral("Esta carpeta no responde.");
 }
 
-/// Why a folder is not shown that was there to be clicked.
+/// Why a folder that was opened from a list cannot be shown.
 QString messageFor(Outcome outcome) {
     switch (outcome) {
         case Outcome::listed:
@@ -45,7 +45,7 @@ QString messageFor(Outcome outcome) {
     return {};
 }
 
-/// Why a path that somebody typed leads nowhere.
+/// Why a typed path cannot be shown.
 QString typedMessageFor(Outcome outcome) {
     switch (outcome) {
         case Outcome::missing:
@@ -61,17 +61,17 @@ QString typedMessageFor(Outcome outcome) {
 
 FolderBrowser::FolderBrowser(UserFolders& userFolders, Disks disks, QObject* parent)
     : QObject(parent), m_userFolders(userFolders), m_disks(std::move(disks)) {
-    m_firstLook.setSingleShot(true);
-    m_firstLook.setInterval(firstLook);
-    connect(&m_firstLook, &QTimer::timeout, this, [this] {
-        look();
+    m_updateTimer.setSingleShot(true);
+    m_updateTimer.setInterval(updateDelay);
+    connect(&m_updateTimer, &QTimer::timeout, this, [this] {
+        updateShown();
         if (m_shown && m_state == State::waiting) {
             showMessage(State::waiting, QStringLiteral("Abriendo…"));
         }
     });
-    m_patience.setSingleShot(true);
-    m_patience.setInterval(diskPatience);
-    connect(&m_patience, &QTimer::timeout, this, &FolderBrowser::giveUp);
+    m_timeout.setSingleShot(true);
+    m_timeout.setInterval(diskTimeout);
+    connect(&m_timeout, &QTimer::timeout, this, &FolderBrowser::timeOut);
 }
 
 FolderBrowser::~FolderBrowser() = default;
@@ -79,14 +79,31 @@ FolderBrowser::~FolderBrowser() = default;
 void FolderBrowser::choose(const FolderQuestion& question, Answer answer) {
     m_answer = std::move(answer);
     m_prompt = question.prompt;
-    const UserFolderPaths folders = m_userFolders.paths();
-    m_home = folders.home;
-    m_places = folderPlaces(folders, m_disks());
+    setPlaces(m_userFolders.fromEnvironment());
+    findPlaces();
     m_history.clear();
     m_isStart = true;
     const FileURL start = question.start.value_or(m_home);
     show(start, {}, read(start));
     Q_EMIT isOpenChanged();
+}
+
+/// Reads in the background which folders are assigned to a purpose, and adds them to the places.
+void FolderBrowser::findPlaces() {
+    Dispatch::background([self = QPointer(this), &userFolders = m_userFolders](const std::stop_token&) {
+        Dispatch::main([self, folders = userFolders.paths()] {
+            if (self != nullptr && self->isOpen()) {
+                self->setPlaces(folders);
+            }
+        });
+    });
+}
+
+void FolderBrowser::setPlaces(const UserFolderPaths& folders) {
+    m_home = folders.home;
+    m_places = folderPlaces(folders, m_disks());
+    Q_EMIT placesChanged();
+    Q_EMIT shownChanged();
 }
 
 void FolderBrowser::cancel() {
@@ -98,8 +115,8 @@ void FolderBrowser::close(const std::optional<FileURL>& answer) {
         return;
     }
     const Answer answered = std::exchange(m_answer, nullptr);
-    m_firstLook.stop();
-    m_patience.stop();
+    m_updateTimer.stop();
+    m_timeout.stop();
     m_shown.reset();
     m_typed.reset();
     m_folders.setFolders({});
@@ -143,18 +160,18 @@ bool FolderBrowser::typeAhead(const QString& text) {
     if (text.isEmpty() || !text.at(0).isPrint()) {
         return false;
     }
-    if (!m_sinceLetter.isValid() || m_sinceLetter.elapsed() > pauseMilliseconds) {
-        m_letters.clear();
+    if (!m_sinceTypeAhead.isValid() || m_sinceTypeAhead.elapsed() > typeAheadPause) {
+        m_typeAhead.clear();
     }
-    if (m_letters.isEmpty() && text.at(0).isSpace()) {
+    if (m_typeAhead.isEmpty() && text.at(0).isSpace()) {
         return false;
     }
-    m_sinceLetter.start();
-    const bool isRepeated = !m_letters.isEmpty() && m_letters == QString(m_letters.size(), text.at(0));
-    m_letters += text;
-    int row = m_folders.rowBeginning(m_letters, std::max(0, m_selectedRow + (m_letters.size() == 1 ? 1 : 0)));
+    m_sinceTypeAhead.start();
+    const bool isRepeated = !m_typeAhead.isEmpty() && m_typeAhead == QString(m_typeAhead.size(), text.at(0));
+    m_typeAhead += text;
+    int row = m_folders.findPrefix(m_typeAhead, std::max(0, m_selectedRow + (m_typeAhead.size() == 1 ? 1 : 0)));
     if (row < 0 && isRepeated) {
-        row = m_folders.rowBeginning(text, m_selectedRow + 1);
+        row = m_folders.findPrefix(text, m_selectedRow + 1);
     }
     if (row >= 0) {
         setSelectedRow(row);
@@ -167,12 +184,12 @@ void FolderBrowser::enter() {
         accept();
         return;
     }
-    leaveFor(m_location.appendingPathComponent(m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name));
+    navigateTo(m_location.appendingPathComponent(m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name));
 }
 
 void FolderBrowser::goUp() {
     if (canGoUp()) {
-        leaveFor(m_location.deletingLastPathComponent(), std::string(m_location.lastPathComponent()));
+        navigateTo(m_location.deletingLastPathComponent(), std::string(m_location.lastPathComponent()));
     }
 }
 
@@ -186,16 +203,16 @@ void FolderBrowser::goBack() {
 
 void FolderBrowser::goToPlace(int row) {
     if (row >= 0 && row < static_cast<int>(m_places.size())) {
-        leaveFor(m_places[static_cast<std::size_t>(row)].url);
+        navigateTo(m_places[static_cast<std::size_t>(row)].url);
     }
 }
 
 void FolderBrowser::goTo(const QString& text) {
     m_typed.reset();
     setTypedError({});
-    // As it stands there it need not spell the folder's bytes.
+    // The displayed text may differ from the folder's bytes, so it is not parsed.
     if (text == locationText()) {
-        Q_EMIT arrived();
+        Q_EMIT navigated();
         return;
     }
     const std::optional<FileURL> url = typedPath(text, m_home, m_location);
@@ -222,8 +239,8 @@ FolderBrowser::Visit FolderBrowser::visit() const {
             m_selectedRow < 0 ? std::string() : m_folders.folders()[static_cast<std::size_t>(m_selectedRow)].name};
 }
 
-/// Goes from the folder shown to another one, or lists the same one again.
-void FolderBrowser::leaveFor(const FileURL& url, const std::string& selected) {
+/// Shows another folder, or lists the current one again.
+void FolderBrowser::navigateTo(const FileURL& url, const std::string& selected) {
     remember(url);
     show(url, selected, read(url));
 }
@@ -238,9 +255,9 @@ void FolderBrowser::remember(const FileURL& next) {
 void FolderBrowser::show(const FileURL& url, const std::string& selected, std::shared_ptr<FolderReading> reading) {
     m_typed.reset();
     setTypedError({});
-    m_letters.clear();
+    m_typeAhead.clear();
     m_location = url;
-    m_toSelect = selected;
+    m_pendingSelection = selected;
     setSelectedRow(-1);
     m_folders.setFolders({});
     m_shown = std::move(reading);
@@ -249,13 +266,13 @@ void FolderBrowser::show(const FileURL& url, const std::string& selected, std::s
     } else {
         showMessage(State::failed, notResponding());
     }
-    Q_EMIT arrived();
+    Q_EMIT navigated();
 }
 
-/// Begins to list a folder, or joins the listing that has begun. None while too many do not answer.
+/// Starts listing a folder, or returns the listing in progress. Null while too many folders do not answer.
 std::shared_ptr<FolderReading> FolderBrowser::read(const FileURL& url) {
-    m_firstLook.start();
-    m_patience.start();
+    m_updateTimer.start();
+    m_timeout.start();
     const auto known = m_readings.find(url.path());
     if (known != m_readings.end()) {
         return known->second;
@@ -278,11 +295,11 @@ std::shared_ptr<FolderReading> FolderBrowser::read(const FileURL& url) {
 
 void FolderBrowser::finished(const std::shared_ptr<FolderReading>& reading) {
     m_readings.erase(reading->url().path());
-    look();
+    updateShown();
 }
 
 /// Shows what has been listed so far.
-void FolderBrowser::look() {
+void FolderBrowser::updateShown() {
     if (m_typed) {
         if (const std::optional<FolderListing> listing = m_typed->soFar()) {
             const std::shared_ptr<FolderReading> typed = std::exchange(m_typed, nullptr);
@@ -304,8 +321,8 @@ void FolderBrowser::look() {
     }
 }
 
-void FolderBrowser::giveUp() {
-    look();
+void FolderBrowser::timeOut() {
+    updateShown();
     if (std::exchange(m_typed, nullptr)) {
         setTypedError(notResponding());
     }
@@ -324,7 +341,7 @@ void FolderBrowser::showListing(FolderListing listing) {
         showMessage(State::failed, messageFor(listing.outcome));
         return;
     }
-    const std::string selected = m_selectedRow < 0 ? std::exchange(m_toSelect, {}) : visit().selected;
+    const std::string selected = m_selectedRow < 0 ? std::exchange(m_pendingSelection, {}) : visit().selected;
     setSelectedRow(-1);
     m_folders.setFolders(std::move(listing.folders));
     setSelectedRow(selected.empty() ? -1 : m_folders.rowOf(selected));

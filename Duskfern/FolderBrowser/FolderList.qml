@@ -4,7 +4,7 @@ import QtQuick
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// The folders in the one that is shown, one of them selected; or why there are none to show.
+/// The folders in the current one with a selection, or a message if there are none.
 FocusScope {
     id: root
 
@@ -12,10 +12,8 @@ FocusScope {
 
     readonly property int rowHeight: Math.max(34, Theme.body + 18)
 
-    ListView {
+    RowList {
         id: list
-
-        readonly property int page: Math.max(1, Math.floor(height / root.rowHeight) - 1)
 
         function move(steps: int) {
             const row = root.browser.selectedRow;
@@ -23,19 +21,11 @@ FocusScope {
         }
 
         Accessible.name: "Carpetas"
-        Accessible.role: Accessible.List
-        activeFocusOnTab: true
         anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
         bottomMargin: 6
-        cacheBuffer: 0
-        clip: true
-        currentIndex: -1
         focus: true
-        highlightFollowsCurrentItem: false
-        keyNavigationEnabled: false
         model: root.browser.folders
-        reuseItems: true
+        rowHeight: root.rowHeight
         topMargin: 6
 
         delegate: FolderRow {
@@ -52,23 +42,19 @@ FocusScope {
         }
 
         Keys.onPressed: event => {
-            const steps = {[Qt.Key_Up]: -1, [Qt.Key_Down]: 1, [Qt.Key_PageUp]: -list.page, [Qt.Key_PageDown]: list.page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
             const isPlain = (event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier)) === 0;
-            event.accepted = isPlain;
-            if (isPlain && event.key in steps) {
-                list.move(steps[event.key]);
-            } else if (isPlain && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
-                root.browser.enter();
-            } else if (isPlain && event.key === Qt.Key_Backspace) {
+            if (event.accepted || !isPlain) {
+                return;
+            }
+            if (event.key === Qt.Key_Backspace) {
                 root.browser.goUp();
+                event.accepted = true;
             } else {
-                event.accepted = isPlain && root.browser.typeAhead(event.text);
+                event.accepted = root.browser.typeAhead(event.text);
             }
         }
-
-        ScrollThumb {
-            view: list
-        }
+        onEntered: root.browser.enter()
+        onMoved: rows => list.move(rows)
     }
 
     FocusRing {

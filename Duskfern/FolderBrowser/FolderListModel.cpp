@@ -1,5 +1,6 @@
 #include "FolderBrowser/FolderListModel.h"
 
+#include "Foundation/FileURL.h"
 #include "Foundation/NameFolding.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ int FolderListModel::rowOf(std::string_view name) const {
     return found == m_folders.end() ? -1 : static_cast<int>(found - m_folders.begin());
 }
 
-int FolderListModel::rowBeginning(const QString& text, int first) const {
+int FolderListModel::findPrefix(const QString& text, int first) const {
     const NameFolding folding{QLocale()};
     const std::optional<std::string> wanted = folding.foldText(text);
     const int count = rowCount();

@@ -4,7 +4,9 @@
 
 #include <QtCore/QAbstractListModel>
 
-/// The rows of the folder that is shown.
+#include <string_view>
+
+/// The rows of the current folder.
 class FolderListModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -13,17 +15,16 @@ public:
 
     using QAbstractListModel::QAbstractListModel;
 
-    /// Shows other folders.
+    /// Replaces the rows.
     void setFolders(std::vector<FolderEntry> folders);
 
     [[nodiscard]] const std::vector<FolderEntry>& folders() const { return m_folders; }
 
-    /// The row of the folder of this name; -1 if there is none.
+    /// The row of the folder with this name; -1 if there is none.
     [[nodiscard]] int rowOf(std::string_view name) const;
 
-    /// The first row, counted from `first` on and then from the top, whose name begins with `text` whatever the case;
-    /// -1 if none does.
-    [[nodiscard]] int rowBeginning(const QString& text, int first) const;
+    /// The first row from `first` on, then from the top, whose name begins with `text`, ignoring case; -1 if none does.
+    [[nodiscard]] int findPrefix(const QString& text, int first) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

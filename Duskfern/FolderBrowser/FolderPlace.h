@@ -9,7 +9,7 @@
 
 struct UserFolderPaths;
 
-/// A place to begin from: a row at the side of the folders.
+/// A shortcut to a folder, shown beside the folder list.
 class FolderPlace {
     Q_GADGET
     QML_VALUE_TYPE(folderPlace)
@@ -17,7 +17,7 @@ class FolderPlace {
 public:
     FileURL url;
 
-    /// For the screens: what it is called, its picture, and what stands above it if a group of places begins with it.
+    /// For QML: its name, its symbol, and the heading above it if it is the first of a group.
     Q_PROPERTY(QString name MEMBER name)
     Q_PROPERTY(QString symbol MEMBER symbol)
     Q_PROPERTY(QString heading MEMBER heading)
@@ -26,6 +26,5 @@ public:
     QString heading;
 };
 
-/// The home folder, the folders the user has named for a purpose, the whole computer, and the disks. Looks at none of
-/// them: one may lie on a disk that does not answer.
+/// The home folder, the user's folders, "/", and the disks. Accesses none of them, because a disk may not answer.
 [[nodiscard]] std::vector<FolderPlace> folderPlaces(const UserFolderPaths& folders, const std::vector<FileURL>& disks);

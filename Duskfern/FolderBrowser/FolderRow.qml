@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One folder of the list.
+/// A row of the folder list.
 ListRow {
     id: root
 

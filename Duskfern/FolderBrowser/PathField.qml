@@ -3,19 +3,19 @@ import QtQuick.Templates as T
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// Shows where one is, and takes a path to go to.
+/// Shows the current path and accepts a typed one.
 T.TextField {
     id: root
 
     required property FolderBrowser browser
 
-    /// Puts the keyboard here, with everything selected.
+    /// Focuses the field and selects its text.
     function begin() {
         root.forceActiveFocus(Qt.ShortcutFocusReason);
         root.selectAll();
     }
 
-    /// Shows the folder again, whatever was typed.
+    /// Shows the current path instead of the typed text.
     function restore() {
         root.text = root.browser.location;
     }
@@ -32,7 +32,7 @@ T.TextField {
     renderType: Text.NativeRendering
     rightPadding: 12
     selectByMouse: true
-    selectedTextColor: "white"
+    selectedTextColor: Theme.onTint
     selectionColor: Theme.blue
     text: root.browser.location
     verticalAlignment: TextInput.AlignVCenter
@@ -44,7 +44,7 @@ T.TextField {
     background: Rectangle {
         border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
         border.width: 1
-        color: Theme.dark ? Theme.tint(Theme.primary, 0.08) : "white"
+        color: Theme.field
         radius: 8
 
         FocusRing {
@@ -54,7 +54,7 @@ T.TextField {
     }
 
     Connections {
-        function onArrived() {
+        function onNavigated() {
             root.restore();
         }
 

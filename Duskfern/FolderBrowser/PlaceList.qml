@@ -4,7 +4,7 @@ import QtQuick
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// The places to begin from.
+/// The list of shortcuts.
 Rectangle {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.FolderBrowser
 import Duskfern.Theme
 
-/// One place, perhaps with the heading of the group that it begins. Only says that it was pressed.
+/// A shortcut, with the heading of its group if it is the first. Emits a signal when pressed.
 Item {
     id: root
 

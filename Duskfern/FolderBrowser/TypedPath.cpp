@@ -32,7 +32,7 @@ FileURL withoutDots(std::string_view path) {
 }  // namespace
 
 std::optional<FileURL> typedPath(const QString& text, const FileURL& home, const FileURL& shown) {
-    // What is copied from a terminal often ends in a line break.
+    // Text copied from a terminal often ends with a line break.
     const std::string typed = text.trimmed().toStdString();
     if (typed.empty() || typed.find('\0') != std::string::npos) {
         return std::nullopt;

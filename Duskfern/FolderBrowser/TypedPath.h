@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// The location that a person means by a text typed or pasted where a folder is asked for: a path from "/" or from the
-/// home folder ("~"), a "file:" URI, or a path from the folder that is shown. Dots and doubled slashes are taken out as
-/// written, without a look at the disk. Nothing for a text that means no location.
+/// The location that a typed or pasted text names: an absolute path, a path from the home folder ("~"), a "file:" URI,
+/// or a path relative to `shown`. "." and ".." and repeated slashes are resolved in the text, without accessing the
+/// disk. Nothing if the text names no location.
 [[nodiscard]] std::optional<FileURL> typedPath(const QString& text, const FileURL& home, const FileURL& shown);

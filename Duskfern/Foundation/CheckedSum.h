@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-/// `a + b` of byte counts or counters. An overflow ends the program: a total that wrapped around would be a lie about
-/// somebody's disk, and real sizes cannot reach it.
+/// `a + b` of byte counts or counters. Ends the program on overflow: a wrapped total would be shown as a size, and real
+/// sizes stay far below 64 bits.
 [[nodiscard]] inline std::int64_t checkedSum(std::int64_t a, std::int64_t b) {
     std::int64_t sum = 0;
     if (__builtin_add_overflow(a, b, &sum)) {
@@ -14,7 +14,7 @@
     return sum;
 }
 
-/// `a - b`, under the same rule.
+/// `a - b`, with the same overflow check.
 [[nodiscard]] inline std::int64_t checkedDifference(std::int64_t a, std::int64_t b) {
     std::int64_t difference = 0;
     if (__builtin_sub_overflow(a, b, &difference)) {

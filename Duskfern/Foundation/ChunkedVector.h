@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <vector>
 
-/// A vector that grows without moving what it holds and gives all memory back when it goes.
+/// A vector that grows without moving its elements and returns all its memory to the kernel when it is destroyed.
 template <class T>
 class ChunkedVector {
     static_assert(std::is_trivially_destructible_v<T>);

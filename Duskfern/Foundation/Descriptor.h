@@ -3,16 +3,16 @@
 #include <unistd.h>
 #include <utility>
 
-/// Whether an errno says that the process or the system has run out of descriptors or memory, rather than anything
-/// about what was to be opened.
+/// Whether an errno means that the process or the system has run out of descriptors or memory. Such an error says
+/// nothing about the file that was to be opened.
 [[nodiscard]] bool isShortage(int error);
 
-/// Owns a file descriptor of the kernel and closes it at the end of its life.
+/// Owns a file descriptor of the kernel; the destructor closes it.
 class Descriptor {
 public:
     Descriptor() = default;
 
-    /// Takes over `number`; a negative one, as failed calls return it, stands for none.
+    /// Takes ownership of `number`; a negative number, as failed calls return it, means none.
     explicit Descriptor(int number) : m_number(number) {}
     ~Descriptor() { reset(); }
     Descriptor(Descriptor&& other) noexcept : m_number(other.release()) {}
@@ -28,10 +28,10 @@ public:
     /// The number for system calls; negative when nothing is open.
     [[nodiscard]] int number() const { return m_number; }
 
-    /// Closes what is owned and takes over `number` instead. Keeps errno.
+    /// Closes the owned descriptor and takes ownership of `number`. Keeps errno.
     void reset(int number = -1);
 
-    /// Gives the number away: the caller closes it.
+    /// Gives up ownership of the descriptor: the caller closes it.
     [[nodiscard]] int release() { return std::exchange(m_number, -1); }
 
 private:

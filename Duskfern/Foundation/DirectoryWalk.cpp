@@ -1,10 +1,12 @@
 #include "Foundation/DirectoryWalk.h"
 
+#include "Foundation/DiskTimeout.h"
 #include "Foundation/Threads.h"
 #include "Foundation/WalkState.h"
 #include "Foundation/WalkWorker.h"
 
 #include <algorithm>
+#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -12,10 +14,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How often the walking threads are looked after, and progress is reported.
+/// How often the worker threads are checked for timeouts and progress is reported.
 constexpr std::chrono::milliseconds tickInterval{20};
 
-/// What the thread that watches knows of one worker's thread.
+/// What the watching thread records about the thread of one worker.
 struct Watched {
     std::shared_ptr<WatchedCalls> calls;
     std::uint64_t count = 0;
@@ -24,11 +26,11 @@ struct Watched {
 
 void endWorker(WalkState& state) {
     const std::lock_guard lock(state.mutex);
-    --state.workers;
+    --state.activeWorkers;
     state.ended.notify_all();
 }
 
-/// Lets a worker run, or go on, on a thread of its own; on this one where there is none to be had.
+/// Starts or resumes a worker on a new thread, or on this thread when no new one can be started.
 Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker) {
     Watched watched{std::make_shared<WatchedCalls>(), 0, Clock::now()};
     const auto run = [state, &worker, calls = watched.calls] {
@@ -38,8 +40,8 @@ Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker)
         } catch (const std::bad_alloc&) {
             state->giveUp();
             endWorker(*state);
-        } catch (const LeftBehind&) {
-            state->late->arrived();
+        } catch (const ThreadAbandoned&) {
+            state->late->notifyAnswered();
         }
     };
     if (!Threads::start(run, Threads::Priority::background)) {
@@ -59,23 +61,23 @@ DirectoryWalk::~DirectoryWalk() = default;
 void DirectoryWalk::run(const std::vector<WalkVisitor*>& visitors, const std::function<void()>& tick) {
     WalkState& state = *m_state;
     for (WalkVisitor* const visitor : visitors) {
-        state.crew.push_back(std::make_unique<WalkWorker>(state, *visitor));
+        state.workers.push_back(std::make_unique<WalkWorker>(state, *visitor));
     }
-    state.workers = state.crew.size();
+    state.activeWorkers = state.workers.size();
     std::vector<Watched> watched;
-    for (const auto& worker : state.crew) {
+    for (const auto& worker : state.workers) {
         watched.push_back(startWorker(m_state, *worker));
     }
     std::unique_lock lock(state.mutex);
-    while (!state.ended.wait_for(lock, tickInterval, [&] { return state.workers == 0; })) {
+    while (!state.ended.wait_for(lock, tickInterval, [&] { return state.activeWorkers == 0; })) {
         lock.unlock();
         for (std::size_t i = 0; i < watched.size(); ++i) {
             Watched& thread = watched[i];
             const std::uint64_t count = thread.calls->count();
             if (std::exchange(thread.count, count) != count) {
                 thread.since = Clock::now();
-            } else if (Clock::now() - thread.since >= diskPatience && thread.calls->leaveBehind(count)) {
-                thread = startWorker(m_state, *state.crew[i]);
+            } else if (Clock::now() - thread.since >= diskTimeout && thread.calls->abandon(count)) {
+                thread = startWorker(m_state, *state.workers[i]);
             }
         }
         if (tick) {
@@ -95,7 +97,7 @@ bool DirectoryWalk::wasOpened(std::size_t index) const {
 
 std::shared_ptr<LateAnswer> DirectoryWalk::lateAnswer() const {
     const std::lock_guard lock(m_state->mutex);
-    return m_state->hasPassedOver ? m_state->late : nullptr;
+    return m_state->hasSkipped ? m_state->late : nullptr;
 }
 
 unsigned DirectoryWalk::recommendedThreads() {

@@ -14,11 +14,11 @@ namespace {
 
 struct State {
     std::mutex mutex;
-    std::deque<std::function<void()>> forMain;  ///< Qt wakes the main thread up; the work passes through here.
+    std::deque<std::function<void()>> forMain;  ///< Work not yet run by the main thread.
     std::stop_source stop;
 };
 
-/// Never destroyed: background threads may outlive everything else.
+/// Never destroyed: background threads may still use it while the program exits.
 State& state() {
     static auto* const here = new State;
     return *here;

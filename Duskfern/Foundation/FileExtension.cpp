@@ -4,14 +4,14 @@
 
 #include <algorithm>
 
-std::string lowerCaseExtension(std::string_view name, std::size_t longest) {
+std::string lowerCaseExtension(std::string_view name, std::size_t maximumLength) {
     const std::size_t dot = name.rfind('.');
     if (dot == std::string_view::npos) {
         return {};
     }
     const std::string_view extension = name.substr(dot + 1);
-    // A letter beyond ASCII may have an ASCII one as its lower case: the Kelvin sign, three bytes long, is one.
-    if (extension.size() > 3 * longest) {
+    // The lower case of a letter outside ASCII may be in ASCII: the Kelvin sign has three bytes and becomes "k".
+    if (extension.size() > 3 * maximumLength) {
         return {};
     }
     std::string lower(extension);

@@ -58,7 +58,7 @@ std::optional<FileStatus> fileStatus(const FileURL& url) {
     if (!folder.isOpen()) {
         return std::nullopt;
     }
-    // The root has no name in its own folder.
+    // "/" has no name in its parent folder.
     const std::string name = url.path() == "/" ? std::string() : std::string(url.lastPathComponent());
     return fileStatus(folder.number(), name.c_str());
 }

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-/// What tells one item of the disk from any other that comes to have its path: device, inode and kind. Holds as long
-/// as the item exists; file systems may give the number of a deleted item to a new one.
+/// Identifies an item of the disk by device, inode and kind, to tell it from another one that gets its path later.
+/// Valid while the item exists: file systems may give the inode number of a deleted item to a new one.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -18,29 +18,29 @@ struct FileIdentity {
     [[nodiscard]] bool isFolder() const;
 };
 
-/// What is asked of an entry of a folder.
+/// What the kernel tells about an entry of a folder.
 struct FileStatus {
     std::uint16_t mode = 0;  ///< As in `st_mode`.
     FileIdentity identity;
     std::uint32_t owner = 0;                ///< User id.
-    std::uint32_t links = 0;                ///< Names it has.
+    std::uint32_t links = 0;                ///< Number of hard links.
     std::int64_t modifiedSeconds = 0;       ///< Since the epoch.
-    std::uint32_t modifiedNanoseconds = 0;  ///< Beyond those.
-    std::int64_t changedSeconds = 0;        ///< When contents or status changed last.
-    std::uint32_t changedNanoseconds = 0;   ///< Beyond those.
+    std::uint32_t modifiedNanoseconds = 0;  ///< Nanoseconds of the above.
+    std::int64_t changedSeconds = 0;        ///< Last change of contents or status (ctime).
+    std::uint32_t changedNanoseconds = 0;   ///< Nanoseconds of the above.
     bool isMountPoint = false;              ///< False where the kernel does not tell (before 5.8).
     bool isProtected = false;               ///< Immutable or append-only: nobody may rename or remove it.
 
-    std::optional<std::int64_t> allocated;  ///< Bytes it takes on disk; none where the file system does not know.
-    std::int64_t length = 0;                ///< Bytes it holds.
+    std::optional<std::int64_t> allocated;  ///< Bytes it takes on disk; none where the file system does not tell.
+    std::int64_t length = 0;                ///< Length in bytes.
 
     [[nodiscard]] bool isRegularFile() const;
     [[nodiscard]] bool isFolder() const;
 };
 
-/// The status of the entry `name` of the open folder `directory`, of a link itself; never sets off an automount. An
-/// empty name asks about the descriptor itself. Nothing, with errno set, if it cannot be read, for instance because it
-/// vanished. The only place of the program that asks the kernel.
+/// The status of the entry `name` of the open folder `directory`. Does not follow a link and never triggers an
+/// automount. An empty name means the descriptor itself. Nothing, with errno set, if it cannot be read, for instance
+/// because it vanished. Together with `mountNumber` the only caller of statx in the program.
 [[nodiscard]] std::optional<FileStatus> fileStatus(int directory, const char* name);
 
 /// The same for a location of any length.

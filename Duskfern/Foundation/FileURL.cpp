@@ -60,7 +60,7 @@ QString elidedName(const QString& name) {
     if (name.size() <= longest) {
         return name;
     }
-    // A letter with more marks than fit on one side is left out there.
+    // A character longer than one part (a letter with many combining marks) is dropped as a whole.
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
     const auto boundary = [&finder](qsizetype position, auto step) {
         finder.setPosition(position);

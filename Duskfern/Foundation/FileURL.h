@@ -20,7 +20,7 @@ public:
     /// The path as the bytes to hand to a system call.
     [[nodiscard]] const std::string& path() const { return m_path; }
 
-    /// The name behind the last slash; "/" for the root.
+    /// The name after the last slash; "/" for the root.
     [[nodiscard]] std::string_view lastPathComponent() const;
 
     /// The location without its last component; "/" for what lies in the root and for the root itself.
@@ -35,19 +35,19 @@ private:
     std::string m_path = "/";
 };
 
-/// The location without links and dots; nothing where it leads nowhere. Asks the disk.
+/// The location with links and dots resolved; nothing if it does not exist. Accesses the disk.
 [[nodiscard]] std::optional<std::string> realPath(const FileURL& url);
 
 /// Whether the absolute `path` is that of `folder` or of something below it.
 [[nodiscard]] bool isAtOrBelow(std::string_view path, std::string_view folder);
 
-/// What the screens show of bytes that name a file: UTF-8, with U+FFFD in place of what is not UTF-8, of control
-/// characters (a line break in a name must not break a row) and of the marks that turn the direction of the text
-/// around (they would let a name pretend to be another one).
+/// The text shown for the bytes of a file name: UTF-8, with U+FFFD in place of bytes that are not UTF-8, control
+/// characters (a line break would break a row) and characters that change the direction of text (with them a name could
+/// look like another one).
 [[nodiscard]] QString displayText(std::string_view bytes);
 
-/// `name` as a sentence can bear it: of more than 60 UTF-16 units the middle becomes "…", so that the end with its
-/// extension stays. Never cuts a character in two.
+/// `name` shortened for use in a sentence: in a name of more than 60 UTF-16 units the middle is replaced by "…", so
+/// that the extension stays. Never cuts a character in two.
 [[nodiscard]] QString elidedName(const QString& name);
 
 template <>

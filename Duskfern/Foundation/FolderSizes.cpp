@@ -6,10 +6,10 @@
 
 namespace {
 
-/// Apart from each other in memory, because each is written by a thread of its own.
-class alignas(64) Adder final : public WalkVisitor {
+/// Aligned to a cache line, because each one is written by a thread of its own.
+class alignas(64) SizeVisitor final : public WalkVisitor {
 public:
-    explicit Adder(std::size_t folders) : m_sums(folders) {}
+    explicit SizeVisitor(std::size_t folders) : m_sums(folders) {}
 
     void beginFolder(WalkFolder& folder) override { m_root = folder.root; }
     void subfolder(const WalkFolder& /*folder*/) override {}
@@ -33,13 +33,14 @@ FolderSizes folderSizes(std::vector<WalkRoot> folders, const DirectoryWalk::Poli
     if (folders.empty()) {
         return sizes;
     }
-    std::vector<Adder> adders(DirectoryWalk::recommendedThreads(), Adder(folders.size()));
-    std::vector<WalkVisitor*> visitors;
-    std::transform(adders.begin(), adders.end(), std::back_inserter(visitors), [](Adder& adder) { return &adder; });
+    std::vector<SizeVisitor> visitors(DirectoryWalk::recommendedThreads(), SizeVisitor(folders.size()));
+    std::vector<WalkVisitor*> walkVisitors;
+    std::transform(visitors.begin(), visitors.end(), std::back_inserter(walkVisitors),
+                   [](SizeVisitor& visitor) { return &visitor; });
     DirectoryWalk walk(std::move(folders), policy, stop, mounts);
-    walk.run(visitors);
-    for (const Adder& adder : adders) {
-        std::transform(sizes.bytes.begin(), sizes.bytes.end(), adder.sums().begin(), sizes.bytes.begin(), checkedSum);
+    walk.run(walkVisitors);
+    for (const SizeVisitor& visitor : visitors) {
+        std::transform(sizes.bytes.begin(), sizes.bytes.end(), visitor.sums().begin(), sizes.bytes.begin(), checkedSum);
     }
     sizes.lateAnswer = walk.lateAnswer();
     return sizes;

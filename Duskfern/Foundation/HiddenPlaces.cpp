@@ -1,24 +1,22 @@
 #include "Foundation/HiddenPlaces.h"
 
-#include "Foundation/SmallFile.h"
-
 #include <algorithm>
 #include <array>
 
 namespace {
 
-/// Folders that hold the running system or other disks.
+/// Folders in "/" that hold the running system or other disks.
 constexpr std::array<std::string_view, 7> systemFolders{
     "/dev",         // devices
     "/proc",        // processes
     "/sys",         // the kernel's own view of the machine
-    "/run",         // the state of running services, on memory
+    "/run",         // the runtime state of services, in memory
     "/media",       // other disks, measured on their own
     "/mnt",         // likewise
     "/lost+found",  // what a file system check found
 };
 
-/// File systems without files of their own: what they show takes no space on any disk.
+/// Kernel file systems without files on a disk: what they show takes no space.
 constexpr std::array<std::string_view, 22> pseudoFileSystems{
     "proc",    "sysfs",    "cgroup",    "cgroup2", "devpts",      "devtmpfs",   "debugfs",
     "tracefs", "bpf",      "pstore",    "mqueue",  "hugetlbfs",   "securityfs", "configfs",
@@ -27,21 +25,6 @@ constexpr std::array<std::string_view, 22> pseudoFileSystems{
 };
 
 }  // namespace
-
-NameSet hiddenNames(int directory) {
-    NameSet names;
-    constexpr std::size_t limit = std::size_t{1} << 20;
-    const std::string text =
-        readSmallFile(directory, hiddenListName.data(), limit, FollowLinks::no).value_or(std::string());
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        if (end > begin) {
-            names.insert(std::string_view(text).substr(begin, end - begin));
-        }
-        begin = end + 1;
-    }
-    return names;
-}
 
 HiddenPlaces::HiddenPlaces(std::string_view root, const std::vector<Mount>& mounts,
                            const std::vector<std::string>& others) {

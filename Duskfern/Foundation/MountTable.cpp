@@ -17,7 +17,7 @@ struct FreeTable {
 
 std::unique_ptr<libmnt_table, FreeTable> emptyTable() {
     std::unique_ptr<libmnt_table, FreeTable> table(mnt_new_table());
-    // A line that makes no sense is passed over.
+    // A malformed line is skipped.
     mnt_table_set_parser_errcb(table.get(), [](libmnt_table*, const char*, int) { return 1; });
     return table;
 }
@@ -30,7 +30,7 @@ std::string text(const char* bytes) {
     return bytes == nullptr ? std::string() : bytes;
 }
 
-/// A process whose root was changed to a folder that is no mount point does not find it in its table.
+/// After a chroot to a folder that is not a mount point, "/" is missing from the process's mount table.
 void addMissingRoot(std::vector<Mount>& mounts) {
     if (std::none_of(mounts.begin(), mounts.end(), [](const Mount& mount) { return mount.target == "/"; })) {
         Mount root;
@@ -45,12 +45,12 @@ void addMissingRoot(std::vector<Mount>& mounts) {
 
 std::optional<std::vector<Mount>> readMountTable(const char* mountinfo, const char* fstab) {
     const auto table = emptyTable();
-    // Given its path, this reads the kernel's table and never an old /etc/mtab, and adds what is in the utab.
+    // With an explicit path, libmount reads the kernel's table instead of /etc/mtab, and adds the entries of the utab.
     if (mnt_table_parse_mtab(table.get(), mountinfo) != 0) {
         return std::nullopt;
     }
-    const auto noted = emptyTable();
-    mnt_table_parse_fstab(noted.get(), fstab);
+    const auto fstabTable = emptyTable();
+    mnt_table_parse_fstab(fstabTable.get(), fstab);
     const std::unique_ptr<libmnt_iter, FreeTable> iterator(mnt_new_iter(MNT_ITER_FORWARD));
     std::vector<Mount> mounts;
     libmnt_fs* row = nullptr;
@@ -62,9 +62,9 @@ std::optional<std::vector<Mount>> readMountTable(const char* mountinfo, const ch
         mount.target = text(mnt_fs_get_target(row));
         mount.type = text(mnt_fs_get_fstype(row));
         mount.source = text(mnt_fs_get_source(row));
-        libmnt_fs* const note = mnt_table_find_target(noted.get(), mount.target.c_str(), MNT_ITER_FORWARD);
+        libmnt_fs* const fstabRow = mnt_table_find_target(fstabTable.get(), mount.target.c_str(), MNT_ITER_FORWARD);
         mount.isMarkedHidden = hasHideOption(mnt_fs_get_options(row)) || hasHideOption(mnt_fs_get_user_options(row)) ||
-                               (note != nullptr && hasHideOption(mnt_fs_get_options(note)));
+                               (fstabRow != nullptr && hasHideOption(mnt_fs_get_options(fstabRow)));
         mounts.push_back(std::move(mount));
     }
     addMissingRoot(mounts);

@@ -28,8 +28,8 @@ std::optional<std::string> NameFolding::foldText(const QString& text) const {
     return foldUnicode(text).toStdString();
 }
 
-/// The short way for nearly all names: ASCII, and the letters of western Europe in their composed form, which two
-/// bytes that begin with C2 or C3 spell. False where there is more to it.
+/// The quick path for nearly all names: ASCII, and composed letters of western Europe, which in UTF-8 are two bytes
+/// beginning with C2 or C3. False if the name contains anything else.
 bool NameFolding::foldLatin(std::string_view name, std::string& folded) const {
     for (std::size_t i = 0; i < name.size(); ++i) {
         const auto byte = static_cast<unsigned char>(name[i]);
@@ -59,17 +59,8 @@ QString NameFolding::foldUnicode(QString text) const {
     if (m_turkic) {
         text.replace(QLatin1Char('I'), smallDotlessI).replace(capitalDottedI, QLatin1Char('i'));
     }
-    // Qt folds letter by letter, and the sharp s is two letters in capitals.
+    // Qt folds each letter to one letter, but the sharp s folds to two.
     text.replace(smallSharpS, QLatin1String("ss")).replace(capitalSharpS, QLatin1String("ss"));
-    // Folding can take a composed letter apart ("İ"), so the text is composed again.
+    // Case folding can decompose a letter ("İ"), so the text is composed again.
     return text.toCaseFolded().normalized(QString::NormalizationForm_C);
-}
-
-bool NameMatcher::matches(std::string_view name) {
-    if (!m_text) {
-        return false;
-    }
-    m_name.clear();
-    m_folding.fold(name, m_name);
-    return m_name.find(*m_text) != std::string::npos;
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Old kernels and some sandboxes have no openat2; only the last component is protected from links there.
+/// openat2 is missing in old kernels and some sandboxes; there, only the last component is checked for links.
 bool hasOpenat2() {
     static const bool works = [] {
         open_how how{};
@@ -57,7 +57,7 @@ Descriptor openPath(const FileURL& url, int flags) {
     if (path.size() < PATH_MAX) {
         return Descriptor(open(path.c_str(), flags | O_CLOEXEC));
     }
-    // Only the last component may be meant not to be followed: the way to it leads where the path says.
+    // O_NOFOLLOW in `flags` concerns the last component only, so the folder is opened without it.
     const FileURL folder = url.deletingLastPathComponent();
     const Descriptor root(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
     const Descriptor parent =

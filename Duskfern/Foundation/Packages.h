@@ -2,5 +2,5 @@
 
 #include <string_view>
 
-/// Whether a folder of this name is a package: a document bundle that people see as one thing, not as a folder.
+/// Whether a folder of this name is a package: a document bundle that is treated as one item.
 [[nodiscard]] bool isPackageName(std::string_view name);

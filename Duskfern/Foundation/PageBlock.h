@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <utility>
 
-/// Zeroed memory straight from the kernel, which gets it back at once when the block goes: what a scan used on its way
-/// does not stay with the process. Pages that were never touched take no memory.
+/// Zeroed memory mapped from the kernel and unmapped when the block is destroyed, so that the memory of a scan does not
+/// stay with the process's heap. Pages that were never written take no memory.
 class PageBlock {
 public:
     explicit PageBlock(std::size_t size);

@@ -9,7 +9,7 @@
 #include <cerrno>
 
 std::optional<std::string> readSmallFile(int directory, const char* path, std::size_t limit, FollowLinks links) {
-    // Without O_NONBLOCK a named pipe would wait for somebody to write into it.
+    // Without O_NONBLOCK, opening a named pipe would wait for a writer.
     const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (links == FollowLinks::no ? O_NOFOLLOW : 0);
     const Descriptor file(openat(directory, path, flags));
     if (!file.isOpen()) {
@@ -20,7 +20,7 @@ std::optional<std::string> readSmallFile(int directory, const char* path, std::s
         errno = EINVAL;
         return std::nullopt;
     }
-    // Only the owner may ask for this; anybody else reads as usual.
+    // O_NOATIME is allowed for the owner only; the call fails for others, who read without it.
     (void)fcntl(file.number(), F_SETFL, O_RDONLY | O_NONBLOCK | O_NOATIME);
     std::string text(std::min(limit, static_cast<std::size_t>(std::max<std::int64_t>(0, status->length))), '\0');
     std::size_t size = 0;

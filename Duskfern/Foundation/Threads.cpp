@@ -16,10 +16,10 @@ namespace Threads {
 
 namespace {
 
-/// With this a thread of the window that has something to do gets most of a core.
+/// Low enough that a thread of the window gets most of a core when it has work.
 constexpr int backgroundNiceness = 5;
 
-/// A thread that runs `work`; one that cannot be joined when there is none to be had.
+/// A thread that runs `work`; not joinable when none can be started.
 std::thread tryStart(std::function<void()> work) noexcept {
     try {
         return std::thread(std::move(work));
@@ -33,10 +33,10 @@ std::thread tryStart(std::function<void()> work) noexcept {
 struct Running {
     std::mutex mutex;
     std::condition_variable ended;
-    int count = 0;  ///< Threads of `start`.
+    int count = 0;  ///< Threads started by `start`.
 };
 
-/// Never destroyed: threads may outlive everything else.
+/// Never destroyed: threads may still use it while the program exits.
 Running& running() {
     static auto* const here = new Running;
     return *here;
@@ -57,7 +57,7 @@ bool start(std::function<void()> work, Priority priority) noexcept {
             (void)setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), backgroundNiceness);
         }
         work();
-        // What the work holds goes before anybody who waits for its end comes back.
+        // Destroys what `work` holds before `waitForAll` can return.
         work = nullptr;
         changeRunning(-1);
     });

@@ -12,7 +12,7 @@ WalkState::WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPo
         roots[index].place = std::move(places[index]);
         roots[index].folder.root = static_cast<std::uint32_t>(index);
     }
-    // The last one pending is the first one taken.
+    // Pending folders are taken from the end.
     for (auto root = roots.rbegin(); root != roots.rend(); ++root) {
         m_pending.push_back(&root->folder);
     }
@@ -20,7 +20,7 @@ WalkState::WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPo
 
 WalkState::~WalkState() = default;
 
-WalkFolder* WalkState::take() {
+WalkFolder* WalkState::takeFolder() {
     std::unique_lock lock(mutex);
     for (;;) {
         while (m_pending.empty() && m_busy > 0 && !isOver()) {
@@ -40,7 +40,7 @@ WalkFolder* WalkState::take() {
             if (std::any_of(m_deadMounts.begin(), m_deadMounts.end(),
                             [&](const std::string& mount) { return isAtOrBelow(path, mount); })) {
                 Root& root = roots[folder->root];
-                --root.openFolders;
+                --root.unlistedFolders;
                 closeIfListed(root);
                 continue;
             }
@@ -50,12 +50,12 @@ WalkFolder* WalkState::take() {
     }
 }
 
-void WalkState::give(const WalkFolder& folder, std::vector<WalkFolder*>& found) {
+void WalkState::finishFolder(const WalkFolder& folder, std::vector<WalkFolder*>& found) {
     const std::lock_guard lock(mutex);
     --m_busy;
     m_pending.insert(m_pending.end(), found.rbegin(), found.rend());
     Root& root = roots[folder.root];
-    root.openFolders += found.size() - 1;
+    root.unlistedFolders += found.size() - 1;
     closeIfListed(root);
     if (m_waiting > 0) {
         if (found.size() > 1 || m_busy == 0) {
@@ -67,7 +67,7 @@ void WalkState::give(const WalkFolder& folder, std::vector<WalkFolder*>& found) 
     found.clear();
 }
 
-bool WalkState::giveBack(WalkFolder& folder) {
+bool WalkState::putBack(WalkFolder& folder) {
     const std::lock_guard lock(mutex);
     if (m_busy <= 1) {
         return false;
@@ -78,15 +78,15 @@ bool WalkState::giveBack(WalkFolder& folder) {
 }
 
 void WalkState::closeIfListed(Root& root) {
-    if (root.openFolders == 0) {
+    if (root.unlistedFolders == 0) {
         root.descriptor.reset();
     }
 }
 
-void WalkState::passOverMountOf(const WalkFolder& folder) {
+void WalkState::skipMountOf(const WalkFolder& folder) {
     const std::lock_guard lock(mutex);
-    hasPassedOver = true;
-    if (++m_silences >= maximumSilences) {
+    hasSkipped = true;
+    if (++m_timeouts >= maximumTimeouts) {
         m_pending.clear();
         changed.notify_all();
         return;
@@ -98,7 +98,7 @@ void WalkState::passOverMountOf(const WalkFolder& folder) {
             nearest = &mount;
         }
     }
-    // A disk that a root lies on may only be slow: what is passed over there is no more than what was asked for.
+    // A disk that a root lies on may only be slow, so only this folder of it is skipped.
     const bool holdsRoot = nearest == nullptr || std::any_of(roots.begin(), roots.end(), [&](const Root& root) {
                                return isAtOrBelow(pathOf(root.folder), nearest->target);
                            });
@@ -109,7 +109,7 @@ void WalkState::passOverMountOf(const WalkFolder& folder) {
 
 void WalkState::giveUp() {
     const std::lock_guard lock(mutex);
-    m_silences = maximumSilences;
+    m_timeouts = maximumTimeouts;
     m_pending.clear();
     --m_busy;
     changed.notify_all();

@@ -8,17 +8,17 @@
 #include <mutex>
 #include <vector>
 
-/// What the workers of one walk share. Everything in it is guarded by its mutex unless it says otherwise.
+/// The state shared by the workers of one walk. Guarded by its mutex unless noted otherwise.
 class WalkState {
 public:
-    /// One root, with what belongs to it alone.
+    /// One root of the walk.
     struct Root {
         WalkRoot place;
         WalkFolder folder;
         bool wasOpened = false;
-        std::size_t openFolders = 1;             ///< Folders found below it and not listed yet, itself included.
-        std::shared_ptr<Descriptor> descriptor;  ///< Set by the worker that opens it; gone when all below is listed.
-        HiddenPlaces hidden;                     ///< Set with the descriptor, before any other worker gets to know.
+        std::size_t unlistedFolders = 1;         ///< Folders found below it, itself included, that are not listed yet.
+        std::shared_ptr<Descriptor> descriptor;  ///< Set by the worker that opens it; null when all below is listed.
+        HiddenPlaces hidden;                     ///< Set with the descriptor, before another worker can use it.
         std::string path;                        ///< Without links; empty until it is opened.
     };
 
@@ -26,20 +26,21 @@ public:
               std::vector<Mount> mountTable);
     ~WalkState();
 
-    /// The folder to list next, the one found last, so that few are pending at a time. Waits for one; null when the
-    /// walk is over.
-    [[nodiscard]] WalkFolder* take();
+    /// The folder to list next: the one found last, which keeps the number of pending folders small. Waits for one;
+    /// null when the walk is over.
+    [[nodiscard]] WalkFolder* takeFolder();
 
-    /// A worker is done with `folder` and has found these in it.
-    void give(const WalkFolder& folder, std::vector<WalkFolder*>& found);
+    /// Ends the listing of `folder`; `found` are its subfolders to list, which become pending.
+    void finishFolder(const WalkFolder& folder, std::vector<WalkFolder*>& found);
 
-    /// The same for a worker that could not list it now: somebody else is to. False when nobody else is at work.
-    [[nodiscard]] bool giveBack(WalkFolder& folder);
+    /// Makes `folder`, which the calling worker took but cannot open now, pending again. False when no other worker is
+    /// listing a folder, so that nobody would free the resources that are missing.
+    [[nodiscard]] bool putBack(WalkFolder& folder);
 
-    /// Ends the walk of everything that lies on the mount of `folder`, which does not answer, unless a root does.
-    void passOverMountOf(const WalkFolder& folder);
+    /// Skips everything that is on the mount of `folder`, which does not answer, unless a root is on that mount.
+    void skipMountOf(const WalkFolder& folder);
 
-    /// Ends the walk early, because there is no memory to go on. The caller was listing a folder.
+    /// Ends the walk early for lack of memory. Called by a worker that is listing a folder.
     void giveUp();
 
     /// The absolute path of a folder.
@@ -52,24 +53,24 @@ public:
     const std::shared_ptr<LateAnswer> late = std::make_shared<LateAnswer>();
 
     std::mutex mutex;
-    std::condition_variable changed;  ///< Folders were given, or the walk is over.
-    std::condition_variable ended;    ///< The walk is over: for the thread that watches.
-    std::size_t workers = 0;          ///< Those that have not come to their end.
-    bool hasPassedOver = false;
+    std::condition_variable changed;  ///< Folders became pending, or the walk is over.
+    std::condition_variable ended;    ///< A worker has ended. The watching thread waits for it.
+    std::size_t activeWorkers = 0;    ///< Workers that have not ended.
+    bool hasSkipped = false;
 
-    /// The workers, which live as long as their threads may.
-    std::vector<std::unique_ptr<class WalkWorker>> crew;
+    /// Kept here because abandoned threads may outlive the `DirectoryWalk`.
+    std::vector<std::unique_ptr<class WalkWorker>> workers;
 
 private:
     static void closeIfListed(Root& root);
-    [[nodiscard]] bool isOver() const { return m_silences >= maximumSilences || stop.stop_requested(); }
+    [[nodiscard]] bool isOver() const { return m_timeouts >= maximumTimeouts || stop.stop_requested(); }
 
-    /// After so many silences all the rest is passed over: each of them holds a thread.
-    static constexpr std::size_t maximumSilences = 16;
+    /// After this many timeouts the rest of the walk is skipped, because each timeout leaves a blocked thread behind.
+    static constexpr std::size_t maximumTimeouts = 16;
 
     std::vector<WalkFolder*> m_pending;
     std::vector<std::string> m_deadMounts;
-    std::size_t m_silences = 0;
-    std::size_t m_busy = 0;     ///< Workers that list a folder and may yet give more.
-    std::size_t m_waiting = 0;  ///< Workers that wait for a folder.
+    std::size_t m_timeouts = 0;
+    std::size_t m_busy = 0;     ///< Workers that list a folder and may add pending ones.
+    std::size_t m_waiting = 0;  ///< Workers that wait for a pending folder.
 };

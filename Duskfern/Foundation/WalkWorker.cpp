@@ -1,5 +1,6 @@
 #include "Foundation/WalkWorker.h"
 
+#include "Foundation/HiddenList.h"
 #include "Foundation/OpenPath.h"
 
 #include <fcntl.h>
@@ -18,13 +19,13 @@ namespace {
 
 constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
-/// One read of it holds the whole of nearly every folder.
+/// Large enough that one read gets all entries of nearly every folder.
 constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 
-/// In deep trees every folder of such a depth is kept open, so that none is opened over a long way.
+/// In deep trees each folder whose depth is a multiple of this is kept open, so that paths to open stay short.
 constexpr std::uint32_t anchorDistance = 32;
 
-/// No more folders are kept open by one worker.
+/// The maximum number of folders that one worker keeps open.
 constexpr std::size_t maximumOpenFolders = 16;
 
 /// Keeps errno.
@@ -35,7 +36,7 @@ std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
     return shared;
 }
 
-/// The path of an open folder without links, as the kernel knows it; the one it was opened by where it does not tell.
+/// The path of an open folder without links, from /proc; the path of `url` if that cannot be read.
 std::string realPathOf(const Descriptor& folder, const FileURL& url) {
     std::array<char, PATH_MAX> path{};
     const std::string entry = "/proc/self/fd/" + std::to_string(folder.number());
@@ -46,23 +47,23 @@ std::string realPathOf(const Descriptor& folder, const FileURL& url) {
 }  // namespace
 
 template <class Call>
-auto WalkWorker::ask(Waiting waiting, Call call) {
-    m_waiting = waiting;
+auto WalkWorker::callDisk(DiskCall kind, Call call) {
+    m_diskCall = kind;
     WatchedCalls& calls = *m_calls;
-    const auto comeBack = [&calls] {
+    const auto endCall = [&calls] {
         const int error = errno;
         if (!calls.leave()) {
-            throw LeftBehind();
+            throw ThreadAbandoned();
         }
         errno = error;
     };
     calls.enter();
     try {
         auto answer = call();
-        comeBack();
+        endCall();
         return answer;
     } catch (const std::bad_alloc&) {
-        comeBack();
+        endCall();
         throw;
     }
 }
@@ -70,103 +71,103 @@ auto WalkWorker::ask(Waiting waiting, Call call) {
 void WalkWorker::run(WatchedCalls& calls) {
     m_calls = &calls;
     if (m_folder != nullptr) {
-        goOnAfterSilence();
+        resumeAfterTimeout();
     }
-    while (m_folder != nullptr || (m_folder = m_state.take()) != nullptr) {
+    while (m_folder != nullptr || (m_folder = m_state.takeFolder()) != nullptr) {
         try {
             if (!m_hasBegun && !open()) {
                 return;
             }
-            list();
-            if (m_isSilent) {
-                passOver();
+            listEntries();
+            if (m_hasTimedOut) {
+                skipMount();
                 continue;
             }
-            examineOthers();
+            examineSpecialFiles();
         } catch (const std::bad_alloc&) {
             m_visitor.unreadable();
         }
-        finish();
+        finishFolder();
     }
 }
 
-/// Another thread waits, perhaps for good, for what this worker wanted to know last.
-void WalkWorker::goOnAfterSilence() {
-    begin();
+/// Continues after a timeout: the abandoned thread still waits for this worker's last call, perhaps forever.
+void WalkWorker::resumeAfterTimeout() {
+    beginFolder();
     m_visitor.unreadable();
-    // One entry that is silent may be an exception, a second one tells of the disk.
-    if (m_waiting == Waiting::toExamine && ++m_silences == 1) {
+    // One entry that does not answer may be an exception; at the second one the mount is skipped.
+    if (m_diskCall == DiskCall::stat && ++m_timeouts == 1) {
         return;
     }
-    if (m_waiting == Waiting::toList && m_at < m_size) {
-        // The names that were read still count. The other thread writes behind them.
-        m_isSilent = true;
+    if (m_diskCall == DiskCall::list && m_at < m_size) {
+        // The entries already read are still visited. The abandoned thread may write to the buffer behind them.
+        m_hasTimedOut = true;
         return;
     }
-    passOver();
+    skipMount();
 }
 
-void WalkWorker::passOver() {
+void WalkWorker::skipMount() {
     m_buffer.reset();
-    m_state.passOverMountOf(*m_folder);
-    finish();
+    m_state.skipMountOf(*m_folder);
+    finishFolder();
 }
 
-void WalkWorker::begin() {
+void WalkWorker::beginFolder() {
     if (!std::exchange(m_hasBegun, true)) {
         m_visitor.beginFolder(*m_folder);
     }
 }
 
-void WalkWorker::finish() {
-    m_state.give(*m_folder, m_found);
+void WalkWorker::finishFolder() {
+    m_state.finishFolder(*m_folder, m_subfolders);
     m_folder = nullptr;
     m_hasBegun = false;
     m_descriptor.reset();
     m_size = 0;
     m_at = 0;
     m_isFirstRead = true;
-    m_isRead = false;
-    m_isSilent = false;
-    m_silences = 0;
-    m_hasExamined = false;
-    m_mayNotExamine = false;
-    m_others = 0;
+    m_isAtEnd = false;
+    m_hasTimedOut = false;
+    m_timeouts = 0;
+    m_hasStatus = false;
+    m_isStatDenied = false;
+    m_specialCount = 0;
 }
 
-/// Opens the folder and tells the visitor. False when another worker has to do it and this one is to end.
+/// Opens the folder and reports it to the visitor. False when it was made pending again and this worker is to end.
 bool WalkWorker::open() {
     const auto openOnce = [this] { return m_folder->parent == nullptr ? openRoot() : openBelowRoot(); };
     m_descriptor = openOnce();
     if (!m_descriptor->isOpen() && isShortage(errno)) {
-        m_open.clear();
+        m_openFolders.clear();
         m_descriptor = openOnce();
         if (!m_descriptor->isOpen() && isShortage(errno)) {
-            if (m_state.giveBack(*m_folder)) {
+            if (m_state.putBack(*m_folder)) {
                 m_folder = nullptr;
                 return false;
             }
             m_visitor.unreadable();
         }
     }
-    begin();
+    beginFolder();
     if (m_descriptor->isOpen()) {
-        // Only the owner may ask for this; other people's folders are read as usual.
+        // O_NOATIME is allowed for the owner only; the call fails for others, who read without it.
         (void)fcntl(m_descriptor->number(), F_SETFL, O_NONBLOCK | O_NOATIME);
         keepOpen(*m_folder, m_descriptor);
-        rememberHiddenNames();
+        findHiddenNames();
     }
     return true;
 }
 
 std::shared_ptr<Descriptor> WalkWorker::openRoot() {
     WalkState::Root& root = m_state.roots[m_folder->root];
-    auto folder = ask(Waiting::toOpen, [&url = root.place.url] { return openShared(openPath(url, openFlags)); });
+    auto folder = callDisk(DiskCall::open, [&url = root.place.url] { return openShared(openPath(url, openFlags)); });
     if (folder->isOpen()) {
         const std::string path = realPathOf(*folder, root.place.url);
         const std::lock_guard lock(m_state.mutex);
         root.path = path;
-        root.hidden = HiddenPlaces(path, m_state.mounts, root.place.except);
+        root.hidden = HiddenPlaces(path, m_state.mounts, root.place.excluded);
         root.descriptor = folder;
         root.wasOpened = true;
     }
@@ -174,33 +175,34 @@ std::shared_ptr<Descriptor> WalkWorker::openRoot() {
 }
 
 std::shared_ptr<Descriptor> WalkWorker::openBelowRoot() {
-    std::vector<const WalkFolder*> way{m_folder};
+    std::vector<const WalkFolder*> missing{m_folder};
     const WalkFolder* above = m_folder->parent;
     for (;; above = above->parent) {
-        while (!m_open.empty() && m_open.back().folder->depth >= above->depth && m_open.back().folder != above) {
-            m_open.pop_back();
+        while (!m_openFolders.empty() && m_openFolders.back().folder->depth >= above->depth &&
+               m_openFolders.back().folder != above) {
+            m_openFolders.pop_back();
         }
-        if (above->parent == nullptr || (!m_open.empty() && m_open.back().folder == above)) {
+        if (above->parent == nullptr || (!m_openFolders.empty() && m_openFolders.back().folder == above)) {
             break;
         }
-        way.push_back(above);
+        missing.push_back(above);
     }
     std::shared_ptr<Descriptor> base =
-        above->parent == nullptr ? m_state.roots[m_folder->root].descriptor : m_open.back().descriptor;
+        above->parent == nullptr ? m_state.roots[m_folder->root].descriptor : m_openFolders.back().descriptor;
     std::string path;
-    while (!way.empty()) {
-        const WalkFolder& next = *way.back();
-        way.pop_back();
+    while (!missing.empty()) {
+        const WalkFolder& next = *missing.back();
+        missing.pop_back();
         path.append(path.empty() ? "" : "/").append(next.name, next.nameLength);
-        if (way.empty() || next.depth % anchorDistance == 0) {
-            const int flags = O_NOFOLLOW | (way.empty() ? openFlags : O_PATH | O_DIRECTORY);
-            auto opened = ask(Waiting::toOpen,
-                              [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
-            if (way.empty() || !opened->isOpen()) {
-                // A folder that may not be read counts as empty; one below a folder whose entries may not be examined
-                // counts as an entry that cannot be.
+        if (missing.empty() || next.depth % anchorDistance == 0) {
+            const int flags = O_NOFOLLOW | (missing.empty() ? openFlags : O_PATH | O_DIRECTORY);
+            auto opened = callDisk(DiskCall::open,
+                                   [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
+            if (missing.empty() || !opened->isOpen()) {
+                // A folder that may not be read counts as empty. If not even its status can be read, because its parent
+                // may not be searched, it is reported as unreadable.
                 if (!opened->isOpen() && errno == EACCES &&
-                    !ask(Waiting::toOpen, [base, path] { return fileStatus(base->number(), path.c_str()); })) {
+                    !callDisk(DiskCall::open, [base, path] { return fileStatus(base->number(), path.c_str()); })) {
                     m_visitor.unreadable();
                     errno = EACCES;
                 }
@@ -218,15 +220,15 @@ void WalkWorker::keepOpen(const WalkFolder& folder, const std::shared_ptr<Descri
     if (folder.parent == nullptr) {
         return;
     }
-    m_open.push_back({&folder, descriptor});
-    if (m_open.size() > maximumOpenFolders) {
-        // The way up is long; what is near is needed next.
-        m_open.erase(m_open.begin());
+    m_openFolders.push_back({&folder, descriptor});
+    if (m_openFolders.size() > maximumOpenFolders) {
+        // Drops the topmost one; the deeper ones are needed sooner.
+        m_openFolders.erase(m_openFolders.begin());
     }
 }
 
-void WalkWorker::rememberHiddenNames() {
-    m_hiddenHere = nullptr;
+void WalkWorker::findHiddenNames() {
+    m_hiddenNames = nullptr;
     const HiddenPlaces& hidden = m_state.roots[m_folder->root].hidden;
     if (!hidden.mayHaveNamesIn(m_folder->pathLength)) {
         return;
@@ -240,10 +242,10 @@ void WalkWorker::rememberHiddenNames() {
             path[--end] = '/';
         }
     }
-    m_hiddenHere = hidden.namesIn(path);
+    m_hiddenNames = hidden.namesIn(path);
 }
 
-void WalkWorker::list() {
+void WalkWorker::listEntries() {
     if (!m_descriptor->isOpen()) {
         return;
     }
@@ -252,13 +254,13 @@ void WalkWorker::list() {
     }
     for (;;) {
         while (m_at < m_size) {
-            // The kernel aligns each entry to eight bytes.
+            // The kernel aligns entries to eight bytes.
             const auto& entry = *reinterpret_cast<const dirent64*>(m_buffer.get() + m_at);  // NOLINT
-            // Whoever goes on after this entry was silent begins with the next one.
+            // Advanced before the visit, so that a thread that resumes after a timeout skips this entry.
             m_at += entry.d_reclen;
             visit(entry);
         }
-        if (m_isRead || m_isSilent || m_state.stop.stop_requested()) {
+        if (m_isAtEnd || m_hasTimedOut || m_state.stop.stop_requested()) {
             return;
         }
         m_at = 0;
@@ -270,15 +272,15 @@ void WalkWorker::list() {
     }
 }
 
-/// Reads entries into the buffer, behind those that are in it.
+/// Reads more entries into the buffer, behind those in it.
 void WalkWorker::readMore() {
-    const ssize_t size = ask(Waiting::toList, [folder = m_descriptor, buffer = m_buffer, from = m_size] {
+    const ssize_t size = callDisk(DiskCall::list, [folder = m_descriptor, buffer = m_buffer, from = m_size] {
         return getdents64(folder->number(), buffer.get() + from, bufferSize - from);
     });
     if (size > 0) {
         m_size += static_cast<std::size_t>(size);
     } else {
-        m_isRead = true;
+        m_isAtEnd = true;
     }
 }
 
@@ -291,29 +293,29 @@ void WalkWorker::forEachEntry(Visit visit) const {
     }
 }
 
-/// A folder may list names to hide in its ".hidden". Nearly every folder fits the buffer, in one read or, where the
-/// file system gives few entries at a time, in several; a look through that tells for nothing that there is none.
-/// Otherwise the file is asked for.
+/// Reads the folder's ".hidden". Nearly every folder fits into the buffer, in one read or, where the file system
+/// returns few entries at a time, in several; then a search of the buffer tells at no cost whether the file exists.
+/// Otherwise it is opened to find out.
 void WalkWorker::readHiddenList() {
-    while (!m_isRead && m_size <= bufferSize / 2) {
+    while (!m_isAtEnd && m_size <= bufferSize / 2) {
         readMore();
     }
-    bool mayBeThere = !m_isRead;
+    bool mayBeThere = !m_isAtEnd;
     forEachEntry(
         [&](const dirent64& entry) { mayBeThere = mayBeThere || std::string_view(entry.d_name) == hiddenListName; });
     if (mayBeThere) {
-        m_hiddenList = ask(Waiting::toExamine, [folder = m_descriptor] { return hiddenNames(folder->number()); });
-        m_hiddenHere = m_hiddenHere == nullptr ? &m_hiddenList : &m_hiddenList.merge(*m_hiddenHere);
+        m_hiddenList = callDisk(DiskCall::stat, [folder = m_descriptor] { return hiddenNames(folder->number()); });
+        m_hiddenNames = m_hiddenNames == nullptr ? &m_hiddenList : &m_hiddenList.merge(*m_hiddenNames);
     }
 }
 
 std::optional<FileStatus> WalkWorker::status(const char* name) {
-    // The number rather than its owner: by the time a thread that was left behind gets there, the owner may be gone. The
-    // name is read by the kernel alone.
+    // Number and name are only passed to the kernel: when an abandoned thread makes this call late, the descriptor may
+    // be closed and the buffer freed. Its answer is dropped then.
     const auto found =
-        ask(Waiting::toExamine, [folder = m_descriptor->number(), name] { return fileStatus(folder, name); });
-    m_hasExamined = m_hasExamined || found;
-    m_mayNotExamine = m_mayNotExamine || (!found && errno == EACCES);
+        callDisk(DiskCall::stat, [folder = m_descriptor->number(), name] { return fileStatus(folder, name); });
+    m_hasStatus = m_hasStatus || found;
+    m_isStatDenied = m_isStatDenied || (!found && errno == EACCES);
     if (!found) {
         m_visitor.unreadable();
     }
@@ -322,7 +324,7 @@ std::optional<FileStatus> WalkWorker::status(const char* name) {
 
 void WalkWorker::visit(const dirent64& entry) {
     const std::string_view name = entry.d_name;
-    if (name.front() == '.' || (m_hiddenHere != nullptr && m_hiddenHere->contains(name))) {
+    if (name.front() == '.' || (m_hiddenNames != nullptr && m_hiddenNames->contains(name))) {
         return;
     }
     unsigned char type = entry.d_type;
@@ -339,8 +341,8 @@ void WalkWorker::visit(const dirent64& entry) {
             m_visitor.file(name, *found);
         }
     } else if (type != DT_DIR) {
-        if (++m_others == 1) {
-            m_anyOther = name;
+        if (++m_specialCount == 1) {
+            m_specialName = name;
         }
     } else if (m_state.policy(name)) {
         WalkFolder& subfolder = m_folders.emplace_back();
@@ -351,24 +353,24 @@ void WalkWorker::visit(const dirent64& entry) {
         subfolder.depth = m_folder->depth + 1;
         subfolder.root = m_folder->root;
         m_visitor.subfolder(subfolder);
-        m_found.push_back(&subfolder);
+        m_subfolders.push_back(&subfolder);
     }
 }
 
-/// Links and special files are passed over unseen, but where the folder does not let anybody examine its entries they
-/// count as the others do.
-void WalkWorker::examineOthers() {
-    if (m_others == 0 || m_hasExamined) {
+/// Links and special files are ignored without reading their status. But if the folder may not be searched, they count
+/// as unreadable like its other entries.
+void WalkWorker::examineSpecialFiles() {
+    if (m_specialCount == 0 || m_hasStatus) {
         return;
     }
-    std::int64_t uncounted = m_others;
-    if (!m_mayNotExamine) {
-        if (status(m_anyOther.c_str())) {
+    std::int64_t uncounted = m_specialCount;
+    if (!m_isStatDenied) {
+        if (status(m_specialName.c_str())) {
             return;
         }
         --uncounted;
     }
-    for (; m_mayNotExamine && uncounted > 0; --uncounted) {
+    for (; m_isStatDenied && uncounted > 0; --uncounted) {
         m_visitor.unreadable();
     }
 }

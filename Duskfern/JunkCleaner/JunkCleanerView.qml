@@ -5,7 +5,7 @@ import Duskfern.Engine
 import Duskfern.JunkCleaner
 import Duskfern.Theme
 
-/// The screen that finds what can go and moves it to the Trash.
+/// The screen that lists junk and moves it to the Trash.
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
 
     readonly property bool isEmpty: root.store.count === 0 && !root.store.isScanning
 
-    /// What the keyboard acts on when the screen is shown: the items, where there are any or some may come.
+    /// The item that gets the focus when the screen is shown: the list if there are items or a scan is running.
     function firstFocus(): Item {
         if (root.isEmpty) {
             return scan;
@@ -27,43 +27,16 @@ Item {
         }
     }
 
-    Item {
+    ScreenHeader {
         id: header
 
-        height: Math.max(titles.height, scan.height) + 32
+        subtitle: "Cachés, registros, temporales y posibles restos de apps"
+        title: "Limpiar basura"
         width: parent.width
-
-        Column {
-            id: titles
-
-            anchors.left: parent.left
-            anchors.leftMargin: 16
-            anchors.right: scan.left
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
-
-            Label {
-                font.bold: true
-                font.pixelSize: Theme.title2
-                text: "Limpiar basura"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
-                text: "Cachés, registros, temporales y posibles restos de apps"
-                width: parent.width
-            }
-        }
 
         PushButton {
             id: scan
 
-            anchors.right: parent.right
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
             available: !root.store.isScanning
             kind: PushButton.Prominent
             text: "Analizar basura"
@@ -72,21 +45,15 @@ Item {
         }
     }
 
-    Divider {
-        id: divider
-
-        anchors.top: header.bottom
-        width: parent.width
-    }
-
-    // What is not shown is not there, not even for a screen reader; a Loader takes no bound component.
+    // Repeaters create only what is shown, so that screen readers do not find the rest. A Loader cannot load a bound
+    // component.
     Item {
         id: body
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.top: divider.bottom
+        anchors.top: header.bottom
 
         Repeater {
             id: results

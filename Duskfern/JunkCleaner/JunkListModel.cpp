@@ -6,16 +6,16 @@
 
 namespace {
 
-/// Rows to remove, from `first` to before `end`.
+/// The rows from `first` up to, but not including, `end`.
 struct Range {
     std::size_t first;
     std::size_t end;
 };
 
-/// More pieces than this and a new list is cheaper than the old one with holes.
+/// With more ranges than this, resetting the model is quicker.
 constexpr std::size_t maximumRanges = 200;
 
-/// What is in `before` and missing in `after`, if that is all in which they differ and it is in few pieces.
+/// The rows of `before` that are missing in `after`, if the lists differ in nothing else and the rows form few ranges.
 std::optional<std::vector<Range>> removedRanges(const std::vector<JunkItem>& before,
                                                 const std::vector<JunkItem>& after) {
     std::vector<Range> ranges;
@@ -38,15 +38,15 @@ std::optional<std::vector<Range>> removedRanges(const std::vector<JunkItem>& bef
 
 void JunkListModel::setStore(JunkStore* store) {
     m_store = store;
-    connect(store, &JunkStore::itemsChanged, this, &JunkListModel::followItems);
-    connect(store, &JunkStore::selectedChanged, this, &JunkListModel::followSelection);
-    followItems();
+    connect(store, &JunkStore::itemsChanged, this, &JunkListModel::updateItems);
+    connect(store, &JunkStore::selectedChanged, this, &JunkListModel::updateSelection);
+    updateItems();
     Q_EMIT storeChanged();
 }
 
-void JunkListModel::followItems() {
+void JunkListModel::updateItems() {
     if (auto ranges = removedRanges(m_items, m_store->items())) {
-        // From the end, so that what comes first keeps its place.
+        // From the end, so that the rows of the other ranges do not change.
         std::reverse(ranges->begin(), ranges->end());
         for (const Range& range : *ranges) {
             beginRemoveRows({}, static_cast<int>(range.first), static_cast<int>(range.end) - 1);
@@ -61,7 +61,7 @@ void JunkListModel::followItems() {
     }
 }
 
-void JunkListModel::followSelection() {
+void JunkListModel::updateSelection() {
     if (!m_items.empty()) {
         Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickedRole});
     }

@@ -5,7 +5,8 @@
 #include <QtQml/qqmlregistration.h>
 #include <QtCore/QAbstractListModel>
 
-/// The items of a junk store as rows, in its order. Items that were cleaned leave their rows and the list where it is.
+/// The items of a junk store as rows, in its order. When items are removed, only their rows are removed, so that the
+/// list keeps its position.
 class JunkListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -13,7 +14,7 @@ class JunkListModel : public QAbstractListModel {
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    /// Set once.
+    /// The store to show. May be set once.
     Q_PROPERTY(JunkStore* store READ store WRITE setStore NOTIFY storeChanged REQUIRED)
     [[nodiscard]] JunkStore* store() const { return m_store; }
     void setStore(JunkStore* store);
@@ -26,8 +27,8 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
-    void followItems();
-    void followSelection();
+    void updateItems();
+    void updateSelection();
 
     JunkStore* m_store = nullptr;
     std::vector<JunkItem> m_items;

@@ -5,14 +5,11 @@ import Duskfern.Engine
 import Duskfern.JunkCleaner
 import Duskfern.Theme
 
-/// What was found, one row an item; the keyboard acts on the current row.
-ListView {
+/// The list of junk items, with keyboard navigation.
+RowList {
     id: root
 
     required property JunkStore store
-
-    readonly property int rowHeight: Math.max(48, Theme.body + Theme.caption + 26)
-    readonly property int page: Math.max(1, Math.floor(height / root.rowHeight) - 1)
 
     function go(row: int) {
         root.forceActiveFocus();
@@ -21,16 +18,8 @@ ListView {
     }
 
     Accessible.name: "Elementos encontrados"
-    Accessible.role: Accessible.List
-    activeFocusOnTab: true
-    boundsBehavior: Flickable.StopAtBounds
-    // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
-    cacheBuffer: 0
-    clip: true
-    currentIndex: -1
-    highlightFollowsCurrentItem: false
-    keyNavigationEnabled: false
-    reuseItems: true
+    ringShown: root.currentIndex < 0
+    rowHeight: Math.max(48, Theme.body + Theme.caption + 26)
 
     delegate: JunkRow {
         chosen: root.activeFocus && index === root.currentIndex
@@ -39,8 +28,8 @@ ListView {
         width: ListView.view.width - 44
         x: 22
 
-        onPressed: row => root.go(row)
         onOpened: row => root.store.revealRow(row)
+        onPressed: row => root.go(row)
         onToggled: row => root.store.toggleRow(row)
     }
     model: JunkListModel {
@@ -50,27 +39,7 @@ ListView {
         onModelReset: root.currentIndex = -1
     }
 
-    Keys.onDownPressed: root.go(root.currentIndex + 1)
-    Keys.onEnterPressed: root.store.revealRow(root.currentIndex)
-    Keys.onPressed: event => {
-        const steps = {[Qt.Key_PageUp]: -root.page, [Qt.Key_PageDown]: root.page, [Qt.Key_Home]: -root.count, [Qt.Key_End]: root.count};
-        if (event.key in steps) {
-            root.go(root.currentIndex + steps[event.key]);
-            event.accepted = true;
-        }
-    }
-    Keys.onReturnPressed: root.store.revealRow(root.currentIndex)
     Keys.onSpacePressed: root.store.toggleRow(root.currentIndex)
-    Keys.onUpPressed: root.go(Math.max(0, root.currentIndex - 1))
-
-    ScrollThumb {
-        view: root
-    }
-
-    FocusRing {
-        cornerRadius: 4
-        inset: 0
-        parent: root
-        shown: root.activeFocus && root.currentIndex < 0
-    }
+    onEntered: root.store.revealRow(root.currentIndex)
+    onMoved: rows => root.go(root.currentIndex + rows)
 }

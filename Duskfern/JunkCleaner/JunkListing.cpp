@@ -1,7 +1,7 @@
 #include "JunkCleaner/JunkListing.h"
 
-#include "Foundation/DiskPatience.h"
-#include "Foundation/HiddenPlaces.h"
+#include "Foundation/DiskRequests.h"
+#include "Foundation/HiddenList.h"
 #include "Foundation/OpenPath.h"
 
 #include <dirent.h>
@@ -19,8 +19,9 @@ struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
-/// The last moment whose files are old enough: so many days before now by the calendar, whatever the clocks did since.
-QDateTime cutOff(int days) {
+/// The latest modification time of a file that is old enough: `days` calendar days before now, also across changes of
+/// daylight saving time.
+QDateTime cutoff(int days) {
     QDateTime moment = QDateTime::currentDateTime().addDays(-days);
     if (!moment.isValid()) {
         qFatal("there is no such day");
@@ -35,7 +36,7 @@ bool isModifiedAfter(const FileStatus& status, const QDateTime& moment) {
             status.modifiedNanoseconds > static_cast<std::uint32_t>(moment.time().msec()) * 1'000'000);
 }
 
-/// What lies in memory takes no disk.
+/// Files on these file systems take no disk space.
 bool isInMemory(int folder) {
     struct statfs status {};
     return fstatfs(folder, &status) == 0 && (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
@@ -59,16 +60,16 @@ void listJunkPlace(const JunkPlace& place, const std::function<void(const std::s
     opened(*path);
     const int number = dirfd(folder.get());
     const NameSet hidden = hiddenNames(number);
-    const QDateTime youngest = place.olderThanDays ? cutOff(*place.olderThanDays) : QDateTime();
+    const QDateTime newest = place.olderThanDays ? cutoff(*place.olderThanDays) : QDateTime();
     while (const dirent* const entry = readdir(folder.get())) {
-        signOfLife();
+        heartbeat();
         const std::string_view name = entry->d_name;
         if (name.front() == '.' || hidden.contains(name) || !reasonToKeep(place.keep, name).empty()) {
             continue;
         }
         const std::optional<FileStatus> status = fileStatus(number, entry->d_name);
         if (status && (status->isRegularFile() || status->isFolder()) && status->owner == geteuid() &&
-            !(place.olderThanDays && isModifiedAfter(*status, youngest))) {
+            !(place.olderThanDays && isModifiedAfter(*status, newest))) {
             found({std::string(name), *status});
         }
     }

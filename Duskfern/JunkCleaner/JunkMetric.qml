@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One number of what was found, with its name and a symbol.
+/// A number with its title and symbol.
 Rectangle {
     id: root
 
@@ -26,7 +26,7 @@ Rectangle {
         size: Theme.title3 * 1.1
     }
 
-    Column {
+    MetricTexts {
         id: texts
 
         anchors.left: symbol.right
@@ -34,22 +34,7 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 3
-
-        Label {
-            color: Theme.secondary
-            font.bold: true
-            font.letterSpacing: 0.3
-            font.pixelSize: Theme.fixed9
-            text: root.title
-            width: parent.width
-        }
-
-        Label {
-            font.bold: true
-            font.pixelSize: Theme.title3
-            text: root.value
-            width: parent.width
-        }
+        label: root.title
+        value: root.value
     }
 }

@@ -3,7 +3,7 @@
 JunkPlaces junkPlaces(const UserFolderPaths& paths) {
     const auto inHome = [&](const char* relative) { return paths.home.appendingPathComponent(relative); };
     JunkPlaces all;
-    // Each kind's own folder comes first, then what Linux desktops use.
+    // For each kind the folder in ~/Library, if there is one, comes before those of Linux desktops.
     all.places = {
         {.url = inHome("Library/Caches"), .kind = JunkKind::cache},
         {.url = paths.cacheHome, .kind = JunkKind::cache, .keep = KeepList::caches},

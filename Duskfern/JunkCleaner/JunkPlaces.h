@@ -8,28 +8,28 @@
 #include <string_view>
 #include <vector>
 
-/// One folder whose direct children may be junk.
+/// A folder whose direct children may be junk.
 struct JunkPlace {
     FileURL url;
     JunkKind kind = JunkKind::cache;
     KeepList keep = KeepList::none;
-    std::optional<int> olderThanDays = {};  ///< Only what has not been changed for that many calendar days.
-    bool isFlatpakData = false;             ///< Its children are named after Flatpaks.
+    std::optional<int> olderThanDays = {};  ///< If set, only entries not modified for that many calendar days.
+    bool isFlatpakData = false;             ///< Whether its children are named after Flatpak identifiers.
 };
 
-/// All places that are looked at, and nothing else ever is.
+/// The places that are scanned. Nothing else is.
 struct JunkPlaces {
-    std::vector<JunkPlace> places;  ///< In the order in which they are looked at.
+    std::vector<JunkPlace> places;  ///< In the order of the scan.
 
-    /// What no item may be or contain, whatever the places are set to: a person's own folders, the first of them the
-    /// home, and those in which applications keep what a person has made.
+    /// Folders that an item must neither be nor contain, however the places are configured: the personal folders, the
+    /// home first, and the folders in which applications store user data.
     std::vector<FileURL> personal;
     std::vector<FileURL> support;
 };
 
-/// The places of a user. The folders may be set to anything: the cache to the home, for instance.
+/// The places of a user. Any of the configured folders may coincide, for instance the cache folder with the home.
 [[nodiscard]] JunkPlaces junkPlaces(const UserFolderPaths& paths);
 
-/// What a person reads of where a cache, log or temporary entry comes from: the last piece of its name between dots,
-/// every "com." left out before; `fallback` when nothing remains.
+/// The displayed origin of a cache, log or temporary entry: the part of its name after the last dot, with every "com."
+/// removed before; `fallback` if that is empty.
 [[nodiscard]] QString originName(const QString& name, const QString& fallback);

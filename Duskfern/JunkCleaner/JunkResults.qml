@@ -3,13 +3,13 @@ import Duskfern.Engine
 import Duskfern.JunkCleaner
 import Duskfern.Theme
 
-/// What was found: three numbers, what can be done, and the items.
+/// The results of a scan: three numbers, the actions and the list of items.
 Item {
     id: root
 
     required property JunkStore store
 
-    /// What the keyboard acts on when this is shown.
+    /// The item that gets the focus when this is shown.
     function firstFocus(): Item {
         return items;
     }

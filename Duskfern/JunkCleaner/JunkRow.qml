@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One item that could go. Only says what was pressed; a row is opened by being shown in the file manager.
+/// A junk item. Emits signals only; opening a row shows it in the file manager.
 ListRow {
     id: root
 

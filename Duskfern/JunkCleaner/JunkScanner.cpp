@@ -1,11 +1,13 @@
 #include "JunkCleaner/JunkScanner.h"
 
 #include "Desktop/InstalledApplications.h"
+#include "Foundation/DiskRequests.h"
 #include "Foundation/FolderSizes.h"
+#include "Foundation/Handover.h"
 #include "Foundation/MountTable.h"
 #include "Foundation/Packages.h"
+#include "JunkCleaner/InstalledAppTokens.h"
 #include "JunkCleaner/JunkListing.h"
-#include "JunkCleaner/Leftovers.h"
 
 #include <algorithm>
 #include <atomic>
@@ -17,22 +19,22 @@ namespace JunkScanner {
 
 namespace {
 
-/// What only the disk can tell before anything is judged.
-struct Answers {
-    std::optional<InstalledNames> names;  ///< None when they did not answer: nothing can be told of leftovers then.
-    std::vector<std::string> personal;    ///< Without links, as all paths below; the home first.
+/// What is read from disks before the entries are filtered.
+struct DiskAnswers {
+    std::optional<InstalledNames> names;  ///< None if they did not answer; leftovers cannot be recognised then.
+    std::vector<std::string> personal;    ///< Without links, like all paths below; the home first.
     std::vector<std::string> support;
-    std::vector<JunkListing> listings;  ///< One a place.
+    std::vector<JunkListing> listings;  ///< One per place.
 };
 
-/// The paths of folders without links; those that are not there are left out, the others as they are written where the
-/// disk does not tell.
+/// The paths of folders without links. Folders that do not exist are left out; for those whose disk does not answer,
+/// the path as given.
 class RealPaths {
 public:
-    RealPaths(const std::vector<FileURL>& urls, DiskQuestions& questions) : m_urls(urls), m_answers(urls.size()) {
+    RealPaths(const std::vector<FileURL>& urls, DiskRequests& requests) : m_urls(urls), m_answers(urls.size()) {
         for (std::size_t i = 0; i < urls.size(); ++i) {
             m_answers[i] = std::make_shared<Handover<Answer>>();
-            questions.ask([url = urls[i], answer = m_answers[i]] {
+            requests.start([url = urls[i], answer = m_answers[i]] {
                 const std::optional<std::string> path = realPath(url);
                 answer->edit([&](Answer& given) { given = {true, path}; });
             });
@@ -43,7 +45,7 @@ public:
         std::vector<std::string> paths;
         for (std::size_t i = 0; i < m_urls.size(); ++i) {
             const Answer answer = m_answers[i]->take();
-            if (!answer.hasCome || answer.path) {
+            if (!answer.hasAnswered || answer.path) {
                 paths.push_back(answer.path.value_or(m_urls[i].path()));
             }
         }
@@ -52,7 +54,7 @@ public:
 
 private:
     struct Answer {
-        bool hasCome = false;
+        bool hasAnswered = false;
         std::optional<std::string> path;
     };
 
@@ -60,20 +62,20 @@ private:
     std::vector<std::shared_ptr<Handover<Answer>>> m_answers;
 };
 
-Answers askTheDisks(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
-                    const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
-    DiskQuestions questions;
+DiskAnswers readPlaces(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
+                       const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
+    DiskRequests requests;
     const auto names = std::make_shared<Handover<std::optional<InstalledNames>>>();
-    questions.ask([names, applications] {
+    requests.start([names, applications] {
         auto found = applications->names();
         names->edit([&](std::optional<InstalledNames>& given) { given = std::move(found); });
     });
-    RealPaths personal(places.personal, questions);
-    RealPaths support(places.support, questions);
+    RealPaths personal(places.personal, requests);
+    RealPaths support(places.support, requests);
     std::vector<std::shared_ptr<Handover<JunkListing>>> listings;
     for (const JunkPlace& place : places.places) {
         const auto listing = listings.emplace_back(std::make_shared<Handover<JunkListing>>());
-        questions.ask([place, listing] {
+        requests.start([place, listing] {
             listJunkPlace(
                 place, [&](const std::string& path) { listing->edit([&](JunkListing& given) { given.path = path; }); },
                 [&](JunkListing::Entry entry) {
@@ -81,24 +83,24 @@ Answers askTheDisks(const JunkPlaces& places, const std::shared_ptr<const Instal
                 });
         });
     }
-    late = questions.wait(stop);
-    Answers answers{names->take(), personal.take(), support.take(), {}};
+    late = requests.wait(stop);
+    DiskAnswers answers{names->take(), personal.take(), support.take(), {}};
     std::transform(listings.begin(), listings.end(), std::back_inserter(answers.listings),
                    [](const auto& listing) { return listing->take(); });
     return answers;
 }
 
-/// Judges what was listed, one place after the other. Touches no disk.
-class Judge {
+/// Turns the entries of one place after the other into junk items. Does not access a disk.
+class JunkFilter {
 public:
-    explicit Judge(Answers answers)
+    explicit JunkFilter(DiskAnswers answers)
         : m_answers(std::move(answers)), m_tokens(m_answers.names.value_or(InstalledNames())) {
         for (const Mount& mount : currentMounts()) {
             m_mounts.push_back(mount.target);
         }
     }
 
-    void judge(const JunkPlace& place, const JunkListing& listing) {
+    void add(const JunkPlace& place, const JunkListing& listing) {
         if (listing.path.empty() || !isPlaceToClean(place, listing.path) ||
             (place.kind == JunkKind::leftover && !(m_answers.names && m_answers.names->isComplete))) {
             return;
@@ -119,16 +121,16 @@ public:
         }
     }
 
-    void judgeAll(const std::vector<JunkPlace>& places) {
+    void addAll(const std::vector<JunkPlace>& places) {
         for (std::size_t i = 0; i < places.size(); ++i) {
-            judge(places[i], m_answers.listings[i]);
+            add(places[i], m_answers.listings[i]);
         }
     }
 
     [[nodiscard]] std::vector<JunkItem> takeItems() { return std::move(m_items); }
 
 private:
-    /// Completes an item; false when it is not to be listed.
+    /// Sets the item's origin. False if it is not to be listed.
     [[nodiscard]] bool describe(const JunkPlace& place, JunkItem& item) const {
         const QString name = item.name();
         if (place.kind != JunkKind::leftover) {
@@ -157,47 +159,47 @@ private:
                (place.kind == JunkKind::leftover || !holdsAny(path, m_answers.support));
     }
 
-    const Answers m_answers;
+    const DiskAnswers m_answers;
     const InstalledAppTokens m_tokens;
     std::vector<std::string> m_mounts;
-    std::vector<std::string> m_visited;  ///< Places.
-    std::vector<std::string> m_listed;   ///< Items.
+    std::vector<std::string> m_visited;  ///< Paths of the places added so far.
+    std::vector<std::string> m_listed;   ///< Paths of the items.
     std::vector<JunkItem> m_items;
 };
 
-/// Leaves out what the Trash would refuse. What does not answer is left out, too.
+/// Removes the items that the Trash would refuse, and those whose disk does not answer.
 void keepMovable(std::vector<JunkItem>& items, const Movable& isMovable, const std::stop_token& stop,
                  std::shared_ptr<LateAnswer>& late) {
-    struct Round {
+    struct Check {
         std::vector<FileURL> urls;
         std::atomic<std::size_t> next = 0;
         Handover<std::unordered_set<FileURL>> movable;
     };
-    const auto round = std::make_shared<Round>();
-    std::transform(items.begin(), items.end(), std::back_inserter(round->urls),
+    const auto check = std::make_shared<Check>();
+    std::transform(items.begin(), items.end(), std::back_inserter(check->urls),
                    [](const JunkItem& item) { return item.url; });
-    // Few threads: each question is short, and one that hangs holds up no other.
+    // Few threads are enough, because each check is short.
     constexpr std::size_t threads = 4;
-    DiskQuestions questions;
+    DiskRequests requests;
     for (std::size_t i = 0; i < std::min(threads, items.size()); ++i) {
-        questions.ask([round, isMovable] {
-            for (std::size_t at = round->next++; at < round->urls.size(); at = round->next++) {
-                signOfLife();
-                const FileURL& url = round->urls[at];
+        requests.start([check, isMovable] {
+            for (std::size_t at = check->next++; at < check->urls.size(); at = check->next++) {
+                heartbeat();
+                const FileURL& url = check->urls[at];
                 if (isMovable(url)) {
-                    round->movable.edit([&](std::unordered_set<FileURL>& given) { given.insert(url); });
+                    check->movable.edit([&](std::unordered_set<FileURL>& given) { given.insert(url); });
                 }
             }
         });
     }
-    if (auto silent = questions.wait(stop)) {
-        late = std::move(silent);
+    if (auto lateChecks = requests.wait(stop)) {
+        late = std::move(lateChecks);
     }
-    const std::unordered_set<FileURL> movable = round->movable.take();
+    const std::unordered_set<FileURL> movable = check->movable.take();
     std::erase_if(items, [&](const JunkItem& item) { return !movable.contains(item.url); });
 }
 
-/// Fills in the sizes of folders: of the files in them without hidden ones, links and the contents of packages.
+/// Sets the sizes of folders: of the files in them without hidden ones, links and the contents of packages.
 void measure(std::vector<JunkItem>& items, const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
     std::vector<WalkRoot> roots;
     std::vector<std::int64_t*> sizes;
@@ -207,7 +209,7 @@ void measure(std::vector<JunkItem>& items, const std::stop_token& stop, std::sha
             sizes.push_back(&item.size);
         }
     }
-    // An item that is offered has no mount inside, so there is no need to look for kernel file systems in each.
+    // An item contains no mount, so no mount table is needed.
     FolderSizes measured =
         folderSizes(std::move(roots), [](std::string_view name) { return !isPackageName(name); }, stop, {});
     for (std::size_t i = 0; i < sizes.size(); ++i) {
@@ -223,9 +225,9 @@ void measure(std::vector<JunkItem>& items, const std::stop_token& stop, std::sha
 JunkScan scan(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
               const Movable& isMovable, const std::stop_token& stop) {
     JunkScan found;
-    Judge judge(askTheDisks(places, applications, stop, found.lateAnswer));
-    judge.judgeAll(places.places);
-    found.items = judge.takeItems();
+    JunkFilter filter(readPlaces(places, applications, stop, found.lateAnswer));
+    filter.addAll(places.places);
+    found.items = filter.takeItems();
     if (isMovable) {
         keepMovable(found.items, isMovable, stop, found.lateAnswer);
     }

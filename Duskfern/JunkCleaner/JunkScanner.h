@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/DiskPatience.h"
+#include "Foundation/LateAnswer.h"
 #include "JunkCleaner/JunkItem.h"
 #include "JunkCleaner/JunkPlaces.h"
 
@@ -11,23 +11,23 @@
 
 class InstalledApplications;
 
-/// What a look for junk has found.
+/// The result of a scan for junk.
 struct JunkScan {
-    std::vector<JunkItem> items;             ///< Largest first, without what is empty.
-    std::shared_ptr<LateAnswer> lateAnswer;  ///< Null unless something did not answer and was passed over.
+    std::vector<JunkItem> items;             ///< Largest first, without empty ones.
+    std::shared_ptr<LateAnswer> lateAnswer;  ///< Null unless something was skipped after a timeout.
 };
 
-/// Looks for what can go. Only lists and measures, changes nothing. Holds no state; may run on any thread.
+/// Scans for junk. Only lists and measures, and changes nothing. Stateless; may run on any thread.
 namespace JunkScanner {
 
-/// Whether an item could be moved to the Trash. May block, and be called after the scan is over.
+/// Whether an item could be moved to the Trash. May block, and may be called after the scan has ended.
 using Movable = std::function<bool(const FileURL&)>;
 
-/// Everything found in the places that is movable. What cannot be listed or read yields nothing; what does not answer
-/// is passed over, and the rest of its place is listed. Never listed: hidden entries and links, what is or holds a
-/// mount point, what belongs to another user, what the keep table names, what a personal or support folder lies in, and
-/// anything twice. A place that is itself such a folder, or one for caches or logs with one inside, is not looked into.
-/// May take long; `stop` ends it early because nobody waits any more.
+/// All junk in the places that is movable. What cannot be listed or read gives no items; what does not answer is
+/// skipped, but entries of its place that were read before are listed. Never listed: hidden entries and links, mount
+/// points and folders that contain one, other users' files, names in the keep table, folders that contain a personal or
+/// support folder, and anything twice. A place that is a personal folder or contains the home is not scanned, and one
+/// for caches, logs or temporary files not if it contains a support folder. May take long; `stop` ends it early.
 [[nodiscard]] JunkScan scan(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
                             const Movable& isMovable, const std::stop_token& stop = {});
 

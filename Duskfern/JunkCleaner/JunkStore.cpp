@@ -19,14 +19,14 @@
 
 namespace {
 
-/// How often one scan is repeated because something answered late.
-constexpr int maximumQuietRounds = 3;
+/// How often one scan is repeated because of late answers.
+constexpr int maximumRescans = 3;
 
-/// An item that shows no progress for so long is passed over. Longer than for reading: a disk may be busy with what was
-/// copied before.
-constexpr std::chrono::seconds movePatience{20};
+/// An item whose move makes no progress for this long counts as failed. Longer than `diskTimeout`, because a disk may
+/// be busy writing earlier copies.
+constexpr std::chrono::seconds moveTimeout{20};
 
-JunkStore::Selection safeOnes(const std::vector<JunkItem>& items) {
+JunkStore::Selection safeItems(const std::vector<JunkItem>& items) {
     JunkStore::Selection safe;
     for (const JunkItem& item : items) {
         if (item.isSafeForBulk) {
@@ -44,7 +44,7 @@ qint64 sizeOf(const std::vector<JunkItem>& items) {
     return size;
 }
 
-std::vector<JunkItem> onlyThose(const std::vector<JunkItem>& items, const JunkStore::Selection& selected) {
+std::vector<JunkItem> selectedItems(const std::vector<JunkItem>& items, const JunkStore::Selection& selected) {
     std::vector<JunkItem> chosen;
     std::copy_if(items.begin(), items.end(), std::back_inserter(chosen),
                  [&](const JunkItem& item) { return selected.contains(item.id()); });
@@ -53,19 +53,19 @@ std::vector<JunkItem> onlyThose(const std::vector<JunkItem>& items, const JunkSt
 
 }  // namespace
 
-/// One cleaning, from the confirmed question to its message.
+/// One cleaning, from the confirmation to the result message.
 struct JunkStore::Cleaning {
-    std::vector<JunkItem> chosen;  ///< What is moved, in order.
-    std::size_t next = 0;          ///< The item that is being moved.
+    std::vector<JunkItem> chosen;  ///< The items to move, in order.
+    std::size_t next = 0;          ///< Index of the item that is being moved.
     Selection moved;
     int failures = 0;
 };
 
 JunkStore::JunkStore(Services services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
-    m_patience.setSingleShot(true);
-    m_patience.setInterval(movePatience);
-    connect(&m_patience, &QTimer::timeout, this, [this] {
-        // The end of the last item ends the cleaning, which is then held here alone.
+    m_moveTimer.setSingleShot(true);
+    m_moveTimer.setInterval(moveTimeout);
+    connect(&m_moveTimer, &QTimer::timeout, this, [this] {
+        // `finishItem` drops `m_cleaning` after the last item, so this keeps the object alive until the call returns.
         const std::shared_ptr<Cleaning> cleaning = m_cleaning;
         finishItem(cleaning, cleaning->next, false);
     });
@@ -79,7 +79,7 @@ int JunkStore::safeCount() const {
 }
 
 qint64 JunkStore::selectedSize() const {
-    return sizeOf(onlyThose(m_items, m_selected));
+    return sizeOf(selectedItems(m_items, m_selected));
 }
 
 void JunkStore::setItems(std::vector<JunkItem> items) {
@@ -113,31 +113,31 @@ void JunkStore::scan() {
     setIsScanning(true);
     setItems({});
     setSelected({});
-    ++m_round;
-    look(0);
+    ++m_scanNumber;
+    startScan(0);
 }
 
-/// Looks in the background. What repeats another look quietly adds what that one had passed over.
-void JunkStore::look(int quietRounds) {
+/// Scans in the background. A rescan keeps the current list until its result is complete.
+void JunkStore::startScan(int rescans) {
     m_movedSinceScan.clear();
-    Dispatch::background([self = QPointer(this), round = m_round, quietRounds, &userFolders = m_services.userFolders,
-                          applications = m_services.applications,
+    Dispatch::background([self = QPointer(this), scanNumber = m_scanNumber, rescans,
+                          &userFolders = m_services.userFolders, applications = m_services.applications,
                           &trash = m_services.trash](const std::stop_token& stop) {
         const auto isMovable = [&trash](const FileURL& url) { return !trash.refusal(url); };
         JunkScan found = JunkScanner::scan(junkPlaces(userFolders.paths()), applications, isMovable, stop);
-        Dispatch::main([self, round, quietRounds, found = std::move(found)]() mutable {
-            if (self != nullptr && (quietRounds == 0 || self->m_round == round)) {
-                self->publish(std::move(found), quietRounds);
+        Dispatch::main([self, scanNumber, rescans, found = std::move(found)]() mutable {
+            if (self != nullptr && (rescans == 0 || self->m_scanNumber == scanNumber)) {
+                self->publish(std::move(found), rescans);
             }
         });
     });
 }
 
-void JunkStore::publish(JunkScan found, int quietRounds) {
+void JunkStore::publish(JunkScan found, int rescans) {
     std::erase_if(found.items, [this](const JunkItem& item) { return m_movedSinceScan.contains(item.id()); });
-    Selection selected = safeOnes(found.items);
-    if (quietRounds > 0) {
-        // What was listed before keeps the tick that it has by now.
+    Selection selected = safeItems(found.items);
+    if (rescans > 0) {
+        // Items that were listed before keep their current selection.
         for (const JunkItem& item : m_items) {
             selected.erase(item.id());
             if (m_selected.contains(item.id())) {
@@ -148,22 +148,22 @@ void JunkStore::publish(JunkScan found, int quietRounds) {
     setItems(std::move(found.items));
     setSelected(std::move(selected));
     setIsScanning(false);
-    if (found.lateAnswer && quietRounds < maximumQuietRounds) {
-        found.lateAnswer->whenAnswered([self = QPointer(this), round = m_round, quietRounds] {
-            Dispatch::main([self, round, quietRounds] {
+    if (found.lateAnswer && rescans < maximumRescans) {
+        found.lateAnswer->whenAnswered([self = QPointer(this), scanNumber = m_scanNumber, rescans] {
+            Dispatch::main([self, scanNumber, rescans] {
                 if (self != nullptr) {
-                    self->lookAgain(round, quietRounds + 1);
+                    self->rescan(scanNumber, rescans + 1);
                 }
             });
         });
     }
 }
 
-/// Something that was passed over has answered: it is listed with the rest, unless a newer look has begun or what is
-/// listed is being moved.
-void JunkStore::lookAgain(std::uint64_t round, int quietRounds) {
-    if (round == m_round && !m_isScanning && !isCleaning()) {
-        look(quietRounds);
+/// Called when something that was skipped has answered. Scans once more, unless a newer scan has begun or a cleaning
+/// runs.
+void JunkStore::rescan(std::uint64_t scanNumber, int rescans) {
+    if (scanNumber == m_scanNumber && !m_isScanning && !isCleaning()) {
+        startScan(rescans);
     }
 }
 
@@ -175,18 +175,18 @@ void JunkStore::toggle(const JunkItem& item) {
     setSelected(std::move(selected));
 }
 
-const JunkItem* JunkStore::itemInRow(int row) const {
+const JunkItem* JunkStore::itemAtRow(int row) const {
     return row >= 0 && row < count() ? &m_items[static_cast<std::size_t>(row)] : nullptr;
 }
 
 void JunkStore::toggleRow(int row) {
-    if (const JunkItem* const item = itemInRow(row)) {
+    if (const JunkItem* const item = itemAtRow(row)) {
         toggle(*item);
     }
 }
 
 void JunkStore::selectSafe() {
-    setSelected(safeOnes(m_items));
+    setSelected(safeItems(m_items));
 }
 
 void JunkStore::cleanAllSafe() {
@@ -195,7 +195,7 @@ void JunkStore::cleanAllSafe() {
 }
 
 void JunkStore::cleanSelected() {
-    std::vector<JunkItem> chosen = onlyThose(m_items, m_selected);
+    std::vector<JunkItem> chosen = selectedItems(m_items, m_selected);
     if (chosen.empty() || isCleaning()) {
         return;
     }
@@ -221,11 +221,11 @@ void JunkStore::clean(std::vector<JunkItem> chosen) {
     cleanNext();
 }
 
-/// Each item is moved by a thread of its own, because it may lie on a disk that never answers.
+/// Moves each item on a thread of its own, because a disk may never answer.
 void JunkStore::cleanNext() {
     m_copiedPercent = -1;
     Q_EMIT cleaningChanged();
-    m_patience.start();
+    m_moveTimer.start();
     const std::size_t index = m_cleaning->next;
     Dispatch::background([self = QPointer(this), cleaning = m_cleaning, index, item = m_cleaning->chosen[index],
                           &trash = m_services.trash](const std::stop_token& stop) {
@@ -235,7 +235,7 @@ void JunkStore::cleanNext() {
             if (std::exchange(last, percent) != percent) {
                 Dispatch::main([self, cleaning, index, percent] {
                     if (self != nullptr && self->m_cleaning == cleaning && cleaning->next == index) {
-                        self->m_patience.start();
+                        self->m_moveTimer.start();
                         self->m_copiedPercent = percent;
                         Q_EMIT self->cleaningChanged();
                     }
@@ -251,7 +251,7 @@ void JunkStore::cleanNext() {
     });
 }
 
-/// An item was moved, or could not be, or is passed over. What was passed over may come here again later.
+/// Called when an item was moved, failed or timed out. An item that timed out may be reported a second time.
 void JunkStore::finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, bool isMoved) {
     const FileURL& id = cleaning->chosen[index].id();
     if (isMoved) {
@@ -277,7 +277,7 @@ void JunkStore::finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_
 }
 
 void JunkStore::finishCleaning() {
-    m_patience.stop();
+    m_moveTimer.stop();
     const std::shared_ptr<Cleaning> cleaning = std::exchange(m_cleaning, nullptr);
     removeMoved(cleaning->moved);
     Q_EMIT cleaningChanged();
@@ -300,7 +300,7 @@ void JunkStore::reveal(const JunkItem& item) {
 }
 
 void JunkStore::revealRow(int row) {
-    if (const JunkItem* const item = itemInRow(row)) {
+    if (const JunkItem* const item = itemAtRow(row)) {
         reveal(*item);
     }
 }

@@ -17,16 +17,16 @@ class InstalledApplications;
 class Trash;
 class UserFolders;
 
-/// What the junk screen shows: what was found, what of it is ticked, and how cleaning goes. Lives on the main thread
-/// for as long as the screen is shown; a scan that it has begun runs on without it. Each change notifies once, after
-/// the new value is in place.
+/// The state of the junk screen: the items found, the selection, and the progress of cleaning. Lives on the main thread
+/// while the screen is shown; a scan that it started ends without it. Each change emits one notification, after the
+/// value is set.
 class JunkStore : public QObject {
     Q_OBJECT
 
 public:
     using Selection = std::unordered_set<FileURL>;
 
-    /// The desktop as this store uses it; outlives it.
+    /// The services of the desktop. They must outlive the store.
     struct Services {
         Dialogs& dialogs;
         Trash& trash;
@@ -39,7 +39,7 @@ public:
     ~JunkStore() override;
     Q_DISABLE_COPY_MOVE(JunkStore)
 
-    /// What was found, largest first. For the screens: how many, and how many of them are safe.
+    /// The items found, largest first; for QML their number, and how many of them are safe.
     Q_PROPERTY(int count READ count NOTIFY itemsChanged)
     Q_PROPERTY(int safeCount READ safeCount NOTIFY itemsChanged)
     [[nodiscard]] const std::vector<JunkItem>& items() const { return m_items; }
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] int safeCount() const;
     Q_SIGNAL void itemsChanged();
 
-    /// The ticked items. For the screens: whether there are any, and their bytes.
+    /// The selected items; for QML whether there are any, and their total size in bytes.
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChanged)
     Q_PROPERTY(qint64 selectedSize READ selectedSize NOTIFY selectedChanged)
     [[nodiscard]] const Selection& selected() const { return m_selected; }
@@ -55,20 +55,20 @@ public:
     [[nodiscard]] qint64 selectedSize() const;
     Q_SIGNAL void selectedChanged();
 
-    /// From the start of a scan until its result has come.
+    /// True from the start of a scan until its result is published.
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     Q_SIGNAL void isScanningChanged();
 
-    /// How the last cleaning went, until it was read; for the screens empty when there is nothing to say.
+    /// The result of the last cleaning until it is cleared; for QML empty if there is none.
     Q_PROPERTY(QString message READ messageText NOTIFY messageChanged)
     [[nodiscard]] const std::optional<QString>& message() const { return m_message; }
     [[nodiscard]] QString messageText() const { return m_message.value_or(QString()); }
     Q_INVOKABLE void clearMessage() { setMessage(std::nullopt); }
     Q_SIGNAL void messageChanged();
 
-    /// While a cleaning runs: how many items it has dealt with, and of how many; and how much of the present one is
-    /// copied where that is needed, in percent, -1 where nothing is known.
+    /// Progress of a cleaning: items done, items in total, and the percentage copied of the current item if it has to
+    /// be copied, -1 if unknown.
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY cleaningChanged)
     Q_PROPERTY(int cleanedCount READ cleanedCount NOTIFY cleaningChanged)
     Q_PROPERTY(int cleaningCount READ cleaningCount NOTIFY cleaningChanged)
@@ -79,27 +79,27 @@ public:
     [[nodiscard]] int copiedPercent() const { return m_copiedPercent; }
     Q_SIGNAL void cleaningChanged();
 
-    /// Looks for junk anew. What was listed goes at once; what is found comes later, all that is safe ticked. Called
-    /// again meanwhile it looks twice, and what comes last stays.
+    /// Scans for junk. Clears the list at once; the result comes later with all safe items selected. Called during a
+    /// scan, it starts a second one, and the result that comes last is kept.
     Q_INVOKABLE void scan();
 
-    /// Ticks an item, or unticks it.
+    /// Selects or deselects an item.
     void toggle(const JunkItem& item);
     Q_INVOKABLE void toggleRow(int row);
 
-    /// Ticks all that is safe and nothing else.
+    /// Selects all safe items and nothing else.
     Q_INVOKABLE void selectSafe();
 
-    /// Ticks all that is safe and nothing else, then asks and moves it to the Trash.
+    /// Selects all safe items and nothing else, then cleans them as `cleanSelected()` does.
     Q_INVOKABLE void cleanAllSafe();
 
-    /// Asks, and moves what is ticked to the Trash: what was ticked when the question was asked, one after the other in
-    /// the background. What cannot be moved stays listed and ticked. Something that does not answer for a long while is
-    /// passed over and counts as not moved; its row goes if it is moved after all. The end of the program ends it after
-    /// the present item.
+    /// Asks for confirmation, then moves the items selected at that time to the Trash, one after the other in the
+    /// background. Items that fail stay listed and selected. An item that makes no progress for a long time counts as
+    /// failed; its row is removed if it is moved later after all. When the program closes, cleaning ends after the
+    /// current item.
     Q_INVOKABLE void cleanSelected();
 
-    /// Shows an item in the file manager.
+    /// Shows the item in the file manager.
     void reveal(const JunkItem& item);
     Q_INVOKABLE void revealRow(int row);
 
@@ -110,15 +110,15 @@ private:
     void setMessage(std::optional<QString> message);
     struct Cleaning;
 
-    void look(int quietRounds);
-    void publish(JunkScan found, int quietRounds);
-    void lookAgain(std::uint64_t round, int quietRounds);
+    void startScan(int rescans);
+    void publish(JunkScan found, int rescans);
+    void rescan(std::uint64_t scanNumber, int rescans);
     void clean(std::vector<JunkItem> chosen);
     void cleanNext();
     void finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, bool isMoved);
     void finishCleaning();
     void removeMoved(const Selection& moved);
-    [[nodiscard]] const JunkItem* itemInRow(int row) const;
+    [[nodiscard]] const JunkItem* itemAtRow(int row) const;
 
     Services m_services;
     std::vector<JunkItem> m_items;
@@ -126,12 +126,12 @@ private:
     bool m_isScanning = false;
     std::optional<QString> m_message;
 
-    std::uint64_t m_round = 0;   ///< The number of the last scan that was begun.
-    Selection m_movedSinceScan;  ///< What a scan that runs may have seen before it went.
+    std::uint64_t m_scanNumber = 0;  ///< Number of the last scan started by `scan()`.
+    Selection m_movedSinceScan;      ///< A running scan may have recorded them.
 
-    std::shared_ptr<Cleaning> m_cleaning;  ///< Null while none runs.
+    std::shared_ptr<Cleaning> m_cleaning;  ///< Null when none runs.
     int m_cleanedCount = 0;
     int m_cleaningCount = 0;
     int m_copiedPercent = -1;
-    QTimer m_patience;  ///< Fires when the present item of a cleaning has been silent for too long.
+    QTimer m_moveTimer;  ///< Runs while an item is moved; its timeout counts the item as failed.
 };

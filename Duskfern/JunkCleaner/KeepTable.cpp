@@ -6,7 +6,7 @@
 namespace {
 
 struct KeepRow {
-    std::string_view pattern;  ///< A name, with at most one "*" for any text.
+    std::string_view pattern;  ///< A name with at most one "*", which matches any text.
     std::string_view reason;
 };
 
@@ -16,7 +16,7 @@ constexpr KeepRow cacheRows[] = {
     {"evolution", "mail that is not on the server"},
     {"doc", "mount point of the document portal"},
     {"obexd", "files received over Bluetooth"},
-    {"kioexec", "documents opened from afar and not sent back yet"},
+    {"kioexec", "remote documents that are open and not uploaded yet"},
     {"nvim", "undo history and swap files"},
     {"vim", "undo history and swap files"},
     {"emacs", "unsaved edits"},
@@ -33,7 +33,7 @@ constexpr KeepRow cacheRows[] = {
     {"gnome-software", "downloads of updates about to be installed"},
     {"sessions", "the saved session"},
     {"xfce4", "the saved session"},
-    {"wallpaper", "the picture on the desktop"},
+    {"wallpaper", "wallpapers"},
 };
 
 constexpr KeepRow temporaryRows[] = {
@@ -49,7 +49,7 @@ constexpr KeepRow temporaryRows[] = {
     {"pulse-*", "the sound server's socket"},
     {"runtime-*", "a session's sockets"},
     {"hsperfdata_*", "running Java programs'"},
-    {"xauth_*", "the key to the display"},
+    {"xauth_*", "access key of the display"},
     {"lu*.tmp", "an open office document's"},
     {"mozilla_*", "a running browser's"},
     {"Temp-*", "a running browser's"},
@@ -61,7 +61,7 @@ constexpr KeepRow temporaryRows[] = {
 };
 
 constexpr KeepRow supportRows[] = {
-    // Shared by all applications.
+    // Used by all applications or by the desktop.
     {"applications", "menu entries and default programs"},
     {"desktop-directories", "the menu's folders"},
     {"icons", "icons"},
@@ -71,8 +71,8 @@ constexpr KeepRow supportRows[] = {
     {"aurorae", "themes"},
     {"fonts", "fonts"},
     {"sounds", "sound themes"},
-    {"backgrounds", "the picture on the desktop"},
-    {"wallpapers", "the picture on the desktop"},
+    {"backgrounds", "wallpapers"},
+    {"wallpapers", "wallpapers"},
     {"mime", "file types"},
     {"mimeapps.list", "default programs"},
     {"Trash", "the Trash itself"},
@@ -87,7 +87,7 @@ constexpr KeepRow supportRows[] = {
     {"flatpak", "installed Flatpaks"},
     {"snap", "installed snaps"},
     {"snapd", "installed snaps"},
-    {"gvfs-metadata", "notes on files"},
+    {"gvfs-metadata", "metadata of files"},
     {"tracker*", "the file index"},
     {"baloo*", "the file index"},
     {"zeitgeist", "the file index"},
@@ -101,9 +101,9 @@ constexpr KeepRow supportRows[] = {
     {"RecentDocuments", "recent files"},
     {"user-places.xbel*", "bookmarks of the file manager"},
     {"telepathy", "online accounts"},
-    {"grilo-plugins", "what all media players know"},
-    {"webkitgtk", "what all programs with a web view keep"},
-    {"kcookiejar", "what all programs with a web view keep"},
+    {"grilo-plugins", "shared data of media players"},
+    {"webkitgtk", "shared data of programs with a web view"},
+    {"kcookiejar", "shared data of programs with a web view"},
     {"configstore", "settings of all command line tools that use it"},
     {"gegl-*", "add-ons of all image programs"},
     {"libfm", "settings of the file managers"},
@@ -117,7 +117,7 @@ constexpr KeepRow supportRows[] = {
     {"wireplumber", "sound settings"},
     {"autostart*", "programs started at login"},
     {"menus", "menus"},
-    {"user-dirs.*", "where the user's folders are"},
+    {"user-dirs.*", "paths of the user's folders"},
     {"user-tmpfiles.d", "settings of the session"},
     {"gtk-*", "settings of all GTK programs"},
     {"gtkrc*", "settings of all GTK programs"},
@@ -156,9 +156,9 @@ constexpr KeepRow supportRows[] = {
     {"touchpadrc", "settings of the desktop"},
     {"startkderc", "settings of the desktop"},
     {"filetypesrc", "file types"},
-    {"emaildefaults", "the mail program to use"},
-    {"emailidentities", "a person's addresses"},
-    {"klipper", "what was copied"},
+    {"emaildefaults", "the default mail program"},
+    {"emailidentities", "the user's addresses"},
+    {"klipper", "the clipboard history"},
     {"powermanagementprofilesrc", "settings of the desktop"},
     {"systemsettingsrc", "settings of the desktop"},
     {"session", "the saved session"},
@@ -178,7 +178,7 @@ constexpr KeepRow supportRows[] = {
     {"budgie-desktop", "settings of the desktop"},
     {"sway", "settings of the desktop"},
     {"hypr", "settings of the desktop"},
-    // A person's data.
+    // Data of the user.
     {"mozilla", "browser profiles"},
     {"firefox", "browser profiles"},
     {"librewolf*", "browser profiles"},
@@ -256,11 +256,11 @@ constexpr KeepRow supportRows[] = {
     {"keepass*", "passwords"},
     {"Bitwarden", "passwords"},
     {"1Password", "passwords"},
-    {"rclone", "keys to online storage"},
-    {"Nextcloud", "keys to online storage"},
-    {"syncthing", "keys to other devices"},
-    {"kdeconnect", "keys to other devices"},
-    {"remmina", "keys to other devices"},
+    {"rclone", "credentials of online storage"},
+    {"Nextcloud", "credentials of online storage"},
+    {"syncthing", "credentials of other devices"},
+    {"kdeconnect", "credentials of other devices"},
+    {"remmina", "credentials of other devices"},
     {"electrum", "wallets"},
     {"monero*", "wallets"},
     {"gnucash", "accounts"},
@@ -294,11 +294,11 @@ constexpr KeepRow supportRows[] = {
     {"VSCodium", "unsaved edits"},
     {"sublime-text*", "unsaved edits"},
     {"fish", "a shell's history and functions"},
-    {"bash-completion", "what a person wrote for the shell"},
+    {"bash-completion", "the user's shell completions"},
     {"Bitcoin", "wallets"},
 };
 
-/// Lower case of an ASCII letter, whatever the locale: a Turkish one has another "i".
+/// ASCII lower case, independent of the locale (Turkish maps "I" differently).
 char folded(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }

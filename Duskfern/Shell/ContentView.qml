@@ -3,14 +3,14 @@ import Duskfern.Engine
 import Duskfern.Shell
 import Duskfern.Theme
 
-/// The sidebar beside the screen of the current mode.
+/// The sidebar and the screen of the current mode.
 SplitPane {
     id: root
 
     required property ScanStore store
     required property ScreenStores screens
 
-    /// The loader of the screen that is shown. Only that screen can have the keyboard.
+    /// The loader of the current screen. Only this one is enabled.
     property Loader shown: visit
 
     function focusSearch() {
@@ -18,21 +18,21 @@ SplitPane {
         spaceMap.item.focusSearch(); // qmllint disable type
     }
 
-    /// Shows a screen and gives it the keyboard, also where it is shown already.
+    /// Shows a screen and moves the focus into it, also if it is shown already.
     function show(mode: int) {
         root.store.mode = mode;
         root.takeFocus();
     }
 
-    /// Gives the keyboard to what a person would act on first in the screen that is shown.
+    /// Moves the focus to the first item to act on in the current screen.
     function takeFocus() {
         if (root.enabled) {
             root.shown.item.firstFocus().forceActiveFocus(); // qmllint disable type
         }
     }
 
-    // Screens are named by their files, because the type of an inline one would be loaded at launch.
-    function follow() {
+    // Screens are given as files, because the type of an inline one would be loaded at launch.
+    function updateScreen() {
         if (root.store.mode === Mode.Space && spaceMap.item === null) {
             spaceMap.setSource("qrc:/qt/qml/Duskfern/SpaceMap/DashboardView.qml", {store: root.store});
         }
@@ -47,7 +47,7 @@ SplitPane {
         root.takeFocus();
     }
 
-    /// Does nothing unless the screen that shows the selection is in view.
+    /// Does nothing unless the space map, which shows the selection, is the current screen.
     function moveSelectedToTrash() {
         if (root.store.mode === Mode.Space) {
             root.store.moveSelectedToTrash();
@@ -67,7 +67,7 @@ SplitPane {
     second: Item {
         anchors.fill: parent
 
-        // Once shown it is kept. What is hidden would keep the focus.
+        // Kept once loaded. Disabled while hidden, because a hidden item keeps the focus.
         Loader {
             id: spaceMap
 
@@ -76,20 +76,20 @@ SplitPane {
             visible: root.shown === spaceMap
         }
 
-        // Made anew for each visit. The store is handed over once rather than bound, because it goes away after its
-        // screen.
+        // Loaded anew for each visit. Its store is passed once instead of bound, because the store is destroyed after
+        // the screen.
         Loader {
             id: visit
 
             anchors.fill: parent
 
-            Component.onCompleted: root.follow()
+            Component.onCompleted: root.updateScreen()
         }
     }
 
     Connections {
         function onChanged() {
-            root.follow();
+            root.updateScreen();
         }
 
         target: root.screens

@@ -16,7 +16,6 @@
 
 #include <system_error>
 
-Q_IMPORT_QML_PLUGIN(Duskfern_DesktopPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_FolderBrowserPlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_JunkCleanerPlugin)
@@ -27,7 +26,7 @@ Q_IMPORT_QML_PLUGIN(Duskfern_ThemePlugin)
 
 namespace {
 
-std::jthread lookForFonts() {
+std::jthread loadFonts() {
     try {
         return std::jthread([] { (void)QFontDatabase::families(); });
     } catch (const std::system_error&) {
@@ -48,7 +47,7 @@ void DuskfernApp::prepareProcess() {
 
 DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     : QObject(parent),
-      m_fonts(lookForFonts()),
+      m_fonts(loadFonts()),
       m_colorScheme(services.colorScheme),
       m_dialogs(services.folderChooser),
       m_store(m_dialogs, services.trash, services.fileManager),
@@ -65,16 +64,16 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
         {QStringLiteral("folderBrowser"), QVariant::fromValue(&services.folderBrowser)},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Duskfern/Shell/MainWindow.qml")));
-    installSpanish();
+    installTranslation();
     m_window = m_engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
     if (m_window == nullptr) {
         qFatal("the window could not be made");
     }
     m_dialogs.setWindow(m_window);
-    connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::followColorScheme);
+    connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::applyColorScheme);
     qGuiApp->installEventFilter(this);
-    followColorScheme();
-    // The icon is drawn in several sizes, which can wait until the window is there.
+    applyColorScheme();
+    // Drawing the icon in several sizes takes time, so it waits for the first frame.
     connect(
         m_window, &QQuickWindow::frameSwapped, this,
         [] { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/assets/AppIcon21.svg"))); },
@@ -83,9 +82,9 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
 
 DuskfernApp::~DuskfernApp() = default;
 
-/// Every text is Spanish, whatever the locale. The engine installs the catalogue of the locale when it loads the first
-/// file; the one installed last comes first.
-void DuskfernApp::installSpanish() {
+/// Qt's own texts in Spanish, whatever the locale. Called after the QML engine has loaded its first file: the engine
+/// then installs the catalogue of the locale, and the last one installed is searched first.
+void DuskfernApp::installTranslation() {
     if (m_spanish.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&m_spanish);
     }
@@ -99,13 +98,13 @@ void DuskfernApp::show() {
 
 bool DuskfernApp::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange) {
-        followColorScheme();
+        applyColorScheme();
     }
     return QObject::eventFilter(watched, event);
 }
 
-/// Where the desktop states no preference its palette tells: dark means text lighter than what is behind it.
-void DuskfernApp::followColorScheme() {
+/// Applies the colour preference. Without one the palette decides: dark if text is lighter than its background.
+void DuskfernApp::applyColorScheme() {
     const QPalette palette = QGuiApplication::palette();
     const bool darkPalette =
         palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Desktop/ColorScheme.h"
-#include "Desktop/WindowDialogs.h"
 #include "Shell/ScreenStores.h"
+#include "Shell/WindowDialogs.h"
 #include "SpaceScan/ScanStore.h"
 
 #include <QtCore/QObject>
@@ -21,25 +21,25 @@ class MountedVolumes;
 class Trash;
 class UserFolders;
 
-/// The application: its stores, its one window, and what connects them to the desktop.
+/// The application: stores, the window, and their connections to the desktop.
 class DuskfernApp : public QObject {
     Q_OBJECT
 
 public:
-    /// The desktop as this program uses it. Everything outlives the application object.
+    /// The services of the desktop. They must outlive the application object.
     struct Services {
         Trash& trash;
         FileManager& fileManager;
         FolderChooser& folderChooser;
-        FolderBrowser& folderBrowser;  ///< Shown by the window when the chooser opens it.
+        FolderBrowser& folderBrowser;  ///< Shown by the window when the chooser falls back to it.
         ColorScheme& colorScheme;
         MountedVolumes& mountedVolumes;
         UserFolders& userFolders;
         std::shared_ptr<const InstalledApplications> applications;
     };
 
-    /// Sets up what concerns the whole process: names, and numbers in Spanish where the session names no locale. To be
-    /// called before the first window, and before anything formats a number.
+    /// Sets names, and the Spanish locale where the session sets none. Must be called before a window is created and
+    /// before a number is formatted.
     static void prepareProcess();
 
     explicit DuskfernApp(const Services& services, QObject* parent = nullptr);
@@ -56,11 +56,11 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void installSpanish();
-    void followColorScheme();
+    void installTranslation();
+    void applyColorScheme();
 
-    /// Looks for the system's fonts, which takes as long as loading half of the window, beside that. None where there
-    /// is no thread to be had.
+    /// Loads the list of system fonts while the window is loaded, which takes half as long as that. Not joinable if no
+    /// thread can be started; the fonts are then loaded on first use.
     std::jthread m_fonts;
 
     ColorScheme& m_colorScheme;

@@ -5,7 +5,7 @@ import QtQuick.Templates as T
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// The slim menu bar with its one menu.
+/// The menu bar with its single menu.
 Rectangle {
     id: root
 
@@ -13,11 +13,11 @@ Rectangle {
 
     readonly property bool open: menu.visible
 
-    // What had the keyboard when the menu took it, while it is to have it back: Qt 6.8 gives it to what had it when the
-    // menu was open before.
+    // The focus item before the menu opened, to be restored when it closes. Needed because Qt 6.8 restores the one of the
+    // previous opening.
     property Item before: null
 
-    /// It was shown and is not any more.
+    /// The menu was open and is closed now.
     signal closed
     signal quitRequested
 
@@ -41,27 +41,17 @@ Rectangle {
         width: parent.width
     }
 
-    T.AbstractButton {
+    Pressable {
         id: title
 
-        Accessible.name: text
         Accessible.role: Accessible.MenuItem
         anchors.verticalCenter: parent.verticalCenter
-        focusPolicy: Qt.TabFocus
-        hoverEnabled: true
         implicitHeight: Math.ceil(contentItem.implicitHeight) + 8
         implicitWidth: contentItem.implicitWidth + 20
         text: "Archivo"
         x: 6
 
-        Accessible.onPressAction: {
-            if (title.enabled) {
-                title.clicked();
-            }
-        }
         Keys.onDownPressed: root.toggle()
-        Keys.onEnterPressed: root.toggle()
-        Keys.onReturnPressed: root.toggle()
         onClicked: root.toggle()
 
         background: Rectangle {
@@ -94,14 +84,14 @@ Rectangle {
         modal: false
         padding: 5
 
-        // It goes when the keyboard is wanted elsewhere; not at once, because that may be its own end.
+        // Closes when another item takes the focus; later, because the change may come from the menu's own closing.
         onActiveFocusChanged: {
             if (!menu.activeFocus) {
                 Qt.callLater(menu.close); // qmllint disable type
             }
         }
         onAboutToHide: {
-            // The window itself has it for a moment in Qt 6.8.
+            // In Qt 6.8 the window's root item has the focus for a moment.
             const elsewhere = !menu.activeFocus && root.Window.activeFocusItem !== root.Window.contentItem;
             if (elsewhere) {
                 root.before = null;

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Duskfern.Theme
 
-/// One command of a menu, with the keys that do the same.
+/// A menu command with its key combination.
 T.MenuItem {
     id: root
 

@@ -1,11 +1,10 @@
 import QtQuick
-import Duskfern.Desktop
 import Duskfern.Engine
 import Duskfern.FolderBrowser
 import Duskfern.Shell
 import Duskfern.Theme
 
-/// The one window: a menu over the sidebar and the screen.
+/// The window: the menu above the sidebar and the screen.
 Window {
     id: root
 
@@ -14,18 +13,18 @@ Window {
     required property WindowDialogs dialogs
     required property FolderBrowser folderBrowser
 
-    /// Whether the desktop asks for dark colours; set from outside.
+    /// Whether dark colours are used; set by the application.
     property bool dark: false
 
-    /// Whether the window has been on the screen.
+    /// Whether the first frame was shown.
     property bool seen: false
 
     readonly property bool blocked: root.dialogs.isOpen || alerts.open
 
-    /// Gives the keyboard to what is in front; there it goes on where it was.
-    function settle() {
+    /// Moves the focus to the topmost part of the window; within it, to the item that had it before.
+    function restoreFocus() {
         if (root.folderBrowser.isOpen) {
-            // It takes the keyboard by itself.
+            // The dialog takes the focus itself.
             return;
         }
         if (root.blocked) {
@@ -42,7 +41,7 @@ Window {
     title: "Duskfern"
     width: 1180
 
-    onBlockedChanged: root.settle()
+    onBlockedChanged: root.restoreFocus()
     onClosing: root.dialogs.answer(false)
     onFrameSwapped: root.seen = true
 
@@ -55,11 +54,11 @@ Window {
     Binding {
         property: "keyboard"
         target: Theme
-        value: keeper.keyboard
+        value: focusWatcher.keyboard
     }
 
-    FocusKeeper {
-        id: keeper
+    FocusWatcher {
+        id: focusWatcher
 
         window: root
 
@@ -102,7 +101,7 @@ Window {
             store: root.store
             width: parent.width
 
-            onClosed: root.settle()
+            onClosed: root.restoreFocus()
             onQuitRequested: root.close()
         }
 
@@ -117,7 +116,7 @@ Window {
         }
     }
 
-    // Not needed for the first frame, and not quick to make.
+    // Created after the first frame, because it takes time.
     Loader {
         id: alerts
 

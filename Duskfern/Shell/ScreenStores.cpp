@@ -4,13 +4,13 @@
 
 ScreenStores::ScreenStores(const ScanStore& store, const Services& services, QObject* parent)
     : QObject(parent), m_store(store), m_services(services), m_measurement(services.junk.userFolders) {
-    connect(&store, &ScanStore::modeChanged, this, &ScreenStores::follow);
-    follow();
+    connect(&store, &ScanStore::modeChanged, this, &ScreenStores::updateStores);
+    updateStores();
 }
 
 ScreenStores::~ScreenStores() = default;
 
-void ScreenStores::follow() {
+void ScreenStores::updateStores() {
     HomeStore* const oldHome = m_home;
     JunkStore* const oldJunk = m_junk;
     const ScanStore::Mode mode = m_store.mode();

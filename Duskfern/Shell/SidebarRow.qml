@@ -1,37 +1,21 @@
 import QtQuick
-import QtQuick.Templates as T
 import Duskfern.Theme
 
-/// A button of the sidebar; the whole row is its label.
-T.AbstractButton {
+/// A button of the sidebar. The whole row is clickable.
+Pressable {
     id: root
 
     required property string symbol
     required property color highlight
     required property bool current
 
-    /// What a click does, for keys and assistive technologies.
-    function press() {
-        if (root.enabled) {
-            root.clicked();
-        }
-    }
-
     Accessible.checkable: true
     Accessible.checked: root.current
-    Accessible.name: root.text
-    Accessible.role: Accessible.Button
     Accessible.selectable: true
     Accessible.selected: root.current
-    focusPolicy: Qt.TabFocus
     horizontalPadding: 10
-    hoverEnabled: true
     implicitHeight: Math.ceil(contentItem.implicitHeight) + topPadding + bottomPadding
     verticalPadding: 8
-
-    Accessible.onPressAction: root.press()
-    Keys.onEnterPressed: root.press()
-    Keys.onReturnPressed: root.press()
 
     background: Rectangle {
         color: root.current ? root.highlight : Theme.tint(Theme.primary, root.down ? 0.1 : root.hovered ? 0.05 : 0)

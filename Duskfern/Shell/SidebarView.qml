@@ -4,7 +4,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// The left column: the brand, the screens, the filter by category, and the promise at the bottom.
+/// The sidebar: the name, the screens, the category filter, and the privacy note.
 Rectangle {
     id: root
 
@@ -32,47 +32,10 @@ Rectangle {
 
     color: Theme.sidebar
 
-    Item {
+    SidebarBrand {
         id: brand
 
-        height: 38 + 32
         width: parent.width
-
-        AppIcon {
-            id: icon
-
-            Accessible.ignored: true
-            anchors.verticalCenter: parent.verticalCenter
-            height: 38
-            radius: 9
-            width: 38
-            x: 16
-        }
-
-        Column {
-            anchors.left: icon.right
-            anchors.leftMargin: 10
-            anchors.right: parent.right
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 1
-
-            Label {
-                font.pixelSize: Theme.headline
-                font.weight: Font.DemiBold
-                text: "Duskfern 2.1"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                font.letterSpacing: 2
-                font.pixelSize: Theme.fixed8
-                font.weight: Font.DemiBold
-                text: "DISK & CLEAN"
-                width: parent.width
-            }
-        }
     }
 
     Column {
@@ -160,51 +123,12 @@ Rectangle {
         }
     }
 
-    Rectangle {
+    SidebarPromise {
         id: footer
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.margins: 12
         anchors.right: parent.right
-        color: Theme.tint(Theme.primary, 0.06)
-        height: promise.height + 24
-        radius: 12
-
-        Symbol {
-            id: shield
-
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.mint
-            name: "lock.shield.fill"
-            size: Theme.title3
-            x: 12
-        }
-
-        Column {
-            id: promise
-
-            anchors.left: shield.right
-            anchors.leftMargin: 8
-            anchors.right: parent.right
-            anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 4
-
-            Label {
-                font.bold: true
-                font.pixelSize: Theme.callout
-                text: "100% local"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
-                text: "Tus archivos nunca salen de este Mac."
-                width: parent.width
-                wrapMode: Text.Wrap
-            }
-        }
     }
 }

@@ -1,10 +1,10 @@
 import QtQuick
-import Duskfern.Desktop
 import Duskfern.Engine
 import Duskfern.FolderBrowser
+import Duskfern.Shell
 import Duskfern.Theme
 
-/// Everything that is shown over the window and blocks it, one thing at a time.
+/// Dialogs and messages that block the window, one at a time.
 FocusScope {
     id: root
 
@@ -12,10 +12,10 @@ FocusScope {
     required property WindowDialogs dialogs
     required property FolderBrowser folderBrowser
 
-    /// The store of the screen that cleans, while it is shown.
+    /// The store of the junk screen; null while another screen is shown.
     required property JunkStore junk
 
-    /// What is to be shown now. A message waits until nothing else is open.
+    /// The dialog to show. A message waits until nothing else is open.
     readonly property Component current: {
         if (root.dialogs.isOpen) {
             return root.dialogs.isConfirming ? question : root.folderBrowser.isOpen ? chooser : null;
@@ -24,10 +24,10 @@ FocusScope {
         return root.junk?.isCleaning ? progress : root.store.errorMessage !== "" ? failure : cleaned;
     }
 
-    /// Whether something is shown.
+    /// Whether a dialog is shown.
     readonly property bool open: root.current !== null
 
-    // Bound components cannot be loaded in Qt 6.4.
+    // Qt 6.4 cannot load bound components.
     Component {
         id: chooser
 
@@ -66,6 +66,7 @@ FocusScope {
         ProgressDialog {
             done: root.junk?.cleanedCount ?? 0 // qmllint disable unqualified
             message: "Moviendo a la Papelera…"
+            percent: root.junk?.copiedPercent ?? -1 // qmllint disable unqualified
             total: root.junk?.cleaningCount ?? 0 // qmllint disable unqualified
         }
     }

@@ -28,7 +28,7 @@ constexpr WindowKey windowKeys[] = {
     {Qt::Key_F10, Qt::NoModifier, &WindowKeys::menu},
 };
 
-/// The modifiers that were held for their own sake: some layouts need Shift for a digit.
+/// The modifiers that count: Shift is ignored for digits, because some layouts need it to type one.
 Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event) {
     Qt::KeyboardModifiers ignored = Qt::KeypadModifier | Qt::GroupSwitchModifier;
     if (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9) {

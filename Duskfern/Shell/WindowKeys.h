@@ -4,8 +4,8 @@
 #include <QtCore/QObject>
 #include <QtQuick/QQuickWindow>
 
-/// The keys that mean the same wherever the keyboard's focus is. They are taken from the window itself, because those
-/// that Qt Quick looks for do not come through an open menu or a dialog in Qt 6.4.
+/// Key combinations that work wherever the focus is. Taken from the window by an event filter, because Qt Quick's
+/// Shortcut does not work with an open menu or dialog in Qt 6.4.
 class WindowKeys : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -13,17 +13,17 @@ class WindowKeys : public QObject {
 public:
     using QObject::QObject;
 
-    /// Set once.
+    /// The window to watch. May be set once.
     Q_PROPERTY(QQuickWindow* window READ window WRITE setWindow NOTIFY windowChanged REQUIRED)
     [[nodiscard]] QQuickWindow* window() const { return m_window; }
     void setWindow(QQuickWindow* window);
     Q_SIGNAL void windowChanged();
 
-    /// While this is set only `quit` is given.
+    /// While set, only `quit` is emitted.
     Q_PROPERTY(bool blocked MEMBER m_blocked NOTIFY blockedChanged)
     Q_SIGNAL void blockedChanged();
 
-    /// What the keys ask for. A key that is held down asks once.
+    /// One signal per command. Key repeats are ignored.
     Q_SIGNAL void quit();
     Q_SIGNAL void chooseFolder();
     Q_SIGNAL void analyse();

@@ -1,21 +1,20 @@
 import QtQuick
 import Duskfern.Engine
+import Duskfern.SpaceMap
 import Duskfern.Theme
 
-/// What is known of the chosen folder: how the analysis stands, its three numbers, its files as a list and as a map.
+/// The analysis of the chosen folder: its state, three numbers, and its files as a list and as a map.
 Item {
     id: root
 
     required property ScanStore store
-
-    readonly property string statusText: root.store.isScanning ? "Analizando… " + Formatters.grouped(root.store.scannedCount) + " archivos" : "Análisis completado · " + root.store.skippedCount + " elementos no accesibles"
 
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
     }
 
-    /// What the keyboard acts on when this is shown.
+    /// The item that gets the focus when this is shown.
     function firstFocus(): Item {
         return files.firstFocus();
     }
@@ -45,7 +44,7 @@ Item {
             Label {
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
-                text: root.statusText
+                text: StatusTexts.analysis(root.store.isScanning, root.store.scannedCount, root.store.skippedCount)
                 width: parent.width
             }
         }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Duskfern.Theme
 
-/// The part of a bubble that can be pressed; what it looks like is painted on the map's canvas.
+/// The clickable area and accessibility of a bubble. The map's canvas paints it.
 T.AbstractButton {
     id: root
 
@@ -14,10 +14,10 @@ T.AbstractButton {
     required property string sizeText
     required property string path
 
-    /// Enter was pressed: the bubble's file is to be selected and shown.
+    /// Enter was pressed: select the bubble's file and show it.
     signal revealed
 
-    /// What a click does, for keys and assistive technologies.
+    /// Called for a click, for keys and by assistive technologies.
     function press() {
         if (root.enabled) {
             root.clicked();

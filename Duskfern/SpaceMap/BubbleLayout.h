@@ -5,21 +5,21 @@
 #include <span>
 #include <vector>
 
-/// A circle of the bubble map, in logical pixels of its area.
+/// A circle of the bubble map, in logical pixels of the map's area.
 struct Bubble {
-    double x = 0;  ///< Of the centre.
+    double x = 0;  ///< Centre.
     double y = 0;
     double diameter = 0;
 
     bool operator==(const Bubble&) const = default;
 };
 
-/// The bubble map shows at most this many files.
+/// The maximum number of files in the bubble map.
 inline constexpr std::size_t maximumBubbles = 14;
 
-/// Only larger bubbles show the name of their file.
+/// Only bubbles larger than this show the name of their file.
 inline constexpr double namedBubbleDiameter = 85;
 
-/// Places one bubble for each size, largest size first, in an area: their areas follow the sizes, their centres a
-/// sunflower spiral around the middle. Bubbles overlap, and reach over the edge, as they may.
+/// Places one bubble per size, largest first, in an area. The area of a bubble grows with its size; the centres lie on
+/// a sunflower spiral around the middle. Bubbles may overlap and extend beyond the edge.
 [[nodiscard]] std::vector<Bubble> bubbleLayout(std::span<const std::int64_t> sizes, double width, double height);

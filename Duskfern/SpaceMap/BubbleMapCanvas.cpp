@@ -13,7 +13,7 @@ namespace {
 constexpr qreal padding = 8;
 constexpr qreal spacing = 3;
 
-/// At most two lines of a name, broken where it does not fit, the second one elided.
+/// The name in at most two lines; the second one is elided.
 QStringList nameLines(const QString& name, const QFont& font, qreal width) {
     QTextLayout layout(name, font);
     QTextOption option(Qt::AlignHCenter);
@@ -35,7 +35,7 @@ QStringList nameLines(const QString& name, const QFont& font, qreal width) {
 
 BubbleMapCanvas::BubbleMapCanvas(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-    connect(this, &BubbleMapCanvas::lookChanged, this, [this] { update(); });
+    connect(this, &BubbleMapCanvas::appearanceChanged, this, [this] { update(); });
 }
 
 void BubbleMapCanvas::setModel(BubbleMapModel* model) {
@@ -78,7 +78,7 @@ void BubbleMapCanvas::paintBubble(QPainter& painter, int index) const {
     paintContent(painter, index, box.adjusted(padding, padding, -padding, -padding));
 }
 
-/// The symbol, the name where there is room, and the size, in the middle of `box`.
+/// Paints the symbol, the name if the bubble is large enough, and the size, centred in `box`.
 void BubbleMapCanvas::paintContent(QPainter& painter, int index, const QRectF& box) const {
     const FileItem& item = m_model->items()[static_cast<size_t>(index)];
     const QFontMetricsF body(m_bodyFont);
@@ -100,7 +100,7 @@ void BubbleMapCanvas::paintContent(QPainter& painter, int index, const QRectF& b
     painter.setPen(Qt::white);
     const auto write = [&](const QString& text, const QFont& font, const QFontMetricsF& metrics) {
         painter.setFont(font);
-        // The text may be wider than the circle; it then reaches over both sides alike.
+        // Text wider than the circle extends equally on both sides.
         const QRectF line(box.center().x() - 500, top, 1000, metrics.height());
         painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine, text);
         top += metrics.height();

@@ -7,7 +7,7 @@
 #include <QtGui/QFont>
 #include <QtQuick/QQuickPaintedItem>
 
-/// Paints the bubbles of a model, the first at the bottom, clipped to an area with rounded corners.
+/// Paints the bubbles of a model, the first one lowest, clipped to a rounded rectangle.
 class BubbleMapCanvas : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -20,17 +20,17 @@ public:
     void setModel(BubbleMapModel* model);
     Q_SIGNAL void modelChanged();
 
-    /// The bubble under the pointer, or -1, and whether it is held down.
-    Q_PROPERTY(int hovered MEMBER m_hovered NOTIFY lookChanged)
-    Q_PROPERTY(bool pressed MEMBER m_pressed NOTIFY lookChanged)
+    /// The bubble under the pointer, or -1, and whether the button is pressed there.
+    Q_PROPERTY(int hovered MEMBER m_hovered NOTIFY appearanceChanged)
+    Q_PROPERTY(bool pressed MEMBER m_pressed NOTIFY appearanceChanged)
 
-    Q_PROPERTY(qreal cornerRadius MEMBER m_cornerRadius NOTIFY lookChanged)
-    Q_PROPERTY(QColor background MEMBER m_background NOTIFY lookChanged)
-    Q_PROPERTY(QColor from MEMBER m_from NOTIFY lookChanged)  ///< At the top left of each bubble.
-    Q_PROPERTY(QColor to MEMBER m_to NOTIFY lookChanged)      ///< At its bottom right.
-    Q_PROPERTY(QFont bodyFont MEMBER m_bodyFont NOTIFY lookChanged)
-    Q_PROPERTY(QFont sizeFont MEMBER m_sizeFont NOTIFY lookChanged)
-    Q_SIGNAL void lookChanged();
+    Q_PROPERTY(qreal cornerRadius MEMBER m_cornerRadius NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor background MEMBER m_background NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor from MEMBER m_from NOTIFY appearanceChanged)  ///< Colour at the top left of a bubble.
+    Q_PROPERTY(QColor to MEMBER m_to NOTIFY appearanceChanged)      ///< Colour at the bottom right.
+    Q_PROPERTY(QFont bodyFont MEMBER m_bodyFont NOTIFY appearanceChanged)
+    Q_PROPERTY(QFont sizeFont MEMBER m_sizeFont NOTIFY appearanceChanged)
+    Q_SIGNAL void appearanceChanged();
 
     void paint(QPainter* painter) override;
 

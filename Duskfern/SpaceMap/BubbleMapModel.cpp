@@ -8,8 +8,8 @@
 
 void BubbleMapModel::setStore(ScanStore* store) {
     m_store = store;
-    connect(store, &ScanStore::filteredFilesChanged, this, &BubbleMapModel::follow);
-    follow();
+    connect(store, &ScanStore::filteredFilesChanged, this, &BubbleMapModel::updateItems);
+    updateItems();
     Q_EMIT storeChanged();
 }
 
@@ -18,14 +18,14 @@ void BubbleMapModel::setArea(const QSizeF& area) {
         return;
     }
     m_area = area;
-    lay();
+    layOutBubbles();
     if (!m_items.empty()) {
         Q_EMIT dataChanged(index(0), index(count() - 1), {CenterXRole, CenterYRole, DiameterRole});
     }
     Q_EMIT areaChanged();
 }
 
-void BubbleMapModel::follow() {
+void BubbleMapModel::updateItems() {
     const FilteredFiles& files = m_store->filteredFiles();
     std::vector<FileItem> items;
     for (std::size_t i = 0; i < std::min(files.size(), maximumBubbles); ++i) {
@@ -36,9 +36,9 @@ void BubbleMapModel::follow() {
     }
     const std::optional<FileItem> focused =
         m_focused < 0 ? std::nullopt : std::optional(m_items[static_cast<std::size_t>(m_focused)]);
-    m_isChanging = true;
+    m_isUpdating = true;
     show(std::move(items));
-    m_isChanging = false;
+    m_isUpdating = false;
     if (focused) {
         const auto place = std::find_if(m_items.begin(), m_items.end(),
                                         [&](const FileItem& item) { return item.id() == focused->id(); });
@@ -50,12 +50,12 @@ void BubbleMapModel::follow() {
 }
 
 void BubbleMapModel::show(std::vector<FileItem> items) {
-    // Bubbles are kept and show other files, because new ones take longer to make than a search.
+    // Reuses the existing bubbles for other files, because creating new ones takes longer than a search.
     const int before = count();
     const int now = static_cast<int>(items.size());
     const auto fill = [&] {
         m_items = std::move(items);
-        lay();
+        layOutBubbles();
     };
     if (now < before) {
         beginRemoveRows({}, now, before - 1);
@@ -77,12 +77,12 @@ void BubbleMapModel::show(std::vector<FileItem> items) {
 }
 
 void BubbleMapModel::setFocus(int bubble, bool hasFocus) {
-    if (!m_isChanging && (hasFocus || bubble == m_focused)) {
+    if (!m_isUpdating && (hasFocus || bubble == m_focused)) {
         m_focused = hasFocus ? bubble : -1;
     }
 }
 
-void BubbleMapModel::lay() {
+void BubbleMapModel::layOutBubbles() {
     std::vector<std::int64_t> sizes;
     std::transform(m_items.begin(), m_items.end(), std::back_inserter(sizes),
                    [](const FileItem& item) { return item.size; });

@@ -9,8 +9,8 @@
 
 #include <vector>
 
-/// The bubbles of the map: the first files that pass the store's filter, each with its circle in the map's area.
-/// Painting, clicks and tooltips all use these circles.
+/// The bubbles of the map: the first files that match the store's filter, each with its circle in the map's area.
+/// Painting, clicks and tooltips use these circles.
 class BubbleMapModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -23,7 +23,7 @@ public:
     void setStore(ScanStore* store);
     Q_SIGNAL void storeChanged();
 
-    /// The size of the drawing area.
+    /// The size of the map's area.
     Q_PROPERTY(QSizeF area READ area WRITE setArea NOTIFY areaChanged)
     [[nodiscard]] QSizeF area() const { return m_area; }
     void setArea(const QSizeF& area);
@@ -33,13 +33,13 @@ public:
     [[nodiscard]] int count() const { return static_cast<int>(m_items.size()); }
     Q_SIGNAL void countChanged();
 
-    /// The bubble that the keyboard would act on, or -1. It stays with its file: when that is in another bubble, or in
-    /// none, `focusedMoved` tells.
+    /// The bubble with the focus, or -1. It follows its file: `focusedMoved` is emitted when the file is in another
+    /// bubble, or in none.
     Q_PROPERTY(int focused READ focused NOTIFY focusedMoved)
     [[nodiscard]] int focused() const { return m_focused; }
     Q_SIGNAL void focusedMoved();
 
-    /// A bubble got the focus or lost it. What happens to it while the bubbles change does not count.
+    /// To be called when a bubble gets or loses the focus. Ignored while the bubbles change.
     Q_INVOKABLE void setFocus(int bubble, bool hasFocus);
 
     [[nodiscard]] const std::vector<FileItem>& items() const { return m_items; }
@@ -50,14 +50,14 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
-    void follow();
+    void updateItems();
     void show(std::vector<FileItem> items);
-    void lay();
+    void layOutBubbles();
 
     ScanStore* m_store = nullptr;
     QSizeF m_area;
     std::vector<FileItem> m_items;
     std::vector<Bubble> m_bubbles;
     int m_focused = -1;
-    bool m_isChanging = false;
+    bool m_isUpdating = false;
 };

@@ -5,13 +5,13 @@ import Duskfern.Engine
 import Duskfern.SpaceMap
 import Duskfern.Theme
 
-/// The largest files that pass the filter, as circles whose areas follow their sizes.
+/// The largest files that match the filter, as circles.
 Card {
     id: root
 
     required property ScanStore store
 
-    /// The file of the bubble that had the focus is not in the map any more.
+    /// The file of the focused bubble is not in the map any more.
     signal focusLeft
 
     fillOpacity: 0.035
@@ -23,7 +23,7 @@ Card {
         area: Qt.size(area.width, area.height)
         store: root.store
 
-        // Only the place of the focus in this screen changes: the keyboard may be elsewhere.
+        // Changes only the focus within this scope: the active focus may be elsewhere in the window.
         onFocusedMoved: {
             if (bubbles.focused < 0) {
                 root.focusLeft();
@@ -33,35 +33,11 @@ Card {
         }
     }
 
-    Column {
-        id: caption
+    CardHeader {
+        id: header
 
-        leftPadding: 14
-        rightPadding: 14
-        spacing: 2
-        topPadding: 14
-        bottomPadding: 14
-        width: parent.width
-
-        Label {
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
-            text: "Vista visual"
-            width: parent.width - 28
-        }
-
-        Label {
-            color: Theme.secondary
-            font.pixelSize: Theme.caption
-            text: "Cuanto mayor la burbuja, más espacio ocupa"
-            width: parent.width - 28
-        }
-    }
-
-    Divider {
-        id: divider
-
-        anchors.top: caption.bottom
+        subtitle: "Cuanto mayor la burbuja, más espacio ocupa"
+        title: "Vista visual"
         width: parent.width
     }
 
@@ -69,7 +45,7 @@ Card {
         id: area
 
         anchors.bottom: parent.bottom
-        anchors.top: divider.bottom
+        anchors.top: header.bottom
         clip: true
         width: parent.width
 
@@ -110,7 +86,7 @@ Card {
             }
         }
 
-        // One for all bubbles: a tip takes longer to make than all they have besides.
+        // A single tip for all bubbles, because creating one takes longer than creating a bubble.
         HoverTip {
             id: tip
 

@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// The screen of the space map: a folder is chosen, analysed, and its largest files shown.
+/// The space map screen: a folder is chosen and analysed, and its largest files are shown.
 Item {
     id: root
 
@@ -13,81 +13,40 @@ Item {
         analysis?.focusSearch();
     }
 
-    /// What the keyboard acts on when the screen is shown: the files, where there are any or some may come.
+    /// The item that gets the focus when the screen is shown: the files if there are any or a scan is running.
     function firstFocus(): Item {
         const isEmpty = root.store.hasRoot && root.store.filteredCount === 0 && !root.store.isScanning;
         return isEmpty ? choose : body.item.firstFocus(); // qmllint disable type
     }
 
-    Item {
+    ScreenHeader {
         id: header
 
-        height: Math.max(titles.height, buttons.height) + 32
+        subtitle: root.store.hasRoot ? root.store.rootPath : "Elige una carpeta para empezar"
+        subtitleElide: Text.ElideMiddle
+        title: "Mapa de espacio"
         width: parent.width
 
-        Column {
-            id: titles
+        PushButton {
+            id: choose
 
-            anchors.left: parent.left
-            anchors.leftMargin: 16
-            anchors.right: buttons.left
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
+            symbol: "folder"
+            text: "Elegir carpeta"
 
-            Label {
-                font.bold: true
-                font.pixelSize: Theme.title2
-                text: "Mapa de espacio"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                elide: Text.ElideMiddle
-                font.pixelSize: Theme.caption
-                maximumLineCount: 1
-                text: root.store.hasRoot ? root.store.rootPath : "Elige una carpeta para empezar"
-                width: parent.width
-            }
+            onClicked: root.store.chooseFolder()
         }
 
-        Row {
-            id: buttons
+        PushButton {
+            available: root.store.hasRoot && !root.store.isScanning
+            kind: PushButton.Prominent
+            symbol: "magnifyingglass"
+            text: "Analizar"
 
-            anchors.right: parent.right
-            anchors.rightMargin: 16
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 8
-
-            PushButton {
-                id: choose
-
-                symbol: "folder"
-                text: "Elegir carpeta"
-
-                onClicked: root.store.chooseFolder()
-            }
-
-            PushButton {
-                available: root.store.hasRoot && !root.store.isScanning
-                kind: PushButton.Prominent
-                symbol: "magnifyingglass"
-                text: "Analizar"
-
-                onClicked: root.store.startScan()
-            }
+            onClicked: root.store.startScan()
         }
     }
 
-    Divider {
-        id: divider
-
-        anchors.top: header.bottom
-        width: parent.width
-    }
-
-    // Bound components cannot be loaded in Qt 6.4.
+    // Qt 6.4 cannot load bound components.
     Component {
         id: welcome
 
@@ -111,7 +70,7 @@ Item {
         anchors.left: parent.left
         anchors.margins: root.store.hasRoot ? 18 : 0
         anchors.right: parent.right
-        anchors.top: divider.bottom
+        anchors.top: header.bottom
         sourceComponent: root.store.hasRoot ? analysis : welcome
     }
 }

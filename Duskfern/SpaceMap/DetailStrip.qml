@@ -1,8 +1,9 @@
 import QtQuick
 import Duskfern.Engine
+import Duskfern.SpaceMap
 import Duskfern.Theme
 
-/// The selected file, and what can be done with it.
+/// The selected file and the actions for it.
 Item {
     id: root
 
@@ -43,9 +44,9 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        text: "Moviendo a la papelera…" + (root.store.movingPercent < 0 ? "" : " " + root.store.movingPercent + "%")
+        text: StatusTexts.moving(root.store.movingPercent)
         visible: root.store.isMoving
-        // The name keeps a part of the strip, however large the type.
+        // Leaves room for the name with large fonts.
         width: Math.min(implicitWidth, parent.width * 0.7)
     }
 

@@ -11,8 +11,8 @@ int rows(const FilteredFiles& files) {
     return static_cast<int>(std::min(files.size(), FileListModel::maximumRows));
 }
 
-/// The row that is in `before` and missing in `after`, all others being the same; the number of rows if what is missing
-/// lies behind them. None if more than that differs.
+/// The row of `before` that is missing in `after`, if all other rows are equal; the number of rows if the missing file
+/// comes after them. None if the lists differ in more than one file.
 std::optional<int> removedRow(const FilteredFiles& before, const FilteredFiles& after) {
     if (!before.sharesStorage(after) || before.size() != after.size() + 1) {
         return std::nullopt;
@@ -36,23 +36,23 @@ std::optional<int> removedRow(const FilteredFiles& before, const FilteredFiles& 
 
 void FileListModel::setStore(ScanStore* store) {
     m_store = store;
-    connect(store, &ScanStore::filteredFilesChanged, this, &FileListModel::follow);
-    connect(store, &ScanStore::selectedChanged, this, &FileListModel::findSelection);
-    follow();
+    connect(store, &ScanStore::filteredFilesChanged, this, &FileListModel::updateRows);
+    connect(store, &ScanStore::selectedChanged, this, &FileListModel::updateSelectedRow);
+    updateRows();
     Q_EMIT storeChanged();
 }
 
-/// A file that went to the Trash leaves its row, and the rest of the list where it is. Any other change puts new files
-/// into the rows there are, because new rows take longer to make than a search.
-void FileListModel::follow() {
+/// Updates the rows. When one file was removed, only its row is removed, so that the list keeps its position. Any other
+/// change reuses the existing rows, because creating rows takes longer than a search.
+void FileListModel::updateRows() {
     const FilteredFiles& files = m_store->filteredFiles();
     const std::optional<int> removed = removedRow(m_files, files);
-    if (removed != m_shownRows) {
-        const int kept = removed ? m_shownRows - 1 : std::min(m_shownRows, rows(files));
-        if (removed || kept < m_shownRows) {
-            beginRemoveRows({}, removed.value_or(kept), removed.value_or(m_shownRows - 1));
+    if (removed != m_rowCount) {
+        const int kept = removed ? m_rowCount - 1 : std::min(m_rowCount, rows(files));
+        if (removed || kept < m_rowCount) {
+            beginRemoveRows({}, removed.value_or(kept), removed.value_or(m_rowCount - 1));
             m_files = files;
-            m_shownRows = kept;
+            m_rowCount = kept;
             endRemoveRows();
         }
         m_files = files;
@@ -61,7 +61,7 @@ void FileListModel::follow() {
         }
         if (rows(files) > kept) {
             beginInsertRows({}, kept, rows(files) - 1);
-            m_shownRows = rows(files);
+            m_rowCount = rows(files);
             endInsertRows();
         }
         if (!removed) {
@@ -73,17 +73,17 @@ void FileListModel::follow() {
         }
     }
     m_files = files;
-    findSelection();
+    updateSelectedRow();
     if (!removed) {
         Q_EMIT replaced();
     }
 }
 
-void FileListModel::findSelection() {
+void FileListModel::updateSelectedRow() {
     int row = -1;
     if (m_store->selected()) {
         const FileURL& url = m_store->selected()->id();
-        for (int candidate = 0; candidate < m_shownRows && row < 0; ++candidate) {
+        for (int candidate = 0; candidate < m_rowCount && row < 0; ++candidate) {
             row = m_files.isAt(static_cast<size_t>(candidate), url) ? candidate : -1;
         }
     }
@@ -98,11 +98,11 @@ void FileListModel::findSelection() {
 int FileListModel::rowAfter(int steps) const {
     const int gap = steps > 0 ? m_gap - 1 : m_gap;
     const int row = (m_selectedRow >= 0 ? m_selectedRow : gap) + steps;
-    return std::clamp(row, 0, std::max(0, m_shownRows - 1));
+    return std::clamp(row, 0, std::max(0, m_rowCount - 1));
 }
 
 int FileListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : m_shownRows;
+    return parent.isValid() ? 0 : m_rowCount;
 }
 
 QVariant FileListModel::data(const QModelIndex& index, int role) const {

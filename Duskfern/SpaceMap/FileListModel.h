@@ -5,13 +5,13 @@
 #include <QtQml/qqmlregistration.h>
 #include <QtCore/QAbstractListModel>
 
-/// The rows of the file list: the first files that pass the store's filter.
+/// The rows of the file list: the first files that match the store's filter.
 class FileListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
 
 public:
-    /// The list never shows more rows, however many files there are.
+    /// The maximum number of rows.
     static constexpr std::size_t maximumRows = 1000;
 
     enum Role { NumberRole = Qt::UserRole, NameRole, FolderRole, SizeTextRole, IconRole };
@@ -21,16 +21,16 @@ public:
     void setStore(ScanStore* store);
     Q_SIGNAL void storeChanged();
 
-    /// The row of the store's selected file; -1 if it is not among the rows.
+    /// The row of the store's selected file; -1 if it has none.
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
     [[nodiscard]] int selectedRow() const { return m_selectedRow; }
     Q_SIGNAL void selectedRowChanged();
 
-    /// The rows show other files than before, and `selectedRow` is that among them.
+    /// The rows show a new list of files; `selectedRow` is up to date.
     Q_SIGNAL void replaced();
 
-    /// The row `steps` further down than the keyboard is, or further up where that is negative, as far as there are
-    /// rows. It is at the selected row; where that went, between its neighbours; else before the first row.
+    /// The row `steps` below the current position (above if negative), limited to the existing rows. The position is
+    /// the selected row; after that row was removed, between its neighbours; else before the first row.
     [[nodiscard]] Q_INVOKABLE int rowAfter(int steps) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -38,12 +38,12 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
-    void follow();
-    void findSelection();
+    void updateRows();
+    void updateSelectedRow();
 
     ScanStore* m_store = nullptr;
     FilteredFiles m_files;
-    int m_shownRows = 0;
+    int m_rowCount = 0;
     int m_selectedRow = -1;
-    int m_gap = 0;  ///< Without a selected row, the row below where the keyboard is.
+    int m_gap = 0;  ///< Without a selected row: the row below the current position.
 };

@@ -5,7 +5,7 @@ import Duskfern.Engine
 import Duskfern.SpaceMap
 import Duskfern.Theme
 
-/// The largest files that pass the filter, one of them selected.
+/// The largest files that match the filter, with a selection.
 Card {
     id: root
 
@@ -18,7 +18,7 @@ Card {
         root.store.selectRow(row);
     }
 
-    /// What the keyboard acts on when this is shown.
+    /// The item that gets the focus when this is shown.
     function firstFocus(): Item {
         return list;
     }
@@ -37,84 +37,25 @@ Card {
         store: root.store
     }
 
-    Item {
+    CardHeader {
         id: header
 
-        height: texts.height + 28
-        width: parent.width
-
-        Column {
-            id: texts
-
-            anchors.left: parent.left
-            anchors.right: badge.left
-            anchors.margins: 14
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
-
-            Label {
-                font.pixelSize: Theme.headline
-                font.weight: Font.DemiBold
-                text: "Archivos más grandes"
-                width: parent.width
-            }
-
-            Label {
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
-                text: "Ordenados por espacio ocupado"
-                width: parent.width
-            }
-        }
-
-        Rectangle {
-            id: badge
-
-            anchors.right: parent.right
-            anchors.rightMargin: 14
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.tint(Theme.primary, 0.08)
-            height: count.implicitHeight + 8
-            radius: height / 2
-            width: count.implicitWidth + 18
-
-            Label {
-                id: count
-
-                anchors.centerIn: parent
-                font.pixelSize: Theme.caption
-                text: Formatters.grouped(root.store.filteredCount)
-            }
-        }
-    }
-
-    Divider {
-        id: upperDivider
-
-        anchors.top: header.bottom
+        badge: Formatters.grouped(root.store.filteredCount)
+        subtitle: "Ordenados por espacio ocupado"
+        title: "Archivos más grandes"
         width: parent.width
     }
 
-    ListView {
+    RowList {
         id: list
 
-        readonly property int page: Math.max(1, Math.floor(height / root.rowHeight) - 1)
-
         Accessible.name: "Archivos más grandes"
-        Accessible.role: Accessible.List
-        activeFocusOnTab: true
         anchors.bottom: lowerDivider.top
-        anchors.top: upperDivider.bottom
-        boundsBehavior: Flickable.StopAtBounds
+        anchors.top: header.bottom
         bottomMargin: 6
-        // Rows made ahead are made piecemeal, and complain when the list is gone by then; a row is made in no time.
-        cacheBuffer: 0
-        clip: true
-        currentIndex: -1
-        highlightFollowsCurrentItem: false
-        keyNavigationEnabled: false
         model: files
-        reuseItems: true
+        ringShown: files.selectedRow < 0
+        rowHeight: root.rowHeight
         topMargin: 6
         width: parent.width
 
@@ -128,33 +69,14 @@ Card {
             onPressed: row => root.select(row)
         }
 
-        Keys.onDownPressed: root.select(files.rowAfter(1))
-        Keys.onEnterPressed: root.store.revealSelected()
-        Keys.onPressed: event => {
-            const steps = {[Qt.Key_PageUp]: -list.page, [Qt.Key_PageDown]: list.page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
-            if (event.key in steps) {
-                root.select(files.rowAfter(steps[event.key]));
-                event.accepted = true;
-            }
-        }
-        Keys.onReturnPressed: root.store.revealSelected()
-        Keys.onUpPressed: root.select(files.rowAfter(-1))
-
-        ScrollThumb {
-            view: list
-        }
-
-        FocusRing {
-            cornerRadius: 4
-            inset: 0
-            shown: list.activeFocus && files.selectedRow < 0
-        }
+        onEntered: root.store.revealSelected()
+        onMoved: rows => root.select(files.rowAfter(rows))
     }
 
     Connections {
         function onReplaced() {
             list.positionViewAtBeginning();
-            // That is where the first row begins, without the margin above it.
+            // Includes the top margin, which positionViewAtBeginning() leaves out.
             list.contentY = list.originY - list.topMargin;
             root.showSelection();
         }

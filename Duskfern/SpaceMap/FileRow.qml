@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One file of the list.
+/// A row of the file list.
 ListRow {
     id: root
 

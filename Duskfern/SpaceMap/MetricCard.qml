@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// One number of the analysis, with its name and a symbol.
+/// A number of the analysis with its title and symbol.
 Card {
     id: root
 
@@ -27,7 +27,7 @@ Card {
         tint: root.accent
     }
 
-    Column {
+    MetricTexts {
         id: texts
 
         anchors.left: tile.right
@@ -35,22 +35,7 @@ Card {
         anchors.right: parent.right
         anchors.rightMargin: 13
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 3
-
-        Label {
-            color: Theme.secondary
-            font.bold: true
-            font.letterSpacing: 0.3
-            font.pixelSize: Theme.fixed9
-            text: root.label
-            width: parent.width
-        }
-
-        Label {
-            font.bold: true
-            font.pixelSize: Theme.title3
-            text: root.value
-            width: parent.width
-        }
+        label: root.label
+        value: root.value
     }
 }

@@ -2,13 +2,13 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// What the space map shows before a folder was chosen.
+/// Shown by the space map before a folder is chosen.
 Item {
     id: root
 
     required property ScanStore store
 
-    /// What the keyboard acts on when this is shown.
+    /// The item that gets the focus when this is shown.
     function firstFocus(): Item {
         return choose;
     }

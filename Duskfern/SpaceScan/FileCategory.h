@@ -9,21 +9,21 @@
 namespace FileCategories {
 Q_NAMESPACE
 
-/// What kind of file something is. `all` is a filter only: no file is of that category.
+/// The category of a file. `all` is only a filter: no file has it.
 enum class FileCategory : unsigned char { all, videos, images, documents, archives, other };
 Q_ENUM_NS(FileCategory)
 
-/// Every category, in the order in which they are listed.
+/// Every category, in the order in which the screens list them.
 inline constexpr std::array allCases{FileCategory::all,       FileCategory::videos,   FileCategory::images,
                                      FileCategory::documents, FileCategory::archives, FileCategory::other};
 
-/// The name that people read; also the category's identity in lists.
+/// The displayed name; also identifies the category in lists.
 [[nodiscard]] QString rawValue(FileCategory category);
 
-/// The name of the symbol that stands for the category.
+/// The name of the category's symbol.
 [[nodiscard]] QString icon(FileCategory category);
 
-/// The category whose `rawValue` this is, to the letter; none for any other text.
+/// The category with exactly this `rawValue`; none for any other text.
 [[nodiscard]] std::optional<FileCategory> fromRawValue(const QString& text);
 
 }  // namespace FileCategories

@@ -14,7 +14,7 @@ struct Row {
     FileCategory category;
 };
 
-/// Narrow on purpose: what is not listed is `other`, also where it is close kin (tif, mpg, mp3, tgz).
+/// Deliberately short: an extension that is not listed is `other`, even a related one (tif, mpg, mp3, tgz).
 constexpr std::array<Row, 36> extensions{{
     {"mp4", FileCategory::videos},    {"mov", FileCategory::videos},     {"mkv", FileCategory::videos},
     {"avi", FileCategory::videos},    {"m4v", FileCategory::videos},     {"webm", FileCategory::videos},

@@ -5,10 +5,10 @@
 
 #include <string_view>
 
-/// Assigns categories by the extension of a name. Touches no file.
+/// Assigns categories by file name extension. Does not access the disk.
 namespace FileClassifier {
 
-/// The category of a file name, given as its bytes; never `all`.
+/// The category of a file name given as bytes; never `all`.
 [[nodiscard]] FileCategory categoryForName(std::string_view name);
 
 [[nodiscard]] inline FileCategory category(const FileURL& url) {

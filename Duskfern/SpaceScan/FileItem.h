@@ -5,18 +5,18 @@
 
 #include <cstdint>
 
-/// One file that a scan found.
+/// A file found by a scan.
 struct FileItem {
-    FileURL url;                                  ///< Where it is; its identity in lists.
-    std::int64_t size = 0;                        ///< Bytes it takes on disk.
-    FileCategory category = FileCategory::other;  ///< By its name, at the time of the scan.
+    FileURL url;                                  ///< Its location; identifies it in lists.
+    std::int64_t size = 0;                        ///< Bytes allocated on disk.
+    FileCategory category = FileCategory::other;  ///< By its name when it was scanned.
 
     [[nodiscard]] const FileURL& id() const { return url; }
 
-    /// The file's name as people read it.
+    /// The file name as text for the screen.
     [[nodiscard]] QString name() const { return displayText(url.lastPathComponent()); }
 
-    /// The name of the folder it lies in, without the path to it.
+    /// The name of the folder that contains it, without the path.
     [[nodiscard]] QString parent() const { return displayText(url.deletingLastPathComponent().lastPathComponent()); }
 
     bool operator==(const FileItem&) const = default;

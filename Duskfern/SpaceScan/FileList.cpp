@@ -39,8 +39,8 @@ bool FileList::containsKey(std::uint32_t key) const {
     return !std::binary_search(m_removed.begin(), m_removed.end(), key);
 }
 
-KeySet FileList::search(std::string_view folded) const {
-    KeySet keys = m_storage->index.search(folded);
+BitSet FileList::search(std::string_view folded) const {
+    BitSet keys = m_storage->index.search(folded);
     std::for_each(m_removed.begin(), m_removed.end(), [&](std::uint32_t key) { keys.erase(key); });
     return keys;
 }

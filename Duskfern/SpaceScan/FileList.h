@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/NameArena.h"
+#include "Foundation/StringArena.h"
 #include "SpaceScan/FileItem.h"
 #include "SpaceScan/SearchIndex.h"
 
@@ -12,31 +12,31 @@
 #include <string_view>
 #include <vector>
 
-/// What a `FileList` keeps of one file: 16 bytes, so that millions of files fit into memory.
+/// A file in a `FileList`: 16 bytes, so that millions fit into memory.
 struct FileRecord {
     static constexpr unsigned sizeBits = 61;
 
-    std::uint64_t size : sizeBits;  ///< Bytes; what takes more than 2 EiB is taken for 2 EiB.
+    std::uint64_t size : sizeBits;  ///< Bytes; sizes above 2 EiB are stored as 2 EiB.
     std::uint64_t category : 3;
-    std::uint32_t name;    ///< Position in the names of the list; the name ends at a NUL, whatever its length.
-    std::uint32_t folder;  ///< Index into the folders of the list.
+    std::uint32_t name;    ///< Position in `Storage::names`.
+    std::uint32_t folder;  ///< Index into `Storage::folders`.
 };
 static_assert(sizeof(FileRecord) == 16);
 
-/// A folder of a `FileList`: its name, and the folder it lies in.
+/// A folder in a `FileList`.
 struct FolderRecord {
-    std::uint32_t parent = 0;  ///< Index of the parent; the root, at index 0, has itself.
+    std::uint32_t parent = 0;  ///< Index of the parent; the root, at index 0, is its own parent.
     std::uint32_t name = 0;
 };
 
-/// The files of a scan in order, as a value: copies share what they hold, and nothing changes it any more. A
-/// `FileItem` is made when it is asked for; each file is a compact record and each folder stands once.
+/// The files of a scan, sorted, as a value type: copies share one immutable storage. Each file is a compact record and
+/// each folder is stored once; a `FileItem` is made on access.
 class FileList {
 public:
-    /// What a list is made of. `records` are in the list's order.
+    /// The contents of a list. `records` are in the list's order.
     struct Storage {
         FileURL root;
-        NameArena names;
+        StringArena names;
         std::vector<FolderRecord> folders;
         std::vector<FileRecord> records;
         SearchIndex index;
@@ -50,7 +50,7 @@ public:
     [[nodiscard]] bool isEmpty() const { return size() == 0; }
     [[nodiscard]] FileItem operator[](std::size_t index) const;
 
-    /// The pieces of an item, without making the whole of it.
+    /// One field of an item, without making the whole item.
     [[nodiscard]] std::int64_t sizeAt(std::size_t index) const;
     [[nodiscard]] FileCategory categoryAt(std::size_t index) const;
     [[nodiscard]] std::string_view nameAt(std::size_t index) const;
@@ -59,31 +59,31 @@ public:
     /// Whether the file at `index` is the one at `url`.
     [[nodiscard]] bool isAt(std::size_t index, const FileURL& url) const;
 
-    /// Whether both were made from the same scan, so that the keys of one mean the same files in the other.
+    /// Whether both come from the same scan, so that a key means the same file in both.
     [[nodiscard]] bool sharesStorage(const FileList& other) const { return m_storage == other.m_storage; }
 
     /// The sum of all sizes in bytes.
     [[nodiscard]] std::int64_t totalSize() const { return m_totalSize; }
 
-    /// A number that means the same file in this list and in every list made from it by removing. Keys ascend with
-    /// the indices.
+    /// A number that identifies a file in this list and in every list made from it by `removing()`. Keys ascend with
+    /// the index.
     [[nodiscard]] std::uint32_t keyAt(std::size_t index) const;
 
-    /// All keys are below it.
+    /// All keys are below this number.
     [[nodiscard]] std::uint32_t keyCount() const { return static_cast<std::uint32_t>(m_storage->records.size()); }
 
-    /// Where the file with this key stands, which must be in the list.
+    /// The index of the file with this key, which must be in the list.
     [[nodiscard]] std::size_t indexOfKey(std::uint32_t key) const;
 
     [[nodiscard]] bool containsKey(std::uint32_t key) const;
 
-    /// The keys of the files whose names contain a text, as `NameFolding` folds it.
-    [[nodiscard]] KeySet search(std::string_view folded) const;
+    /// The keys of the files whose folded names contain `folded`, a text folded by `NameFolding`.
+    [[nodiscard]] BitSet search(std::string_view folded) const;
 
-    /// Where the file at `url` stands, if it does.
+    /// The index of the file at `url`, if it is in the list.
     [[nodiscard]] std::optional<std::size_t> indexOf(const FileURL& url) const;
 
-    /// The same files without the one at `url`. Copies nothing large.
+    /// This list without the file at `url`. Shares the storage.
     [[nodiscard]] FileList removing(const FileURL& url) const;
 
     class Iterator {
@@ -109,7 +109,7 @@ public:
     [[nodiscard]] Iterator begin() const { return {*this, 0}; }
     [[nodiscard]] Iterator end() const { return {*this, size()}; }
 
-    /// Gives the memory of a list back on a background thread: with millions of files that takes longer than a frame.
+    /// Destroys a list on a background thread: with millions of files that takes longer than a frame.
     static void release(FileList list);
 
 private:
@@ -117,6 +117,6 @@ private:
     [[nodiscard]] FileURL folderURL(std::uint32_t folder) const;
 
     std::shared_ptr<const Storage> m_storage;
-    std::vector<std::uint32_t> m_removed;  ///< Keys of removed files, ascending: a person removes few.
+    std::vector<std::uint32_t> m_removed;  ///< Keys of removed files, ascending. Expected to be few.
     std::int64_t m_totalSize = 0;
 };

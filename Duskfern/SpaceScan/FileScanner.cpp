@@ -15,7 +15,7 @@ namespace {
 
 using Recorders = std::vector<std::unique_ptr<ScanRecorder>>;
 
-/// Reports the steps that the number of files has reached since the last time.
+/// Calls `progress` for each multiple of `progressStep` reached since the last call of `report()`.
 class StepReporter {
 public:
     StepReporter(const Recorders& recorders, const std::function<void(std::int64_t)>& progress)
@@ -38,11 +38,11 @@ private:
     std::int64_t m_reported = 0;
 };
 
-/// Puts what the workers found together, in order.
+/// Merges the results of all workers into one sorted list.
 FileList listOf(const FileURL& url, const WalkFolder& root, const std::vector<ScanRecorder*>& recorders,
                 std::int64_t& skipped) {
     std::vector<std::uint32_t> numbers;
-    FileList::Storage storage = ScanRecorder::gather(url, root, recorders, numbers, skipped);
+    FileList::Storage storage = ScanRecorder::merge(url, root, recorders, numbers, skipped);
     const std::vector<std::uint32_t> order = sortBySizeDescending(storage.records);
     std::vector<std::uint32_t> keys(order.size());
     for (std::size_t place = 0; place < order.size(); ++place) {
@@ -78,7 +78,7 @@ ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& pr
     try {
         result.files = listOf(root, walk.root(0), borrowed, result.skipped);
     } catch (const std::bad_alloc&) {
-        // What was found does not fit into memory a second time.
+        // There is no memory for the merged list: all files count as skipped.
         for (const ScanRecorder* recorder : borrowed) {
             result.skipped = checkedSum(result.skipped, recorder->count());
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/DiskPatience.h"
+#include "Foundation/LateAnswer.h"
 #include "SpaceScan/FileList.h"
 
 #include <cstdint>
@@ -8,26 +8,25 @@
 #include <memory>
 #include <stop_token>
 
-/// What a scan found.
+/// The result of a scan.
 struct ScanResult {
     FileList files;            ///< Every accepted file, largest first.
     std::int64_t skipped = 0;  ///< Entries that could not be examined.
 
-    /// Null unless something did not answer and was passed over.
+    /// Null unless something was skipped after a timeout.
     std::shared_ptr<LateAnswer> lateAnswer;
 };
 
-/// Walks a folder for its files. Holds no state; may run on any thread.
+/// Collects the files of a folder tree. Stateless; may run on any thread.
 namespace FileScanner {
 
-/// Files are reported in steps of this many.
+/// `progress` is called once per this many files.
 inline constexpr std::int64_t progressStep = 250;
 
-/// All regular files below `root`, without hidden ones and the contents of packages, largest first; files of equal
-/// size in the order in which a walk from folder to folder meets them, whatever the number of threads at work.
-/// `progress` is called on this thread with each multiple of `progressStep` that the number of files reaches, once
-/// each, ascending. A root that cannot be opened as a folder gives no files and one skipped entry. `stop` ends the
-/// scan early, with whatever it has, because nobody waits for it any more.
+/// All regular files below `root`, without hidden ones and the contents of packages, largest first. Files of equal size
+/// are in the order of a depth-first walk, whatever the number of threads. `progress` is called on this thread with
+/// each multiple of `progressStep` that the number of files reaches, once each, ascending. A root that cannot be opened
+/// as a folder gives no files and one skipped entry. `stop` ends the scan early, with the files found so seekDistance.
 [[nodiscard]] ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& progress,
                               const std::stop_token& stop = {});
 

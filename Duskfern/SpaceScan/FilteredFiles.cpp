@@ -1,12 +1,12 @@
 #include "SpaceScan/FilteredFiles.h"
 
-#include "Foundation/NameFolding.h"
+#include "Foundation/NameMatcher.h"
 
 #include <algorithm>
 
 namespace {
 
-/// Looking at single files pays off up to this many; beyond it one pass over all names is quicker.
+/// Up to this many files, checking single files is quicker than one search of the whole index.
 constexpr std::size_t fewFiles = 20'000;
 
 }  // namespace
@@ -16,11 +16,11 @@ FilteredFiles::FilteredFiles(FileList files, FileCategory category, QString sear
     if (category == FileCategory::all && m_search.isEmpty()) {
         return;
     }
-    if (previous != nullptr && previous->m_keys && previous->size() <= fewFiles && previous->includesAllOf(*this)) {
+    if (previous != nullptr && previous->m_keys && previous->size() <= fewFiles && previous->isSupersetOf(*this)) {
         m_keys.emplace(matching(*previous->m_keys));
         return;
     }
-    KeySet keys(m_files.keyCount());
+    BitSet keys(m_files.keyCount());
     if (m_search.isEmpty()) {
         for (std::uint32_t key = 0; key < m_files.keyCount(); ++key) {
             if (passes(key)) {
@@ -36,15 +36,15 @@ FilteredFiles::FilteredFiles(FileList files, FileCategory category, QString sear
     m_keys.emplace(std::move(keys));
 }
 
-/// Whether a file is in the list and of the category.
+/// Whether a file is in the list and in the category.
 bool FilteredFiles::passes(std::uint32_t key) const {
     return m_files.containsKey(key) &&
            (m_category == FileCategory::all || m_files.categoryAt(m_files.indexOfKey(key)) == m_category);
 }
 
-/// A longer text that contains the shorter one is found in no other names. That is not true of accents: one that comes
-/// to stand behind the shorter text changes its last letter.
-bool FilteredFiles::includesAllOf(const FilteredFiles& narrower) const {
+/// Whether the files that pass `narrower` are sure to be among these. A name that contains a text also contains every
+/// part of it. That does not hold outside ASCII: a combining accent after the shorter text changes its last letter.
+bool FilteredFiles::isSupersetOf(const FilteredFiles& narrower) const {
     const auto isPlain = [](const QString& text) {
         return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
     };
@@ -52,9 +52,9 @@ bool FilteredFiles::includesAllOf(const FilteredFiles& narrower) const {
            narrower.m_search.contains(m_search) && isPlain(narrower.m_search);
 }
 
-/// Those of `candidates` that pass.
-KeySet FilteredFiles::matching(const RankedKeys& candidates) const {
-    KeySet keys(m_files.keyCount());
+/// The keys of `candidates` whose files match the filter.
+BitSet FilteredFiles::matching(const RankedBitSet& candidates) const {
+    BitSet keys(m_files.keyCount());
     NameMatcher matcher(NameFolding(QLocale()), m_search);
     candidates.forEach([&](std::uint32_t key) {
         if (passes(key) && matcher.matches(m_files.nameAt(m_files.indexOfKey(key)))) {

@@ -1,20 +1,21 @@
 #pragma once
 
 #include "SpaceScan/FileList.h"
+#include "SpaceScan/RankedBitSet.h"
 
 #include <QtCore/QString>
 
 #include <cstdint>
 #include <optional>
 
-/// The files of a list that pass a filter, in the list's order. A value; shares the list.
+/// The files of a list that match a category and a search text, in the list's order. A value type; shares the list's
+/// storage.
 class FilteredFiles {
 public:
     FilteredFiles() = default;
 
-    /// The files of that category (`all` for every one) whose name contains `search` without regard to case, by the
-    /// rules of the user's language. Blanks count. Where `previous` has few files and is sure to have all that pass,
-    /// only those are looked at.
+    /// The files of `category` whose names contain `search`. Ignores case by the rules of the user's language; blanks
+    /// are significant. If `previous` has few files and is sure to include all that match, only those are checked.
     FilteredFiles(FileList files, FileCategory category, QString search, const FilteredFiles* previous = nullptr);
 
     [[nodiscard]] std::size_t size() const { return m_keys ? m_keys->size() : m_files.size(); }
@@ -27,7 +28,7 @@ public:
     /// Whether the file in this row is the one at `url`.
     [[nodiscard]] bool isAt(std::size_t row, const FileURL& url) const { return m_files.isAt(indexAt(row), url); }
 
-    /// Whether the keys of both mean the same files.
+    /// Whether a key means the same file in both.
     [[nodiscard]] bool sharesStorage(const FilteredFiles& other) const { return m_files.sharesStorage(other.m_files); }
 
 private:
@@ -35,11 +36,11 @@ private:
         return m_keys ? m_files.indexOfKey((*m_keys)[row]) : row;
     }
     [[nodiscard]] bool passes(std::uint32_t key) const;
-    [[nodiscard]] bool includesAllOf(const FilteredFiles& narrower) const;
-    [[nodiscard]] KeySet matching(const RankedKeys& candidates) const;
+    [[nodiscard]] bool isSupersetOf(const FilteredFiles& narrower) const;
+    [[nodiscard]] BitSet matching(const RankedBitSet& candidates) const;
 
     FileList m_files;
     FileCategory m_category = FileCategory::all;
     QString m_search;
-    std::optional<RankedKeys> m_keys;  ///< None when every file passes.
+    std::optional<RankedBitSet> m_keys;  ///< None if every file passes.
 };

@@ -5,6 +5,6 @@
 #include <cstdint>
 #include <vector>
 
-/// Sorts by size, largest first; records of equal size keep their order. Linear time. Returns for each place the one
-/// where its record stood before.
+/// Sorts by size, largest first, stably and in linear time. Returns for each new index the index that the record had
+/// before.
 std::vector<std::uint32_t> sortBySizeDescending(std::vector<FileRecord>& records);

@@ -27,7 +27,7 @@ void ScanRecorder::file(std::string_view name, const FileStatus& status) {
     try {
         m_foldedNames.append(m_folded);
     } catch (const std::bad_alloc&) {
-        // Files and folded names go in step.
+        // `m_files` and `m_foldedNames` must have the same number of entries.
         m_files.removeLast();
         throw;
     }
@@ -40,9 +40,9 @@ void ScanRecorder::subfolder(const WalkFolder& folder) {
     m_listings.back().endChild = m_children.size();
 }
 
-FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& root,
-                                       const std::vector<ScanRecorder*>& recorders, std::vector<std::uint32_t>& numbers,
-                                       std::int64_t& skipped) {
+FileList::Storage ScanRecorder::merge(const FileURL& url, const WalkFolder& root,
+                                      const std::vector<ScanRecorder*>& recorders, std::vector<std::uint32_t>& numbers,
+                                      std::int64_t& skipped) {
     FileList::Storage all;
     all.root = url;
     std::size_t count = 0;
@@ -59,17 +59,17 @@ FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& roo
     all.records.reserve(count);
     numbers.reserve(count);
 
-    /// A folder whose files are being copied; the ones below it on the stack wait for it.
-    struct Open {
+    /// A folder whose files are being copied. The stack holds the path to the current folder.
+    struct OpenFolder {
         const Listing* listing;
         std::uint32_t folder;
         std::size_t nextFile;
         std::size_t nextChild;
     };
-    std::vector<Open> open;
+    std::vector<OpenFolder> open;
     const auto enter = [&](const WalkFolder& folder, std::uint32_t parent) {
         const auto* const listing = static_cast<const Listing*>(folder.listing);
-        // A folder that nobody listed, because the walk was stopped, has none.
+        // A folder that was not listed, because the walk was stopped, has no listing.
         if (listing == nullptr || !all.names.hasRoom()) {
             return;
         }
@@ -79,7 +79,7 @@ FileList::Storage ScanRecorder::gather(const FileURL& url, const WalkFolder& roo
     };
     enter(root, 0);
     while (!open.empty()) {
-        Open& here = open.back();
+        OpenFolder& here = open.back();
         const ScanRecorder& recorder = *here.listing->recorder;
         const bool hasChild = here.nextChild < here.listing->endChild;
         const Child* child = hasChild ? &recorder.m_children[here.nextChild] : nullptr;

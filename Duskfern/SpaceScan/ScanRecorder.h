@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <string>
 
-/// Keeps what one worker of a scan finds, folder by folder, compactly. After the walk the recorders of all workers
-/// are put together to one list.
+/// Records compactly, folder by folder, what one worker of a scan finds. After the walk the recorders of all workers
+/// are merged into one list.
 class ScanRecorder final : public WalkVisitor {
 public:
     explicit ScanRecorder(const NameFolding& folding) : m_folding(folding) {}
@@ -22,25 +22,25 @@ public:
 
     [[nodiscard]] std::int64_t skipped() const { return m_skipped; }
 
-    /// How many files there are so far; any thread may ask.
+    /// The number of files so seekDistance. Any thread may call it.
     [[nodiscard]] std::int64_t count() const { return m_count.load(std::memory_order_relaxed); }
 
-    /// Everything that `recorders` hold below `root`, in the order in which one walk from folder to folder would have
-    /// met it: each subfolder with all its contents where its name stands among its siblings. The search index is
-    /// filled but has no keys yet; `numbers` gets the number there of each record. Empties the recorders; adds what no
-    /// list can hold (beyond 4 GiB of names) to `skipped`.
-    [[nodiscard]] static FileList::Storage gather(const FileURL& url, const WalkFolder& root,
-                                                  const std::vector<ScanRecorder*>& recorders,
-                                                  std::vector<std::uint32_t>& numbers, std::int64_t& skipped);
+    /// Merges everything that `recorders` hold below `root`, in the order of a depth-first walk: the contents of a
+    /// subfolder come where its name is among its siblings. Fills the search index except for its keys; `numbers` gets
+    /// the index's number for each record. Empties the recorders. Files beyond the 4 GiB of names that a list can hold
+    /// are added to `skipped`.
+    [[nodiscard]] static FileList::Storage merge(const FileURL& url, const WalkFolder& root,
+                                                 const std::vector<ScanRecorder*>& recorders,
+                                                 std::vector<std::uint32_t>& numbers, std::int64_t& skipped);
 
 private:
-    /// A folder met among the files of another one.
+    /// A subfolder found while a folder was listed.
     struct Child {
         const WalkFolder* folder;
-        std::size_t filesBefore;  ///< Index into the recorder's files.
+        std::size_t filesBefore;  ///< Index into `m_files` at which its own files are inserted.
     };
 
-    /// What one folder holds: ranges of its recorder's files and children.
+    /// The contents of one folder: ranges of its recorder's files and children.
     struct Listing {
         const ScanRecorder* recorder;
         std::size_t firstFile;
@@ -50,7 +50,7 @@ private:
     };
 
     const NameFolding& m_folding;
-    NameArena m_names;
+    StringArena m_names;
     FoldedNames m_foldedNames;
     std::string m_folded;
     ChunkedVector<FileRecord> m_files;
@@ -58,7 +58,7 @@ private:
     ChunkedVector<Listing> m_listings;
     std::int64_t m_skipped = 0;
     std::atomic<std::int64_t> m_count = 0;
-    bool m_fits = true;               ///< Whether the gathered list has room for this.
-    std::uint32_t m_namesBase = 0;    ///< What to add to a position in `m_names` once they are gathered.
-    std::uint32_t m_numbersBase = 0;  ///< What to add to the number of a file then.
+    bool m_fits = true;               ///< Whether the names fit into the merged list.
+    std::uint32_t m_namesBase = 0;    ///< Added to positions in `m_names` when merged.
+    std::uint32_t m_numbersBase = 0;  ///< Added to file numbers when merged.
 };

@@ -14,13 +14,13 @@
 
 namespace {
 
-/// How often one scan is repeated because something answered late.
-constexpr int maximumQuietRounds = 3;
+/// How often one scan is repeated because of late answers.
+constexpr int maximumRescans = 3;
 
 }  // namespace
 
-/// What lay at a location at a certain time, as soon as the disk has told.
-struct ScanStore::Identified {
+/// The status of a file when the question was asked, once the disk has answered.
+struct ScanStore::PendingStatus {
     std::promise<std::optional<FileStatus>> answer;
     std::shared_future<std::optional<FileStatus>> status = answer.get_future().share();
 };
@@ -49,7 +49,7 @@ void ScanStore::setFiles(FileList files) {
     m_filterIsStale = false;
     Q_EMIT filesChanged();
     Q_EMIT filteredFilesChanged();
-    // By now nothing shows the old files any more.
+    // Nothing shows the old files any more.
     FileList::release(std::move(old));
 }
 
@@ -130,17 +130,17 @@ void ScanStore::startScan() {
     setScannedCount(0);
     setSkippedCount(0);
     setErrorMessage(std::nullopt);
-    ++m_round;
+    ++m_scanNumber;
     scan(0);
 }
 
-/// Scans in the background. A scan that repeats another one quietly shows nothing before it is complete.
-void ScanStore::scan(int quietRounds) {
+/// Scans in the background. Rescans show no progress.
+void ScanStore::scan(int rescans) {
     m_movedSinceScan.clear();
     Dispatch::background(
-        [self = QPointer(this), root = *m_rootURL, round = m_round, quietRounds](const std::stop_token& stop) {
-            const auto report = [self, quietRounds](std::int64_t count) {
-                if (quietRounds > 0) {
+        [self = QPointer(this), root = *m_rootURL, scanNumber = m_scanNumber, rescans](const std::stop_token& stop) {
+            const auto report = [self, rescans](std::int64_t count) {
+                if (rescans > 0) {
                     return;
                 }
                 Dispatch::main([self, count] {
@@ -150,15 +150,15 @@ void ScanStore::scan(int quietRounds) {
                 });
             };
             ScanResult result = FileScanner::scan(root, report, stop);
-            Dispatch::main([self, round, quietRounds, result = std::move(result)]() mutable {
-                if (self != nullptr && self->m_round == round) {
-                    self->publish(std::move(result), quietRounds);
+            Dispatch::main([self, scanNumber, rescans, result = std::move(result)]() mutable {
+                if (self != nullptr && self->m_scanNumber == scanNumber) {
+                    self->publish(std::move(result), rescans);
                 }
             });
         });
 }
 
-void ScanStore::publish(ScanResult result, int quietRounds) {
+void ScanStore::publish(ScanResult result, int rescans) {
     const auto count = static_cast<qint64>(result.files.size());
     for (const FileURL& url : m_movedSinceScan) {
         result.files = result.files.removing(url);
@@ -170,21 +170,21 @@ void ScanStore::publish(ScanResult result, int quietRounds) {
     setScannedCount(count);
     setSkippedCount(result.skipped);
     setIsScanning(false);
-    if (result.lateAnswer && quietRounds < maximumQuietRounds) {
-        result.lateAnswer->whenAnswered([self = QPointer(this), round = m_round, quietRounds] {
-            Dispatch::main([self, round, quietRounds] {
+    if (result.lateAnswer && rescans < maximumRescans) {
+        result.lateAnswer->whenAnswered([self = QPointer(this), scanNumber = m_scanNumber, rescans] {
+            Dispatch::main([self, scanNumber, rescans] {
                 if (self != nullptr) {
-                    self->lookAgain(round, quietRounds + 1);
+                    self->rescan(scanNumber, rescans + 1);
                 }
             });
         });
     }
 }
 
-/// Something that was passed over has answered: it is shown with the rest, unless a newer scan has begun.
-void ScanStore::lookAgain(std::uint64_t round, int quietRounds) {
-    if (round == m_round && !m_isScanning && m_rootURL) {
-        scan(quietRounds);
+/// Called when something that was skipped has answered. Scans once more, unless a newer scan has begun.
+void ScanStore::rescan(std::uint64_t scanNumber, int rescans) {
+    if (scanNumber == m_scanNumber && !m_isScanning && m_rootURL) {
+        scan(rescans);
     }
 }
 
@@ -209,26 +209,27 @@ void ScanStore::moveSelectedToTrash() {
         return;
     }
     const FileItem item = *m_selected;
-    // What lies there now is what may be moved. The disk is asked on another thread, because it may not answer.
-    const auto identified = std::make_shared<Identified>();
+    // Only the file that is there now may be moved. Its status is read on another thread, because the disk may not
+    // answer.
+    const auto pending = std::make_shared<PendingStatus>();
     Dispatch::background(
-        [identified, url = item.url](const std::stop_token&) { identified->answer.set_value(fileStatus(url)); });
+        [pending, url = item.url](const std::stop_token&) { pending->answer.set_value(fileStatus(url)); });
     const Confirmation question{
         QStringLiteral("¿Mover “%1” a la papelera?").arg(elidedName(item.name())),
         QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
         QStringLiteral("Mover a la papelera"),
         QStringLiteral("Cancelar"),
     };
-    m_dialogs.confirm(question, [self = QPointer(this), item, identified](bool confirmed) {
+    m_dialogs.confirm(question, [self = QPointer(this), item, pending](bool confirmed) {
         if (self != nullptr && confirmed) {
-            self->move(item, identified);
+            self->move(item, pending);
         }
     });
 }
 
-void ScanStore::move(const FileItem& item, const std::shared_ptr<Identified>& identified) {
+void ScanStore::move(const FileItem& item, const std::shared_ptr<PendingStatus>& pending) {
     setMovingPercent(item.url, -1);
-    Dispatch::background([self = QPointer(this), item, identified, &trash = m_trash](const std::stop_token& stop) {
+    Dispatch::background([self = QPointer(this), item, pending, &trash = m_trash](const std::stop_token& stop) {
         const auto report = [self, url = item.url, last = -1](std::int64_t copied, std::int64_t total) mutable {
             const int percent = static_cast<int>(100.0 * static_cast<double>(copied) /
                                                  static_cast<double>(std::max<std::int64_t>(1, total)));
@@ -240,7 +241,7 @@ void ScanStore::move(const FileItem& item, const std::shared_ptr<Identified>& id
                 });
             }
         };
-        const std::optional<FileStatus>& status = identified->status.get();
+        const std::optional<FileStatus>& status = pending->status.get();
         std::optional<TrashError> error = TrashError::gone;
         if (status) {
             // Only regular files are ever moved from here.
@@ -260,7 +261,7 @@ void ScanStore::move(const FileItem& item, const std::shared_ptr<Identified>& id
     });
 }
 
-/// No percentage means that the file is not on its way any more.
+/// Without a percentage: the move has ended.
 void ScanStore::setMovingPercent(const FileURL& url, std::optional<int> percent) {
     if (percent) {
         m_moving.insert_or_assign(url, *percent);
@@ -277,7 +278,7 @@ void ScanStore::finishTrashing(const FileItem& item, const std::optional<QString
     }
     setFiles(m_files.removing(item.id()));
     m_movedSinceScan.push_back(item.id());
-    // Meanwhile the user may have chosen another file; that choice stands.
+    // The selection is kept if the user selected another file meanwhile.
     if (m_selected && m_selected->id() == item.id()) {
         setSelected(std::nullopt);
     }

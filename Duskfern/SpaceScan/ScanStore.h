@@ -14,18 +14,18 @@ class Dialogs;
 class FileManager;
 class Trash;
 
-/// The window's shared state: which screen is shown, and all of the space map. Lives on the main thread, where every
-/// property is read and written; a scan runs in the background and comes back through the main thread's queue, whose
-/// order keeps its final values last. Each change notifies once, after the new value is in place.
+/// State shared by the whole window: which screen is shown, and the space map. Every property is read and written on
+/// the main thread. A scan runs in the background and posts its results to the main thread's queue in order, so that
+/// the final values come last. Each change emits one notification, after the value is set.
 class ScanStore : public QObject {
     Q_OBJECT
 
 public:
-    /// The three screens: the overview of the disks, the map of a folder, the junk cleaner.
+    /// The screens: overview of the disks, map of a folder, junk cleaner.
     enum class Mode { home, space, junk };
     Q_ENUM(Mode)
 
-    /// The services outlive the store.
+    /// The services must outlive the store.
     ScanStore(Dialogs& dialogs, Trash& trash, FileManager& fileManager, QObject* parent = nullptr);
     ~ScanStore() override;
     Q_DISABLE_COPY_MOVE(ScanStore)
@@ -36,7 +36,7 @@ public:
     void setMode(Mode mode);
     Q_SIGNAL void modeChanged();
 
-    /// The folder chosen for the space map. For the screens: its path, and whether there is one.
+    /// The folder chosen for the space map; for QML its path, and whether there is one.
     Q_PROPERTY(QString rootPath READ rootPath NOTIFY rootURLChanged)
     Q_PROPERTY(bool hasRoot READ hasRoot NOTIFY rootURLChanged)
     [[nodiscard]] const std::optional<FileURL>& rootURL() const { return m_rootURL; }
@@ -45,8 +45,8 @@ public:
     void setRootURL(std::optional<FileURL> url);
     Q_SIGNAL void rootURLChanged();
 
-    /// The result of the last scan, largest first. For the screens: the number of files, their sum and the largest
-    /// size, in bytes.
+    /// The result of the last scan, largest first; for QML the number of files, and their total and largest size in
+    /// bytes.
     Q_PROPERTY(qint64 fileCount READ fileCount NOTIFY filesChanged)
     Q_PROPERTY(qint64 totalSize READ totalSize NOTIFY filesChanged)
     Q_PROPERTY(qint64 largestSize READ largestSize NOTIFY filesChanged)
@@ -56,19 +56,19 @@ public:
     [[nodiscard]] qint64 largestSize() const { return m_files.isEmpty() ? 0 : m_files.sizeAt(0); }
     Q_SIGNAL void filesChanged();
 
-    /// The category that list and map are limited to.
+    /// The category filter of list and map.
     Q_PROPERTY(FileCategories::FileCategory category READ category WRITE setCategory NOTIFY categoryChanged)
     [[nodiscard]] FileCategory category() const { return m_category; }
     void setCategory(FileCategory category);
     Q_SIGNAL void categoryChanged();
 
-    /// The text that names in list and map contain.
+    /// The search text of list and map.
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
     [[nodiscard]] const QString& search() const { return m_search; }
     void setSearch(const QString& search);
     Q_SIGNAL void searchChanged();
 
-    /// The file chosen in list or map. For the screens: its name, and whether there is one.
+    /// The selected file; for QML its name, and whether there is one.
     Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedChanged)
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChanged)
     [[nodiscard]] const std::optional<FileItem>& selected() const { return m_selected; }
@@ -81,7 +81,7 @@ public:
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     Q_SIGNAL void isScanningChanged();
 
-    /// Files found so far, or in all once the scan is over. Trashing a file leaves it as it is.
+    /// Files found so seekDistance, or in total after the scan. Moving a file to the Trash does not change it.
     Q_PROPERTY(qint64 scannedCount READ scannedCount NOTIFY scannedCountChanged)
     [[nodiscard]] qint64 scannedCount() const { return m_scannedCount; }
     Q_SIGNAL void scannedCountChanged();
@@ -91,7 +91,7 @@ public:
     [[nodiscard]] qint64 skippedCount() const { return m_skippedCount; }
     Q_SIGNAL void skippedCountChanged();
 
-    /// The text of the last failure, until it was read; for the screens empty when there is none.
+    /// The text of the last failure until it is cleared; for QML empty if there is none.
     Q_PROPERTY(QString errorMessage READ errorText NOTIFY errorMessageChanged)
     [[nodiscard]] const std::optional<QString>& errorMessage() const { return m_errorMessage; }
     [[nodiscard]] QString errorText() const { return m_errorMessage.value_or(QString()); }
@@ -99,7 +99,7 @@ public:
     Q_INVOKABLE void clearErrorMessage() { setErrorMessage(std::nullopt); }
     Q_SIGNAL void errorMessageChanged();
 
-    /// The files that pass category and search. For the screens: how many they are.
+    /// The files that match category and search; for QML their number.
     Q_PROPERTY(qint64 filteredCount READ filteredCount NOTIFY filteredFilesChanged)
     [[nodiscard]] const FilteredFiles& filteredFiles() const;
     [[nodiscard]] qint64 filteredCount() const { return static_cast<qint64>(filteredFiles().size()); }
@@ -108,7 +108,7 @@ public:
     /// Lets the user choose a folder and scans it. Cancelling changes nothing.
     Q_INVOKABLE void chooseFolder();
 
-    /// Scans `rootURL` anew; does nothing without one, or while a scan runs.
+    /// Scans `rootURL` again. Does nothing without one or during a scan.
     Q_INVOKABLE void startScan();
 
     /// Shows the item in the file manager.
@@ -118,12 +118,12 @@ public:
     /// Selects the file in a row of `filteredFiles`.
     Q_INVOKABLE void selectRow(int row);
 
-    /// Asks, and moves the selected file to the Trash in the background. What is moved is what was selected, and lay
-    /// there, when the question was asked. Does nothing while that file is being moved already.
+    /// Asks for confirmation, then moves the selected file to the Trash in the background. Moves only the file that was
+    /// there when the question was asked. Does nothing while that file is already being moved.
     Q_INVOKABLE void moveSelectedToTrash();
 
-    /// Whether the selected file is being moved. For the screens: its name, and how much of it is copied where that is
-    /// needed, in percent; -1 where nothing is known.
+    /// Whether the selected file is being moved. For QML its name, and the percentage copied if it has to be copied; -1
+    /// if unknown.
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY movingChanged)
     Q_PROPERTY(QString movingName READ movingName NOTIFY movingChanged)
     Q_PROPERTY(int movingPercent READ movingPercent NOTIFY movingChanged)
@@ -133,12 +133,12 @@ public:
     Q_SIGNAL void movingChanged();
 
 private:
-    struct Identified;
+    struct PendingStatus;
 
-    void scan(int quietRounds);
-    void publish(ScanResult result, int quietRounds);
-    void lookAgain(std::uint64_t round, int quietRounds);
-    void move(const FileItem& item, const std::shared_ptr<Identified>& identified);
+    void scan(int rescans);
+    void publish(ScanResult result, int rescans);
+    void rescan(std::uint64_t scanNumber, int rescans);
+    void move(const FileItem& item, const std::shared_ptr<PendingStatus>& pending);
     void setMovingPercent(const FileURL& url, std::optional<int> percent);
     void setFiles(FileList files);
     void setIsScanning(bool isScanning);
@@ -156,14 +156,14 @@ private:
     FileCategory m_category = FileCategory::all;
     QString m_search;
     std::optional<FileItem> m_selected;
-    std::unordered_map<FileURL, int> m_moving;  ///< Files on their way to the Trash, with the percentage copied.
-    std::vector<FileURL> m_movedSinceScan;      ///< What a scan that runs may have seen before it went.
+    std::unordered_map<FileURL, int> m_moving;  ///< Files being moved to the Trash, with the percentage copied.
+    std::vector<FileURL> m_movedSinceScan;      ///< A running scan may have recorded them.
     bool m_isScanning = false;
-    std::uint64_t m_round = 0;  ///< The number of the last scan that was begun.
+    std::uint64_t m_scanNumber = 0;  ///< Number of the last scan started by the user.
     qint64 m_scannedCount = 0;
     qint64 m_skippedCount = 0;
     std::optional<QString> m_errorMessage;
 
-    mutable FilteredFiles m_filteredFiles;  ///< Made anew when asked for after the filter has changed.
+    mutable FilteredFiles m_filteredFiles;  ///< Recomputed on access after a change of the filter.
     mutable bool m_filterIsStale = false;
 };

@@ -37,7 +37,7 @@ std::vector<CategorySegment> categorySegments(const std::vector<qint64>& sizes, 
 
 CategoryBar::CategoryBar(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-    connect(this, &CategoryBar::lookChanged, this, [this] { update(); });
+    connect(this, &CategoryBar::appearanceChanged, this, [this] { update(); });
 }
 
 void CategoryBar::paint(QPainter* painter) {

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-/// One stretch of the bar, in its pixels.
+/// A segment of the bar, in pixels.
 struct CategorySegment {
     double x = 0;
     double width = 0;
@@ -15,12 +15,12 @@ struct CategorySegment {
     bool operator==(const CategorySegment&) const = default;
 };
 
-/// Where the segments of a bar lie that shares `bandWidth` among `sizes`, in order, with 2 pixels between them. What is
-/// not empty is at least 2 wide, and what is empty takes none but keeps its gap; so all together they may be a little
-/// wider than the bar, which cuts off what hangs out.
+/// The segments of a bar that divides `bandWidth` in proportion to `sizes`, in order, with gaps of 2 pixels. A size
+/// above 0 gets at least 2 pixels; a size of 0 gets no width but keeps its gap. Together they may be wider than the
+/// bar, which clips them.
 [[nodiscard]] std::vector<CategorySegment> categorySegments(const std::vector<qint64>& sizes, double bandWidth);
 
-/// The main disk's kinds as stretches of one band with round ends; a faint band while there is nothing to show.
+/// The categories of the main disk as segments of one rounded bar; a pale bar if all sizes are 0.
 class CategoryBar : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -29,12 +29,12 @@ public:
     explicit CategoryBar(QQuickItem* parent = nullptr);
 
     /// A list of `storageCategory`.
-    Q_PROPERTY(QVariantList categories MEMBER m_categories NOTIFY lookChanged)
-    /// The first category has the first colour, and so on, beginning anew at the end.
-    Q_PROPERTY(QList<QColor> colors MEMBER m_colors NOTIFY lookChanged)
-    Q_PROPERTY(QColor emptyColor MEMBER m_emptyColor NOTIFY lookChanged)
-    Q_PROPERTY(qreal cornerRadius MEMBER m_cornerRadius NOTIFY lookChanged)
-    Q_SIGNAL void lookChanged();
+    Q_PROPERTY(QVariantList categories MEMBER m_categories NOTIFY appearanceChanged)
+    /// One colour per category, in order; repeated if there are more categories.
+    Q_PROPERTY(QList<QColor> colors MEMBER m_colors NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor emptyColor MEMBER m_emptyColor NOTIFY appearanceChanged)
+    Q_PROPERTY(qreal cornerRadius MEMBER m_cornerRadius NOTIFY appearanceChanged)
+    Q_SIGNAL void appearanceChanged();
 
     void paint(QPainter* painter) override;
 

@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// One kind of things and what it takes of the main disk.
+/// A category of storage and its size on the main disk.
 Card {
     id: root
 

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// How often a measurement is repeated because something answered late.
-constexpr int maximumRepetitions = 3;
+/// How often a measurement is repeated because of late answers.
+constexpr int maximumRepeats = 3;
 
 }  // namespace
 
@@ -23,34 +23,34 @@ CategoryMeasurement::~CategoryMeasurement() = default;
 
 void CategoryMeasurement::request(const std::optional<VolumeInfo>& mainVolume, Answer answer) {
     if (m_isRunning) {
-        m_round->answers.push_back(std::move(answer));
+        m_current->answers.push_back(std::move(answer));
         return;
     }
-    m_round = std::make_shared<Round>(Round{mainVolume, {std::move(answer)}});
-    measure(m_round);
+    m_current = std::make_shared<Measurement>(Measurement{mainVolume, {std::move(answer)}});
+    measure(m_current);
 }
 
-void CategoryMeasurement::measure(const std::shared_ptr<Round>& round) {
+void CategoryMeasurement::measure(const std::shared_ptr<Measurement>& current) {
     m_isRunning = true;
-    Dispatch::background([self = QPointer(this), round, mainVolume = round->mainVolume,
+    Dispatch::background([self = QPointer(this), current, mainVolume = current->mainVolume,
                           &userFolders = m_userFolders](const std::stop_token& stop) {
         auto sizes = StorageOverviewScanner::categories(mainVolume, userFolders.paths(), stop);
-        Dispatch::main([self, round, sizes = std::move(sizes)] {
+        Dispatch::main([self, current, sizes = std::move(sizes)] {
             if (self == nullptr) {
                 return;
             }
             self->m_isRunning = false;
-            for (const Answer& answer : round->answers) {
+            for (const Answer& answer : current->answers) {
                 answer(sizes.categories);
             }
-            if (sizes.lateAnswer == nullptr || round->repeated == maximumRepetitions) {
+            if (sizes.lateAnswer == nullptr || current->repeated == maximumRepeats) {
                 return;
             }
-            sizes.lateAnswer->whenAnswered([self, round] {
-                Dispatch::main([self, round] {
-                    if (self != nullptr && self->m_round == round && !self->m_isRunning) {
-                        ++round->repeated;
-                        self->measure(round);
+            sizes.lateAnswer->whenAnswered([self, current] {
+                Dispatch::main([self, current] {
+                    if (self != nullptr && self->m_current == current && !self->m_isRunning) {
+                        ++current->repeated;
+                        self->measure(current);
                     }
                 });
             });

@@ -12,36 +12,36 @@
 
 class UserFolders;
 
-/// Measures the kinds in the background, one measurement at a time: who asks while one runs gets its result too. So a
-/// screen that is left and entered again many times does not pile up walks through the same folders. Lives longer than
-/// the stores that ask; on the main thread.
+/// Measures the categories in the background, one measurement at a time: a request during a measurement gets its
+/// result, so that entering the screen many times does not start many walks of the same folders. Lives on the main
+/// thread, longer than the stores that use it.
 class CategoryMeasurement : public QObject {
     Q_OBJECT
 
 public:
     using Answer = std::function<void(const StorageCategories&)>;
 
-    /// `userFolders` outlives this.
+    /// `userFolders` must outlive this.
     explicit CategoryMeasurement(UserFolders& userFolders, QObject* parent = nullptr);
     ~CategoryMeasurement() override;
     Q_DISABLE_COPY_MOVE(CategoryMeasurement)
 
-    /// Calls `answer` later, on the main thread, unless this is destroyed before. When something that was passed over
-    /// answers after all, and nobody has asked anew, it is called again. A measurement that runs already keeps the main
-    /// volume it was started with.
+    /// Calls `answer` later on the main thread, unless this is destroyed before. If something that was skipped answers
+    /// later, and no newer request was made, `answer` is called again. A measurement that is already running keeps the
+    /// main volume of its first request.
     void request(const std::optional<VolumeInfo>& mainVolume, Answer answer);
 
 private:
-    /// What somebody wants to know, and how often it was measured again because of a late answer.
-    struct Round {
+    /// Requests that share a measurement, and how often it was repeated.
+    struct Measurement {
         std::optional<VolumeInfo> mainVolume;
         std::vector<Answer> answers;
         int repeated = 0;
     };
 
-    void measure(const std::shared_ptr<Round>& round);
+    void measure(const std::shared_ptr<Measurement>& measurement);
 
     UserFolders& m_userFolders;
-    std::shared_ptr<Round> m_round;  ///< The last one that was begun.
+    std::shared_ptr<Measurement> m_current;  ///< The latest one.
     bool m_isRunning = false;
 };

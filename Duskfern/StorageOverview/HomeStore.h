@@ -9,37 +9,37 @@
 class CategoryMeasurement;
 class MountedVolumes;
 
-/// What the home screen shows: the mounted volumes, and what fills the main one. Lives on the main thread for as long
-/// as the screen is shown; a measurement that it has asked for runs on without it. Each change notifies once, after the
-/// new value is in place.
+/// The state of the home screen: the mounted volumes, and the categories of the main one. Lives on the main thread
+/// while the screen is shown; a measurement that it requested ends without it. Each change emits one notification,
+/// after the value is set.
 class HomeStore : public QObject {
     Q_OBJECT
 
 public:
-    /// Shows no volumes yet and every kind with nothing in it. Both services outlive the store.
+    /// Starts without volumes and with all categories at 0. Both services must outlive the store.
     HomeStore(MountedVolumes& mountedVolumes, CategoryMeasurement& measurement, QObject* parent = nullptr);
     ~HomeStore() override;
     Q_DISABLE_COPY_MOVE(HomeStore)
 
-    /// The mounted volumes, the main one first. For the screens: a list of `volumeInfo`.
+    /// The mounted volumes, the main one first; for QML a list of `volumeInfo`.
     Q_PROPERTY(QVariantList volumes READ volumeRows NOTIFY volumesChanged)
     [[nodiscard]] const std::vector<VolumeInfo>& volumes() const { return m_volumes; }
     [[nodiscard]] QVariantList volumeRows() const;
     Q_SIGNAL void volumesChanged();
 
-    /// One record a kind, always. For the screens: a list of `storageCategory`.
+    /// One record per kind; for QML a list of `storageCategory`.
     Q_PROPERTY(QVariantList categories READ categoryRows NOTIFY categoriesChanged)
     [[nodiscard]] const StorageCategories& categories() const { return m_categories; }
     [[nodiscard]] QVariantList categoryRows() const;
     Q_SIGNAL void categoriesChanged();
 
-    /// From the start of a refresh until its categories have come.
+    /// True from the start of a refresh until the categories are measured.
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     Q_SIGNAL void isScanningChanged();
 
-    /// Lists the volumes anew, at once those that answer soon and the others when they answer, and measures the kinds
-    /// in the background; the old kinds stay until the new have come. Does nothing while that runs.
+    /// Lists the volumes again, those that answer late as soon as they do, and measures the categories in the
+    /// background; the old values stay until then. Does nothing while a refresh runs.
     Q_INVOKABLE void refresh();
 
 private:

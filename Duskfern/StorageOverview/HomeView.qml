@@ -5,17 +5,15 @@ import Duskfern.Engine
 import Duskfern.StorageOverview
 import Duskfern.Theme
 
-/// The first screen: the disks, and what kinds of things fill the main one.
-Flickable {
+/// The home screen: the disks, and the categories of the main one.
+ScrollPage {
     id: root
 
     required property HomeStore store
 
     readonly property list<color> colors: [Theme.pink, Theme.purple, Theme.blue, Theme.orange, Theme.mint, Theme.red, Theme.gray]
 
-    readonly property bool scrolls: root.contentHeight > root.height
-
-    /// Whether the screen has been seen, and what it shows been asked for.
+    /// Whether the first frame was shown and the values were requested.
     property bool appeared: false
 
     function appear() {
@@ -25,49 +23,19 @@ Flickable {
         }
     }
 
-    /// What the keyboard acts on when the screen is shown: the page, unless all of it is in sight.
+    /// The item that gets the focus when the screen is shown: the page if it scrolls, else the refresh button.
     function firstFocus(): Item {
-        if (root.scrolls || !refresh.enabled) {
+        if (root.scrolls || !header.button.enabled) {
             return root;
         }
-        return refresh;
-    }
-
-    function scroll(distance: real) {
-        root.contentY = Math.max(0, Math.min(root.contentY + distance, root.contentHeight - root.height));
+        return header.button;
     }
 
     Accessible.name: "Estado de almacenamiento"
     Accessible.role: Accessible.Pane
-    // What has the focus cannot be told that Tab does not stop there.
-    activeFocusOnTab: root.scrolls || root.activeFocus
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
     contentHeight: content.height + 40
-    contentWidth: width
 
-    Keys.onDownPressed: root.scroll(48)
-    Keys.onPressed: event => {
-        const steps = {[Qt.Key_PageUp]: -root.height, [Qt.Key_PageDown]: root.height, [Qt.Key_Home]: -root.contentHeight, [Qt.Key_End]: root.contentHeight};
-        if (event.key in steps) {
-            root.scroll(steps[event.key]);
-            event.accepted = true;
-        }
-    }
-    Keys.onUpPressed: root.scroll(-48)
-
-    ScrollThumb {
-        view: root
-    }
-
-    FocusRing {
-        cornerRadius: 4
-        inset: 0
-        parent: root
-        shown: root.activeFocus && root.scrolls
-    }
-
-    // While that goes on there is no button to be on.
+    // A refresh disables the button, which may have the focus.
     Connections {
         enabled: root.activeFocus
         target: root.store
@@ -77,7 +45,7 @@ Flickable {
         }
     }
 
-    // Asking the disks may take a moment; the window is there first.
+    // Waits for the first frame, because querying the disks may block for a moment.
     Connections {
         enabled: !root.appeared
         target: root.Window.window
@@ -95,48 +63,15 @@ Flickable {
         x: 20
         y: 20
 
-        Item {
-            height: Math.max(titles.height, refresh.height)
+        HomeHeader {
+            id: header
+
+            store: root.store
             width: parent.width
-
-            Column {
-                id: titles
-
-                anchors.left: parent.left
-                anchors.right: refresh.left
-                anchors.rightMargin: 16
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 3
-
-                Label {
-                    font.bold: true
-                    font.pixelSize: Theme.largeTitle
-                    text: "Estado de almacenamiento"
-                    width: parent.width
-                }
-
-                Label {
-                    color: Theme.secondary
-                    text: "Una vista general de tus discos y del espacio usado"
-                    width: parent.width
-                }
-            }
-
-            PushButton {
-                id: refresh
-
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                available: !root.store.isScanning
-                kind: PushButton.Prominent
-                symbol: "arrow.clockwise"
-                text: "Actualizar"
-
-                onClicked: root.store.refresh()
-            }
         }
 
-        // What is not shown is not there, not even for a screen reader; a Loader takes no bound component.
+        // A Repeater creates only what is shown, so that screen readers do not find the rest. A Loader cannot load a
+        // bound component.
         Repeater {
             model: root.store.isScanning ? 1 : 0
 
@@ -185,28 +120,10 @@ Flickable {
             width: parent.width
         }
 
-        Grid {
-            id: grid
-
-            readonly property real minimumWidth: 210
-            readonly property real cellWidth: (width - (columns - 1) * spacing) / columns
-
-            columns: Math.max(1, Math.floor((width + spacing) / (minimumWidth + spacing)))
-            spacing: 12
+        CategoryGrid {
+            colors: root.colors
+            store: root.store
             width: parent.width
-
-            Repeater {
-                model: root.store.categories
-
-                CategoryCard {
-                    required property int index
-                    required property var modelData
-
-                    accent: root.colors[index % root.colors.length]
-                    item: modelData
-                    width: grid.cellWidth
-                }
-            }
         }
 
         Label {

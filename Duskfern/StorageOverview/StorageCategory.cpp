@@ -11,7 +11,7 @@ struct Row {
     const char16_t* icon;
 };
 
-/// In the order of the cases.
+/// In the order of the enumerators.
 constexpr std::array<Row, allCases.size()> rows{{
     {u"Música", u"music.note"},
     {u"Vídeos", u"film.fill"},

@@ -8,31 +8,31 @@
 #include <optional>
 #include <vector>
 
-/// What kinds of things fill the main disk.
+/// The categories of storage on the main disk.
 namespace StorageKinds {
 Q_NAMESPACE
 enum class StorageKind { music, videos, images, documents, downloads, applications, system };
 Q_ENUM_NS(StorageKind)
 
-/// Every kind, in the order in which they are shown.
+/// Every kind, in the order in which the screen shows them.
 inline constexpr std::array allCases{
     StorageKind::music,     StorageKind::videos,       StorageKind::images, StorageKind::documents,
     StorageKind::downloads, StorageKind::applications, StorageKind::system,
 };
 
-/// The name people read, which is also the kind's identity as text.
+/// The displayed name; also identifies the kind as text.
 [[nodiscard]] QString rawValue(StorageKind kind);
 
-/// The kind of exactly that name.
+/// The kind with exactly this `rawValue`; none for any other text.
 [[nodiscard]] std::optional<StorageKind> fromRawValue(const QString& rawValue);
 
-/// The name of its symbol.
+/// The name of the kind's symbol.
 [[nodiscard]] QString icon(StorageKind kind);
 }  // namespace StorageKinds
 
 using StorageKinds::StorageKind;
 
-/// How much of the main disk one kind takes.
+/// The size of one kind on the main disk.
 class StorageCategory {
     Q_GADGET
 
@@ -42,7 +42,7 @@ public:
 
     [[nodiscard]] StorageKind id() const { return kind; }
 
-    /// For the screens.
+    /// For QML.
     Q_PROPERTY(QString label READ label)
     Q_PROPERTY(QString icon READ icon)
     Q_PROPERTY(qint64 size READ sizeBytes)
@@ -53,5 +53,5 @@ public:
     bool operator==(const StorageCategory&) const = default;
 };
 
-/// One record a kind, in the order of `StorageKinds::allCases`.
+/// One record per kind, in the order of `StorageKinds::allCases`.
 using StorageCategories = std::vector<StorageCategory>;

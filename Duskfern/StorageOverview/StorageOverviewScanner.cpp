@@ -1,7 +1,9 @@
 #include "StorageOverview/StorageOverviewScanner.h"
 
 #include "Foundation/CheckedSum.h"
+#include "Foundation/DiskRequests.h"
 #include "Foundation/FolderSizes.h"
+#include "Foundation/Handover.h"
 
 #include <algorithm>
 
@@ -9,34 +11,34 @@ namespace StorageOverviewScanner {
 
 namespace {
 
-/// One folder that is measured for a kind. The first that applies of these says where it is.
+/// A folder that is measured for a kind. Exactly one of the three pointers is set.
 struct FolderRow {
     StorageKind kind = StorageKind::system;
-    const char* inHome = nullptr;                            ///< Every home's folder of that name.
-    std::optional<FileURL> UserFolderPaths::*own = nullptr;  ///< The folder the user named for it.
-    const char* inSystem = nullptr;                          ///< A folder for all users.
-    enum class Claim { always, ifFree } claim = Claim::ifFree;
+    const char* inHome = nullptr;                            ///< Folder of this name in the home.
+    std::optional<FileURL> UserFolderPaths::*own = nullptr;  ///< Folder that the user has assigned to this purpose.
+    const char* inSystem = nullptr;                          ///< Folder of this name in "/".
+    enum class Priority { always, ifUnclaimed } priority = Priority::ifUnclaimed;
 };
 
-/// In the order of the kinds. Those marked `always` are measured whatever folders the user has named.
-constexpr auto always = FolderRow::Claim::always;
+/// In the order of the kinds. Rows with `always` take precedence over the user's folders.
+constexpr auto always = FolderRow::Priority::always;
 constexpr std::array folderRows{
-    FolderRow{.kind = StorageKind::music, .inHome = "Music", .claim = always},
+    FolderRow{.kind = StorageKind::music, .inHome = "Music", .priority = always},
     FolderRow{.kind = StorageKind::music, .own = &UserFolderPaths::music},
-    FolderRow{.kind = StorageKind::videos, .inHome = "Movies", .claim = always},
+    FolderRow{.kind = StorageKind::videos, .inHome = "Movies", .priority = always},
     FolderRow{.kind = StorageKind::videos, .own = &UserFolderPaths::videos},
-    FolderRow{.kind = StorageKind::images, .inHome = "Pictures", .claim = always},
+    FolderRow{.kind = StorageKind::images, .inHome = "Pictures", .priority = always},
     FolderRow{.kind = StorageKind::images, .own = &UserFolderPaths::pictures},
-    FolderRow{.kind = StorageKind::documents, .inHome = "Documents", .claim = always},
-    FolderRow{.kind = StorageKind::documents, .inHome = "Desktop", .claim = always},
+    FolderRow{.kind = StorageKind::documents, .inHome = "Documents", .priority = always},
+    FolderRow{.kind = StorageKind::documents, .inHome = "Desktop", .priority = always},
     FolderRow{.kind = StorageKind::documents, .own = &UserFolderPaths::documents},
     FolderRow{.kind = StorageKind::documents, .own = &UserFolderPaths::desktop},
-    FolderRow{.kind = StorageKind::downloads, .inHome = "Downloads", .claim = always},
+    FolderRow{.kind = StorageKind::downloads, .inHome = "Downloads", .priority = always},
     FolderRow{.kind = StorageKind::downloads, .own = &UserFolderPaths::downloads},
-    FolderRow{.kind = StorageKind::applications, .inSystem = "Applications", .claim = always},
-    FolderRow{.kind = StorageKind::applications, .inHome = "Applications", .claim = always},
+    FolderRow{.kind = StorageKind::applications, .inSystem = "Applications", .priority = always},
+    FolderRow{.kind = StorageKind::applications, .inHome = "Applications", .priority = always},
     FolderRow{.kind = StorageKind::applications, .inSystem = "opt"},
-    // Flatpak's store holds the same files a second time, by hard links.
+    // The Flatpak repository beside these is left out: it holds the same files as hard links.
     FolderRow{.kind = StorageKind::applications, .inSystem = "var/lib/flatpak/app"},
     FolderRow{.kind = StorageKind::applications, .inSystem = "var/lib/flatpak/runtime"},
     FolderRow{.kind = StorageKind::applications, .inSystem = "var/lib/snapd/snaps"},
@@ -54,7 +56,7 @@ std::optional<FileURL> locate(const FolderRow& row, const UserFolderPaths& paths
     return paths.*row.own;
 }
 
-/// Where a folder that is measured lies.
+/// A folder to measure.
 struct Place {
     FileURL url;
     std::string path;  ///< Without links.
@@ -62,22 +64,22 @@ struct Place {
 
 using RealPaths = std::vector<std::optional<std::string>>;
 
-/// Where the links of each location lead, as far as the disks tell; each is asked on its own.
+/// The real path of each location, as far as the disks answer. Each is read on its own thread.
 RealPaths realPaths(const std::vector<FileURL>& urls, const std::stop_token& stop, std::shared_ptr<LateAnswer>& late) {
     const auto answers = std::make_shared<Handover<RealPaths>>();
     answers->edit([&](RealPaths& paths) { paths.resize(urls.size()); });
-    DiskQuestions questions;
+    DiskRequests requests;
     for (std::size_t index = 0; index < urls.size(); ++index) {
-        questions.ask([answers, index, url = urls[index]] {
+        requests.start([answers, index, url = urls[index]] {
             std::optional<std::string> path = realPath(url);
             answers->edit([&](RealPaths& paths) { paths[index] = std::move(path); });
         });
     }
-    late = questions.wait(stop);
+    late = requests.wait(stop);
     return answers->take();
 }
 
-/// The places below `outer`.
+/// The paths of the places below `outer`.
 std::vector<std::string> placesInside(const Place& outer, const std::vector<std::optional<Place>>& places) {
     std::vector<std::string> inside;
     for (const std::optional<Place>& place : places) {
@@ -119,16 +121,16 @@ FolderGroups folderGroups(const UserFolderPaths& paths, const std::stop_token& s
     const RealPaths realPaths = StorageOverviewScanner::realPaths(urls, stop, groups.lateAnswer);
     const std::string home = realPaths.back().value_or(paths.home.path());
     std::vector<std::optional<Place>> places(folderRows.size());
-    for (const auto claim : {always, FolderRow::Claim::ifFree}) {
+    for (const auto priority : {always, FolderRow::Priority::ifUnclaimed}) {
         for (std::size_t row = 0; row < folderRows.size(); ++row) {
-            if (folderRows.at(row).claim != claim) {
+            if (folderRows.at(row).priority != priority) {
                 continue;
             }
             std::optional<std::string> path = realPaths[row];
-            if (claim == always) {
+            if (priority == always) {
                 path = path.value_or(urls[row].path());
             } else if (path && isAtOrBelow(home, *path)) {
-                // A purpose that is switched off is written as the home folder.
+                // A purpose that is switched off in user-dirs.dirs points to the home folder.
                 path.reset();
             }
             const auto isThere = [&](const std::optional<Place>& other) { return other && other->path == *path; };
@@ -151,7 +153,7 @@ KindSizes categories(const std::optional<VolumeInfo>& mainVolume, const UserFold
                      const std::stop_token& stop) {
     KindSizes result;
     std::vector<WalkRoot> folders;
-    std::vector<std::size_t> kinds;  // The index of the kind that each folder counts for.
+    std::vector<std::size_t> kinds;  // Index of the kind, by folder.
     FolderGroups groups = folderGroups(paths, stop);
     result.lateAnswer = std::move(groups.lateAnswer);
     for (std::size_t kind = 0; kind < groups.kinds.size(); ++kind) {

@@ -9,34 +9,33 @@
 #include <memory>
 #include <stop_token>
 
-/// What there is on the disks, roughly. Holds no state; may run on any thread.
+/// Lists the volumes and measures the categories. Stateless; may run on any thread.
 namespace StorageOverviewScanner {
 
-/// What has answered as the home screen shows it: "/" first and the others in the system's order. A volume without
-/// capacity is left out.
+/// The volumes for the home screen: "/" first, then the others in the order of the mount table. Volumes without
+/// capacity are left out.
 [[nodiscard]] std::vector<VolumeInfo> volumes(const MountedVolumes::Answers& answers);
 
-/// The folders measured for each kind but the last.
+/// The folders to measure, for each kind but the last.
 struct FolderGroups {
     std::vector<std::vector<WalkRoot>> kinds;  ///< In the order of the kinds.
-    std::shared_ptr<LateAnswer> lateAnswer;    ///< Null unless a disk did not tell where a folder lies.
+    std::shared_ptr<LateAnswer> lateAnswer;    ///< Null unless the real path of a folder was not answered in time.
 };
 
-/// Each place is measured once: where two are the same folder, for the one of the two that every home has, or else for
-/// the earlier kind; where one lies inside another, for the inner one, which the outer one leaves out. Asks the disks
-/// where links lead; a folder that the user has named is left out while its disk does not answer.
+/// Each folder is measured once: if two rows are the same folder, for the row with `always`, else for the earlier kind;
+/// if one folder contains another, the outer one excludes the inner one. Reads real paths from the disks; a user's
+/// folder whose disk does not answer is left out.
 [[nodiscard]] FolderGroups folderGroups(const UserFolderPaths& paths, const std::stop_token& stop = {});
 
-/// How much of the main disk each kind takes.
+/// The sizes of the kinds on the main disk.
 struct KindSizes {
-    StorageCategories categories;            ///< One record a kind, in order.
-    std::shared_ptr<LateAnswer> lateAnswer;  ///< Null unless something did not answer and was passed over.
+    StorageCategories categories;            ///< One record per kind, in order.
+    std::shared_ptr<LateAnswer> lateAnswer;  ///< Null unless something was skipped after a timeout.
 };
 
-/// Measures each kind; the last one is what is used beyond the folders measured. Walks those folders, packages
-/// included, hidden entries and links not, on several threads, which may take minutes; a kind keeps what was counted of
-/// a folder that stops answering. A sum beyond 64 bits ends the program. `stop` ends it early, because nobody waits any
-/// more.
+/// Measures each kind; the last one is the used space minus the folders measured. Walks these folders, including
+/// packages but not hidden entries and links, on several threads, which may take minutes. If a folder stops answering,
+/// what was counted until then is kept. Ends the program when a sum exceeds 64 bits. `stop` ends the walk early.
 [[nodiscard]] KindSizes categories(const std::optional<VolumeInfo>& mainVolume, const UserFolderPaths& paths,
                                    const std::stop_token& stop = {});
 

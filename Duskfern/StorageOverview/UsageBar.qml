@@ -1,7 +1,7 @@
 import QtQuick
 import Duskfern.Theme
 
-/// How full a volume is, as a bar.
+/// A bar that shows how full a volume is.
 Rectangle {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
 
-/// One volume: its name and how much of it is used.
+/// A volume with its name and usage.
 Card {
     id: root
 

@@ -15,7 +15,7 @@ double VolumeInfo::usedFraction() const {
 
 std::int64_t VolumeInfo::usedPercent() const {
     const double percent = usedFraction() * 100;
-    constexpr double limit = 9223372036854775808.0;  // 2^63: the first value that does not fit
+    constexpr double limit = 9223372036854775808.0;  // 2^63, the first value that does not fit
     if (!(std::abs(percent) < limit)) {
         qFatal("a volume's percentage is no number that fits 64 bits");
     }

@@ -7,32 +7,32 @@
 
 #include <cstdint>
 
-/// A mounted volume and how full it is. Sizes are bytes.
+/// A mounted volume and its usage. Sizes are in bytes.
 class VolumeInfo {
     Q_GADGET
 
 public:
-    FileURL url;                 ///< The mount point; "/" for the disk the system runs from.
-    QString name;                ///< What people call it; may be empty.
-    std::int64_t total = 0;      ///< Capacity; above 0 in what `StorageOverviewScanner::volumes` makes.
-    std::int64_t available = 0;  ///< What this user can still write; never negative there.
+    FileURL url;                 ///< The mount point; "/" for the startup disk.
+    QString name;                ///< Displayed name; may be empty.
+    std::int64_t total = 0;      ///< Capacity; above 0 if made by `StorageOverviewScanner::volumes`.
+    std::int64_t available = 0;  ///< Space that this user can still write; never negative if made there.
 
     [[nodiscard]] const FileURL& id() const { return url; }
 
-    /// `total` less `available`, never below 0. A difference beyond 64 bits ends the program.
+    /// `total` minus `available`, at least 0. Ends the program if the difference exceeds 64 bits.
     Q_PROPERTY(qint64 used READ used)
     [[nodiscard]] std::int64_t used() const;
 
-    /// The part of the volume that is used: 0 to 1, and 0 for a volume without capacity.
+    /// The fraction in use, from 0 to 1; 0 for a volume without capacity.
     Q_PROPERTY(double usedFraction READ usedFraction)
     [[nodiscard]] double usedFraction() const;
 
-    /// The same in percent, cut off rather than rounded: 99 until the last byte is used. A fraction that is no number
-    /// or too large ends the program.
+    /// `usedFraction` in percent, truncated: 100 only if every byte is used. Ends the program if it is not a finite
+    /// number of 64 bits.
     Q_PROPERTY(qint64 usedPercent READ usedPercent)
     [[nodiscard]] std::int64_t usedPercent() const;
 
-    /// For the screens.
+    /// For QML.
     Q_PROPERTY(QString name MEMBER name)
     Q_PROPERTY(qint64 total READ totalBytes)
     Q_PROPERTY(qint64 available READ availableBytes)

@@ -16,7 +16,7 @@ public:
     }
 };
 
-/// Does what Qt's own factory does for items, which is asked after this one.
+/// The same as Qt's own factory for items, which is called after this one.
 QAccessibleInterface* makeItem(const QString& className, QObject* object) {
     auto* const item = className == QLatin1String("QQuickItem") ? qobject_cast<QQuickItem*>(object) : nullptr;
     if (item == nullptr || !QQuickItemPrivate::get(item)->isAccessible) {

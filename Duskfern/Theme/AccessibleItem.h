@@ -1,5 +1,5 @@
 #pragma once
 
-/// Lets assistive technology see which controls are disabled: Qt Quick 6.4.2 does not say so of any item. To be called
-/// once, before the first window.
+/// Reports disabled controls to assistive technologies: Qt Quick 6.4.2 reports no item as disabled. Must be called
+/// once, before the first window is created.
 void installAccessibleItems();

@@ -2,24 +2,24 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 
-/// A modal question or message over the window. The first button is the default one; Esc means the last. One is made
-/// for each message.
+/// A modal question or message. The first button is the default one; Esc presses the last. An instance is used for one
+/// message only.
 ModalDialog {
     id: root
 
     property string symbol: "exclamationmark.triangle.fill"
     property color symbolColor: Theme.orange
 
-    /// The titles of one or two buttons.
+    /// Titles of one or two buttons.
     required property list<string> buttons
 
-    /// Whether it has been answered.
+    /// Whether it was answered.
     property bool isOver: false
 
-    /// Which button ended it: 0 for the first. Given once.
+    /// Emitted once with the index of the pressed button.
     signal answered(int button)
 
-    /// The first answer counts: a second press while the dialog goes away does not.
+    /// Ignores all but the first answer, for instance a second press before the dialog is destroyed.
     function answer(button: int) {
         if (!root.isOver) {
             root.isOver = true;
@@ -28,7 +28,7 @@ ModalDialog {
     }
 
     Keys.onEscapePressed: event => {
-        // A key that is held down does not end the next message unread.
+        // A key held down must not close the next message before it is read.
         if (!event.isAutoRepeat) {
             root.answer(root.buttons.length - 1);
         }

@@ -22,7 +22,8 @@ void AppIcon::paint(QPainter* painter) {
     const QRectF box = QRectF(0, 0, width(), height()).adjusted(m_shadow, m_shadow, -m_shadow, -m_shadow);
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
-    // A blurred edge, drawn from outside to inside in steps of half a pixel; no renderer has to blur for it.
+    // Draws the shadow as outlines in steps of half a pixel, from outside to inside, because not every renderer can
+    // blur.
     painter->setCompositionMode(QPainter::CompositionMode_Source);
     for (qreal reach = m_shadow; reach > -m_shadow && m_shadow > 0; reach -= 0.5) {
         const double coverage = 0.5 * std::erfc(reach / m_shadow * 1.8);
@@ -32,7 +33,7 @@ void AppIcon::paint(QPainter* painter) {
     }
     painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
 
-    // A clip has hard edges; a brush does not.
+    // Painted with a brush, because clipping does not antialias.
     const qreal scale = painter->device()->devicePixelRatioF() * painter->transform().m11();
     QImage image((box.size() * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) {

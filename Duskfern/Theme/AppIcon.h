@@ -3,7 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QtQuick/QQuickPaintedItem>
 
-/// The application's icon with rounded corners, and perhaps a soft shadow around it.
+/// The application icon with rounded corners and an optional soft shadow.
 class AppIcon : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -14,7 +14,7 @@ public:
     Q_PROPERTY(qreal radius MEMBER m_radius WRITE setRadius NOTIFY changed)
     void setRadius(qreal radius);
 
-    /// How far the shadow reaches beyond the icon, which shrinks by as much on each side.
+    /// The extent of the shadow. The icon shrinks by this on each side.
     Q_PROPERTY(qreal shadow MEMBER m_shadow WRITE setShadow NOTIFY changed)
     void setShadow(qreal shadow);
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A surface of shaded text colour with a hairline around it.
+/// A panel with a pale fill and a thin border.
 Rectangle {
     id: root
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A hairline between two parts of a screen.
+/// A thin line between two parts of a screen.
 Rectangle {
     color: Theme.divider
     implicitHeight: 1

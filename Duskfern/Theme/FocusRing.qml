@@ -1,12 +1,12 @@
 import QtQuick
 
-/// Shows which control the keyboard acts on, while keys are used. Lies around its parent, outside of it.
+/// A ring around its parent that shows the keyboard focus. Visible only while the keyboard is in use.
 Rectangle {
     id: root
 
     property bool shown: false
 
-    /// Whether it is there after a click, too.
+    /// Visible also while the pointer is in use.
     property bool always: false
     property real inset: -3
     property real cornerRadius: 9

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A small text beside what the pointer rests on.
+/// A tooltip.
 T.ToolTip {
     id: root
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A symbol on a rounded tile of its own colour.
+/// A symbol on a rounded tile in a paler shade of its colour.
 Rectangle {
     id: root
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// Text to read. Never takes a name for markup.
+/// Plain text: markup in a file name is not interpreted.
 Text {
     Accessible.role: Accessible.StaticText
     Accessible.name: text

@@ -1,23 +1,23 @@
 import QtQuick
 import Duskfern.Theme
 
-/// A row of a list that uses its rows again. Shows whether it is chosen and only says that it was pressed.
+/// A row of a list that reuses its rows. Shows the selection and emits signals only.
 Item {
     id: root
 
     required property int index
 
-    /// What is read aloud as its name.
+    /// Name for assistive technologies.
     property string spoken: ""
     property bool chosen: false
 
-    /// Whether the list has the keyboard.
+    /// Whether the list has the focus.
     property bool focused: false
 
-    /// What it is filled with when it is chosen.
+    /// Fill colour of the selected row.
     property color chosenColor: Theme.selection
 
-    /// Whether assistive technology opens the row that is chosen by pressing it; otherwise that chooses it once more.
+    /// Whether pressing a selected row by assistive technology opens it; else it is selected again.
     property bool opensWhenChosen: false
     property real leftInset: 6
     property real rightInset: 6
@@ -38,13 +38,13 @@ Item {
         }
     }
 
-    // A row that waits to be used again would be read aloud. When it is shown again it is first where it was, and must
-    // not find the pointer there.
+    // A pooled row is hidden, because screen readers would read it. It is moved away, because a reused row is shown at
+    // its old position first and could be under the pointer.
     ListView.onPooled: {
         root.visible = false;
         root.y = -1000000;
     }
-    // Qt 6.8 hides a waiting row from screen readers by itself and never shows it to them again.
+    // Qt 6.8 sets pooled rows to ignored for screen readers and does not reset that.
     ListView.onReused: {
         root.Accessible.ignored = false;
         root.visible = true;

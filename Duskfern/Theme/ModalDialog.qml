@@ -1,16 +1,16 @@
 import QtQuick
 
-/// A card over the shaded window. It has the keyboard while it is there: one of its items says `focus: true`. Nothing
-/// below it is to be enabled meanwhile.
+/// A card above the shaded window that has the keyboard focus: one of its items must set `focus: true`. Everything
+/// below it must be disabled meanwhile.
 FocusScope {
     id: root
 
     required property string message
 
-    /// What explains the message.
+    /// Explanation below the message.
     property string informativeText: ""
 
-    /// What stands on the card, from top to bottom.
+    /// The contents of the card, in a column.
     default property alias content: column.data
 
     anchors.fill: parent
@@ -27,7 +27,7 @@ FocusScope {
         color: Theme.raised
         height: column.height + 40
         radius: 14
-        // Wide enough for large type, too.
+        // Wide enough for large fonts.
         width: Math.min(root.width - 40, Math.max(360, 24 * Theme.body))
 
         Column {

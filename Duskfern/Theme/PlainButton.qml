@@ -1,11 +1,11 @@
 import QtQuick
 
-/// A symbol to press, without a frame of its own and out of the way of the Tab key. Not made of Qt's buttons, whose role
-/// cannot be chosen.
+/// A flat button with a symbol that is not a Tab stop. Not based on Qt's buttons, because their accessible role cannot
+/// be changed.
 Item {
     id: root
 
-    /// What it says to who cannot see it.
+    /// Name for assistive technologies.
     required property string text
     required property string symbol
     property color tint: Theme.secondary
@@ -15,7 +15,7 @@ Item {
 
     signal clicked
 
-    /// What a click does, for assistive technologies.
+    /// Called for a click by assistive technologies.
     function press() {
         if (root.enabled) {
             root.clicked();

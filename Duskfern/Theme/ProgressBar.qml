@@ -1,10 +1,10 @@
 import QtQuick
 
-/// A line that shows that work goes on, and how far it is where that is known.
+/// A progress bar, or a busy indicator if the progress is unknown.
 Rectangle {
     id: root
 
-    /// From 0 to 1; below 0 when nobody knows.
+    /// From 0 to 1; negative if unknown.
     property real value: -1
     property color tint: Theme.red
 

@@ -1,12 +1,15 @@
 import QtQuick
 
-/// Says how far a work is during which nothing else can be done.
+/// Shows the progress of work that blocks the window.
 ModalDialog {
     id: root
 
-    /// What is done, and of how much.
+    /// Units of work done and in total.
     required property int done
     required property int total
+
+    /// How much of the current unit is done, in percent; negative if that is not known.
+    property int percent: -1
 
     Label {
         elide: Text.ElideNone
@@ -17,7 +20,7 @@ ModalDialog {
         wrapMode: Text.Wrap
     }
 
-    // Needs no key, but has the keyboard, so that how far it is can be read aloud.
+    // Has the focus only to let screen readers report the progress.
     ProgressBar {
         Accessible.description: root.message
         Accessible.focusable: true
@@ -33,7 +36,7 @@ ModalDialog {
 
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        text: root.done + " de " + root.total
+        text: root.done + " de " + root.total + (root.percent < 0 ? "" : " · " + root.percent + "%")
         width: parent.width
     }
 }

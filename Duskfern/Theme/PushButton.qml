@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Templates as T
 
-/// A button with a title and perhaps a symbol before it.
-T.AbstractButton {
+/// A button with a title and an optional symbol before it.
+Pressable {
     id: root
 
     enum Kind {
@@ -14,44 +13,24 @@ T.AbstractButton {
     property int kind: PushButton.Plain
     property bool large: false
 
-    /// Whether there is anything to press for. Looks disabled only then, not while a dialog blocks the window.
+    /// Whether the action is possible. Only this changes the look to disabled, not `enabled`, which is false while a
+    /// dialog is open.
     property bool available: true
     property color tint: Theme.red
-    property color titleColor: root.prominent ? "white" : Theme.primary
+    property color titleColor: root.prominent ? Theme.onTint : Theme.primary
 
     readonly property bool prominent: root.kind === PushButton.Prominent
     readonly property color fill: root.prominent ? root.tint : Theme.tint(Theme.primary, 0.06)
 
-    /// What a click does, for keys and assistive technologies.
-    function press() {
-        if (root.enabled) {
-            root.clicked();
-        }
-    }
-
-    /// A key that is held down presses once.
-    function pressOnce(event: KeyEvent) {
-        if (!event.isAutoRepeat) {
-            root.press();
-        }
-    }
-
-    Accessible.name: root.text
-    Accessible.role: Accessible.Button
     enabled: root.available
     focusPolicy: Qt.StrongFocus
     font.family: Theme.family
     font.pixelSize: root.large ? Theme.title3 : Theme.body
-    hoverEnabled: true
     implicitHeight: Math.ceil(contentItem.implicitHeight) + topPadding + bottomPadding
     implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
     horizontalPadding: root.large ? 22 : 12
     opacity: root.available ? 1 : 0.45
     verticalPadding: root.large ? 10 : 6
-
-    Accessible.onPressAction: root.press()
-    Keys.onEnterPressed: event => root.pressOnce(event)
-    Keys.onReturnPressed: event => root.pressOnce(event)
 
     background: Rectangle {
         border.color: root.prominent ? "transparent" : Theme.tint(Theme.primary, 0.1)
@@ -61,7 +40,7 @@ T.AbstractButton {
 
         Rectangle {
             anchors.fill: parent
-            color: root.down ? "black" : Theme.dark || root.prominent ? "white" : "black"
+            color: root.down || !(Theme.dark || root.prominent) ? Theme.darken : Theme.lighten
             opacity: root.down ? 0.16 : root.hovered ? (root.prominent ? 0.12 : 0.05) : 0
             radius: parent.radius
         }

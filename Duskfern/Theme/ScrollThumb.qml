@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A slim scroll bar at the right edge of a view, in its way only while it is of use.
+/// A thin scroll bar at the right edge of a view, shown only if the view scrolls.
 T.ScrollBar {
     id: root
 

@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A field for a search text, with a button that empties it.
+/// A search field with a button that clears it.
 T.TextField {
     id: root
 
-    /// What the store holds; the field shows it and reports edits with `edited`.
+    /// The store's value. Shown by the field, which reports edits with `edited`.
     property string value: ""
 
     signal edited(string text)
@@ -23,7 +23,7 @@ T.TextField {
     renderType: Text.NativeRendering
     rightPadding: 28
     selectByMouse: true
-    selectedTextColor: "white"
+    selectedTextColor: Theme.onTint
     selectionColor: Theme.blue
     text: root.value
     verticalAlignment: TextInput.AlignVCenter
@@ -39,7 +39,7 @@ T.TextField {
     background: Rectangle {
         border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
         border.width: 1
-        color: Theme.dark ? Theme.tint(Theme.primary, 0.08) : "white"
+        color: Theme.field
         radius: 8
 
         Symbol {
@@ -67,25 +67,17 @@ T.TextField {
         visible: root.text === "" && root.preeditText === ""
     }
 
-    T.AbstractButton {
+    Pressable {
         id: clear
 
         Accessible.name: "Borrar la búsqueda"
-        Accessible.role: Accessible.Button
         anchors.right: parent.right
         anchors.rightMargin: 6
         anchors.verticalCenter: parent.verticalCenter
-        focusPolicy: Qt.TabFocus
         height: 20
-        hoverEnabled: true
         visible: root.text !== ""
         width: 20
 
-        Accessible.onPressAction: {
-            if (clear.enabled) {
-                clear.clicked();
-            }
-        }
         onClicked: {
             root.edited("");
             root.forceActiveFocus();
@@ -105,6 +97,5 @@ T.TextField {
                 shown: clear.activeFocus
             }
         }
-
     }
 }

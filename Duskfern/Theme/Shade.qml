@@ -1,6 +1,6 @@
 import QtQuick
 
-/// Darkens all that lies below and keeps the pointer from it.
+/// Darkens everything below and blocks the pointer.
 Rectangle {
     anchors.fill: parent
     color: Theme.shade

@@ -1,9 +1,10 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Duskfern.Theme
 
-/// Two panes side by side with a divider that can be dragged, or moved with the arrow keys. Where the width does not
-/// suffice for both minima the panes shrink in their ratio.
+/// Two panes with a divider that can be dragged or moved with the arrow keys. If the width is less than both minima,
+/// the panes shrink in proportion to them.
 Item {
     id: root
 
@@ -11,26 +12,23 @@ Item {
     required property real minimumSecond
     property real maximumFirst: Infinity
 
-    /// The first pane's width until somebody moves the divider.
+    /// Width of the first pane until the user moves the divider.
     required property real idealFirst
 
-    /// The width of the divider; its line is drawn only when `hairline` is set.
+    /// Width of the divider. Its line is drawn only if `hairline` is set.
     property real gap: 1
     property bool hairline: false
     property alias first: firstPane.data
     property alias second: secondPane.data
 
-    /// What somebody moved the divider to; negative before that.
+    /// Width of the first pane set by the user; negative if not set.
     property real chosenFirst: -1
 
     readonly property real room: Math.max(0, root.width - root.gap)
     readonly property real firstWidth: root.fitted(root.chosenFirst < 0 ? root.idealFirst : root.chosenFirst)
 
     function fitted(wanted: real): real {
-        if (root.room <= root.minimumFirst + root.minimumSecond) {
-            return root.room * root.minimumFirst / (root.minimumFirst + root.minimumSecond);
-        }
-        return Math.max(root.minimumFirst, Math.min(wanted, root.maximumFirst, root.room - root.minimumSecond));
+        return PaneWidths.first(wanted, root.room, root.minimumFirst, root.maximumFirst, root.minimumSecond);
     }
 
     Item {

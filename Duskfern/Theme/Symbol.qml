@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A system symbol by its name, in a colour. An ornament: what it means is said by the text beside it.
+/// A symbol of the program by name, in a colour. Decorative: the text beside it has the meaning.
 Image {
     id: root
 

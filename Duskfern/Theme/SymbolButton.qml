@@ -1,30 +1,14 @@
 import QtQuick
-import QtQuick.Templates as T
 
-/// A button that shows a symbol in place of its title.
-T.AbstractButton {
+/// A button with a symbol instead of a title.
+Pressable {
     id: root
 
     required property string symbol
 
-    /// What a click does, for keys and assistive technologies.
-    function press() {
-        if (root.enabled) {
-            root.clicked();
-        }
-    }
-
-    Accessible.name: root.text
-    Accessible.role: Accessible.Button
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
     implicitHeight: Theme.body + 20
     implicitWidth: implicitHeight
     opacity: root.enabled ? 1 : 0.4
-
-    Accessible.onPressAction: root.press()
-    Keys.onEnterPressed: root.press()
-    Keys.onReturnPressed: root.press()
 
     background: Rectangle {
         border.color: Theme.tint(Theme.primary, 0.1)

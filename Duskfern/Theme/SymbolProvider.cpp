@@ -18,7 +18,7 @@ QImage SymbolProvider::image(const QString& symbol, const QColor& color, int pix
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    // The glyphs are drawn in the colour of the text around them; here that is the colour asked for.
+    // The glyphs use currentColor, which is replaced by the requested colour.
     QByteArray svg = file.readAll();
     svg.replace("currentColor", color.name().toLatin1());
     QSvgRenderer renderer(svg);

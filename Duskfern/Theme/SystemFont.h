@@ -3,7 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QtCore/QObject>
 
-/// The font that the desktop has set for applications, its text scaling included.
+/// The desktop's application font, including its text scaling.
 class SystemFont : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -15,7 +15,7 @@ public:
     Q_PROPERTY(QString family READ family NOTIFY changed)
     [[nodiscard]] static QString family();
 
-    /// Its size in logical pixels.
+    /// In logical pixels.
     Q_PROPERTY(qreal pixelSize READ pixelSize NOTIFY changed)
     [[nodiscard]] static qreal pixelSize();
 

@@ -3,14 +3,15 @@ pragma Singleton
 import QtQuick
 import Duskfern.Theme
 
-/// Every colour and font of the program. Sizes of type follow the desktop's own font; colours follow light and dark.
+/// Every colour and font size of the program. Font sizes scale with the desktop's font; colours have a light and a dark
+/// variant.
 QtObject {
     id: root
 
-    /// Set by the window from what the desktop prefers.
+    /// Set by the window.
     property bool dark: false
 
-    /// Set by the window: whether a key was used last rather than the pointer. Only then is shown what keys act on.
+    /// Set by the window: whether the last input was a key. Focus rings are shown only then.
     property bool keyboard: false
 
     readonly property color red: root.dark ? "#FF453A" : "#FF3B30"
@@ -22,13 +23,21 @@ QtObject {
     readonly property color teal: root.dark ? "#40C8E0" : "#30B0C7"
     readonly property color gray: root.dark ? "#98989D" : "#8E8E93"
 
-    /// The colour of text, and of fills that are shades of it.
+    /// The colour of text, and of fills in shades of it.
     readonly property color primary: root.dark ? "#F5F5F7" : "#1D1D1F"
     readonly property color secondary: root.dark ? "#A8A8AE" : "#5F5F65"
 
     readonly property color window: root.dark ? "#1C1C1E" : "#F9F9FA"
     readonly property color sidebar: root.dark ? "#242427" : "#F0F0F2"
     readonly property color raised: root.dark ? "#2C2C2F" : "#FFFFFF"
+    readonly property color field: root.dark ? root.tint(root.primary, 0.08) : "#FFFFFF"
+
+    /// Text on fills of the colours above.
+    readonly property color onTint: "#FFFFFF"
+
+    /// Drawn over a button, nearly transparent, while it is hovered or pressed.
+    readonly property color lighten: "#FFFFFF"
+    readonly property color darken: "#000000"
     readonly property color divider: root.tint(root.primary, root.dark ? 0.12 : 0.1)
     readonly property color selection: root.tint(root.blue, root.dark ? 0.3 : 0.18)
     readonly property color focus: root.tint(root.blue, 0.75)

@@ -11,6 +11,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 #ifdef __x86_64__
 
@@ -46,12 +49,20 @@ void failCall(pid_t child, int error, int& status) {
     }
 }
 
-/// Not those of memory, threads, time and who one is: a sanitizer has its own.
-bool concernsFiles(long call) {
+/// Whether a disk could make the call fail. Those of memory, threads, time, pipes and who one is are left alone: a
+/// sanitizer has its own, and looks into memory by way of a pipe.
+bool concernsFiles(pid_t child, const user_regs_struct& registers) {
     constexpr std::array others{SYS_brk,     SYS_mmap,   SYS_munmap,        SYS_mprotect,       SYS_mremap,
                                 SYS_madvise, SYS_futex,  SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction,
                                 SYS_geteuid, SYS_getuid, SYS_getegid,       SYS_getgid,         SYS_getpid,
-                                SYS_gettid,  SYS_tgkill, SYS_exit_group,    SYS_close,          SYS_getrandom};
+                                SYS_gettid,  SYS_tgkill, SYS_exit_group,    SYS_close,          SYS_getrandom,
+                                SYS_pipe,    SYS_pipe2};
+    const auto call = static_cast<long>(registers.orig_rax);
+    if (call == SYS_write) {
+        const std::string link = "/proc/" + std::to_string(child) + "/fd/" + std::to_string(registers.rdi);
+        std::error_code error;
+        return !std::filesystem::read_symlink(link, error).string().starts_with("pipe:");
+    }
     return std::find(others.begin(), others.end(), call) == others.end();
 }
 
@@ -90,7 +101,7 @@ TracedRun runTraced(const std::function<int()>& body, const std::function<Interr
             const auto call = static_cast<long>(registers.orig_rax);
             if (call == marker) {
                 isInside = !isInside;
-            } else if (isInside && concernsFiles(call)) {
+            } else if (isInside && concernsFiles(child, registers)) {
                 const Interruption interruption = decide(run.calls.size(), call);
                 run.calls.push_back(call);
                 if (interruption.isKill) {

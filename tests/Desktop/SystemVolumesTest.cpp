@@ -1,7 +1,6 @@
 #include "Desktop/PrivateMounts.h"
 #include "Desktop/SystemVolumes.h"
 #include "Desktop/VolumeLabel.h"
-#include "Desktop/XdgUserFolders.h"
 #include "Foundation/Threads.h"
 #include "support/Shortage.h"
 #include "support/TemporaryFolder.h"
@@ -63,7 +62,7 @@ public:
         m_changed.wait(lock, [this] { return m_inside == 0; });
     }
 
-    [[nodiscard]] SystemVolumes::Questions questions() {
+    [[nodiscard]] SystemVolumes::Sources questions() {
         return {[this] {
                     const std::lock_guard lock(m_mutex);
                     m_threads.insert(std::this_thread::get_id());
@@ -380,45 +379,6 @@ TEST(SystemVolumes, DoNotWaitForAMountThatNeverAnswers) {
             EXPECT_TRUE(values.contains("/"));
         }
     });
-}
-
-TEST(XdgUserFolders, ReadUserDirsAnewEachTime) {
-    const std::string file = qgetenv("XDG_CONFIG_HOME").toStdString() + "/user-dirs.dirs";
-    const FileURL home(qgetenv("HOME").toStdString());
-    XdgUserFolders folders;
-    std::ofstream(file) << "# comment\nXDG_MUSIC_DIR=\"$HOME/Música\"\nXDG_VIDEOS_DIR=\"/disk/v\xED"
-                           "deos\"\nXDG_PICTURES_DIR=broken\nXDG_DOWNLOAD_DIR=\"$HOME/\"\n";
-    const UserFolderPaths first = folders.paths();
-    EXPECT_EQ(first.home, home);
-    EXPECT_EQ(first.music, home.appendingPathComponent("Música"));
-    EXPECT_EQ(first.videos, FileURL("/disk/v\xED"
-                                    "deos"));
-    EXPECT_EQ(first.pictures, std::nullopt);
-    EXPECT_EQ(first.downloads.value_or(home), home) << "switched off";
-    std::ofstream(file) << "XDG_MUSIC_DIR=\"$HOME/Discos\"\n";
-    EXPECT_EQ(folders.paths().music, home.appendingPathComponent("Discos"));
-    std::filesystem::remove(file);
-}
-
-TEST(XdgUserFolders, GoByTheEnvironment) {
-    const FileURL home(qgetenv("HOME").toStdString());
-    const std::tuple<const char*, FileURL UserFolderPaths::*, FileURL> rows[] = {
-        {"XDG_CACHE_HOME", &UserFolderPaths::cacheHome, home.appendingPathComponent(".cache")},
-        {"XDG_STATE_HOME", &UserFolderPaths::stateHome, home.appendingPathComponent(".local/state")},
-        {"XDG_DATA_HOME", &UserFolderPaths::dataHome, home.appendingPathComponent(".local/share")},
-        {"XDG_CONFIG_HOME", &UserFolderPaths::configHome, home.appendingPathComponent(".config")},
-        {"TMPDIR", &UserFolderPaths::temporary, FileURL("/tmp")},
-    };
-    for (const auto& [variable, member, usual] : rows) {
-        const QByteArray before = qgetenv(variable);
-        qputenv(variable, "/set/to");
-        EXPECT_EQ(XdgUserFolders().paths().*member, FileURL("/set/to")) << variable;
-        qputenv(variable, "not/absolute");
-        EXPECT_EQ(XdgUserFolders().paths().*member, usual) << variable;
-        qunsetenv(variable);
-        EXPECT_EQ(XdgUserFolders().paths().*member, usual) << variable;
-        qputenv(variable, before);
-    }
 }
 
 }  // namespace

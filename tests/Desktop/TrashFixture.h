@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Desktop/FreedesktopTrash.h"
 #include "Desktop/PrivateMounts.h"
+#include "Trash/FreedesktopTrash.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

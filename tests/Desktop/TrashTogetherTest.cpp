@@ -1,7 +1,7 @@
 // Other programs at the same Trash: at the same time, and to bring things back.
 
 #include "Desktop/TrashFixture.h"
-#include "Desktop/TrashNames.h"
+#include "Trash/TrashNames.h"
 
 #include <sys/wait.h>
 

@@ -1,4 +1,4 @@
-#include "FolderBrowser/FolderListing.h"
+#include "FolderBrowser/FolderReading.h"
 #include "FolderBrowser/TypedPath.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "Foundation/NameFolding.h"
+#include "Foundation/NameMatcher.h"
 
 #include <gtest/gtest.h>
 

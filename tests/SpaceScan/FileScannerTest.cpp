@@ -299,7 +299,7 @@ TEST(FileList, KeepsAndSortsSizesOverFourGiB) {
         }
         std::vector<std::uint32_t> numbers;
         std::int64_t skipped = 0;
-        FileList::Storage all = ScanRecorder::gather(FileURL("/"), root, {&recorder}, numbers, skipped);
+        FileList::Storage all = ScanRecorder::merge(FileURL("/"), root, {&recorder}, numbers, skipped);
         (void)sortBySizeDescending(all.records);
         std::sort(expected.rbegin(), expected.rend());
         std::vector<std::int64_t> sizes;

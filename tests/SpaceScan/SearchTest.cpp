@@ -1,5 +1,5 @@
-#include "Foundation/NameFolding.h"
-#include "SpaceScan/BytePlaces.h"
+#include "Foundation/NameMatcher.h"
+#include "SpaceScan/ByteMask.h"
 #include "SpaceScan/FileScanner.h"
 #include "SpaceScan/FilteredFiles.h"
 #include "support/TemporaryFolder.h"
@@ -34,21 +34,21 @@ std::vector<std::uint32_t> keys(const FilteredFiles& files) {
     return all;
 }
 
-TEST(BytePlaces, AreTheSameOnAnyProcessor) {
+TEST(ByteMask, AreTheSameOnAnyProcessor) {
     std::mt19937 random(7);
-    std::array<char, BytePlaces::stepSize + 1> bytes{};
+    std::array<char, ByteMask::stepSize + 1> bytes{};
     for (int round = 0; round < 1000; ++round) {
         std::generate(bytes.begin(), bytes.end(), [&] { return "ab\0\xFF"[random() % 4]; });
         std::uint64_t ends = 0;
         std::uint64_t pairs = 0;
-        for (unsigned at = 0; at < BytePlaces::stepSize; ++at) {
+        for (unsigned at = 0; at < ByteMask::stepSize; ++at) {
             ends |= std::uint64_t{bytes.at(at) == '\0'} << at;
             pairs |= std::uint64_t{bytes.at(at) == '\xFF' && bytes.at(at + 1) == 'a'} << at;
         }
-        ASSERT_EQ(BytePlaces::of('\0', bytes.data()), ends);
-        ASSERT_EQ(BytePlaces::ofBoth('\xFF', bytes.data(), 'a', bytes.data() + 1), pairs);
-        const auto lanes = static_cast<BytePlaces::Lanes>(BytePlaces::load(bytes.data()) == 0);
-        ASSERT_EQ(BytePlaces::gatheredBits(lanes), ends & 0xFFFF);
+        ASSERT_EQ(ByteMask::of('\0', bytes.data()), ends);
+        ASSERT_EQ(ByteMask::ofBoth('\xFF', bytes.data(), 'a', bytes.data() + 1), pairs);
+        const auto lanes = static_cast<ByteMask::Lanes>(ByteMask::load(bytes.data()) == 0);
+        ASSERT_EQ(ByteMask::lowestBits(lanes), ends & 0xFFFF);
     }
 }
 

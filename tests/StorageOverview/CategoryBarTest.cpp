@@ -4,10 +4,6 @@
 
 namespace {
 
-std::ostream& operator<<(std::ostream& stream, const CategorySegment& segment) {
-    return stream << segment.x << '+' << segment.width;
-}
-
 TEST(CategorySegments, ShareTheBand) {
     using Segments = std::vector<CategorySegment>;
     EXPECT_EQ(categorySegments({0, 0, 0}, 300), (Segments{{0, 0}, {2, 0}, {4, 0}}));

@@ -11,6 +11,7 @@ namespace {
 
 /// Counts how often the folders were about to be walked.
 struct CountingFolders final : UserFolders {
+    [[nodiscard]] UserFolderPaths fromEnvironment() override { return folders; }
     [[nodiscard]] UserFolderPaths paths() override {
         ++asked;
         return folders;

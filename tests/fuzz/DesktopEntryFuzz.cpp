@@ -1,6 +1,6 @@
 #include "Desktop/DesktopEntry.h"
 #include "Input.h"
-#include "JunkCleaner/Leftovers.h"
+#include "JunkCleaner/InstalledAppTokens.h"
 
 // The name is libFuzzer's.
 // NOLINTNEXTLINE(readability-identifier-naming)

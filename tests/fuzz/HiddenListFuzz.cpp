@@ -1,4 +1,4 @@
-#include "Foundation/HiddenPlaces.h"
+#include "Foundation/HiddenList.h"
 #include "Input.h"
 
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "Desktop/DesktopEntry.h"
+#include "Desktop/PropertyList.h"
 #include "Input.h"
 
 // The name is libFuzzer's.

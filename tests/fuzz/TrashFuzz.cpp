@@ -1,8 +1,8 @@
 // Names and notes of the Trash, and its list of sizes, whatever bytes come in.
 
-#include "Desktop/DirectorySizes.h"
-#include "Desktop/TrashNames.h"
 #include "Input.h"
+#include "Trash/DirectorySizes.h"
+#include "Trash/TrashNames.h"
 
 namespace {
 
@@ -37,12 +37,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (const std::optional<std::uint32_t>& each : {std::optional<std::uint32_t>(), std::optional(number)}) {
             const std::string inTrash = nameInTrash(name, each, longest);
             require(!inTrash.empty() && inTrash.find('/') == std::string::npos);
-            require(inTrash.size() + trashNoteSuffix.size() <= longest);
-            require(each || name.size() + trashNoteSuffix.size() > longest || inTrash == name);
+            require(inTrash.size() + trashInfoSuffix.size() <= longest);
+            require(each || name.size() + trashInfoSuffix.size() > longest || inTrash == name);
         }
     }
 
-    const std::string note = trashNote(bytes, static_cast<std::time_t>(number) * 10);
+    const std::string note = trashInfoText(bytes, static_cast<std::time_t>(number) * 10);
     const std::size_t end = note.find("\nDeletionDate=");
     require(note.starts_with("[Trash Info]\nPath=") && end != std::string::npos && note.size() == end + 34);
     require(note.find('\n', 13) == end && decoded(std::string_view(note).substr(18, end - 18)) == bytes);

@@ -1,4 +1,4 @@
-#include "Desktop/FreedesktopTrash.h"
+#include "Trash/FreedesktopTrash.h"
 #include "support/Journey.h"
 
 #include <gtest/gtest.h>

@@ -114,6 +114,7 @@ struct FakeVolumes final : MountedVolumes {
 
 /// A home beside a system without applications.
 struct FakeUserFolders final : UserFolders {
+    [[nodiscard]] UserFolderPaths fromEnvironment() override { return folders; }
     [[nodiscard]] UserFolderPaths paths() override { return folders; }
 
     UserFolderPaths folders;

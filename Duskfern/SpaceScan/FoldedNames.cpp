@@ -1,0 +1,161 @@
+#include "SpaceScan/FoldedNames.h"
+
+#include "SpaceScan/ByteMask.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+
+namespace {
+
+using ByteMask::stepSize;
+static_assert(FoldedNames::longestText + 2 * stepSize < StringArena::padding);
+
+/// Offsets of the two bytes of a text that a search compares first.
+struct ProbeBytes {
+    std::size_t first = 0;
+    std::size_t second = 0;
+};
+
+/// The two rarest bytes give the fewest candidates. Their frequency is estimated from a sample.
+ProbeBytes rarestBytes(std::string_view text, const StringArena::Block& block) {
+    std::array<std::uint32_t, 256> counts{};
+    for (const char byte : std::string_view(block.data, std::min<std::size_t>(block.size, 4096))) {
+        ++counts.at(static_cast<unsigned char>(byte));
+    }
+    const auto count = [&](std::size_t at) { return counts.at(static_cast<unsigned char>(text[at])); };
+    ProbeBytes probe;
+    for (std::size_t at = 1; at < text.size(); ++at) {
+        probe.first = count(at) < count(probe.first) ? at : probe.first;
+    }
+    probe.second = text.size() > 1 && probe.first == 0 ? 1 : 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        probe.second = at != probe.first && count(at) < count(probe.second) ? at : probe.second;
+    }
+    return probe;
+}
+
+void reserveOneMore(std::vector<std::uint32_t>& numbers) {
+    if (numbers.size() == numbers.capacity()) {
+        numbers.reserve(std::max<std::size_t>(64, 2 * numbers.size()));
+    }
+}
+
+}  // namespace
+
+void FoldedNames::append(std::string_view folded) {
+    // All allocations come first: `numberAt` counts the names in the arena, so a failure must not leave one there that
+    // `m_size` does not count.
+    reserveOneMore(m_positions);
+    reserveOneMore(m_firsts);
+    const std::size_t blocks = m_names.blockCount();
+    const std::uint32_t position = m_names.append(folded);
+    if (m_names.blockCount() != blocks) {
+        m_firsts.push_back(m_size);
+    }
+    if (m_size % stride == 0) {
+        m_positions.push_back(position);
+    }
+    ++m_size;
+}
+
+/// Tells the number of the name at an offset, for ascending offsets, by counting the NULs before it.
+class FoldedNames::Cursor {
+public:
+    Cursor(const FoldedNames& names, std::size_t block)
+        : m_names(names),
+          m_data(names.m_names.block(block).data),
+          m_blockPosition(StringArena::position(block, 0)),
+          m_number(names.m_firsts[block]) {}
+
+    /// Moves to the 64 bytes at `offset` of the block.
+    void moveTo(std::size_t offset) {
+        if (offset > m_offset + seekDistance) {
+            seek(offset);
+        }
+        for (; m_offset + stepSize <= offset; m_offset += stepSize) {
+            m_number += bitCount(m_ends);
+            m_ends = endsAt(m_offset + stepSize);
+        }
+        if (m_offset < offset) {
+            m_number += bitCount(m_ends & below(offset - m_offset));
+            m_offset = offset;
+            m_ends = endsAt(offset);
+        }
+    }
+
+    /// The number of the name that contains this byte of the 64.
+    [[nodiscard]] std::uint32_t numberAt(unsigned place) const { return m_number + bitCount(m_ends & below(place)); }
+
+    /// The offset in the block of the end of the name that contains this byte of the 64.
+    [[nodiscard]] std::size_t nameEnd(unsigned place) const {
+        const std::uint64_t ends = m_ends & ~below(place);
+        return ends != 0 ? m_offset + static_cast<unsigned>(std::countr_zero(ends))
+                         : m_offset + stepSize + std::strlen(m_data + m_offset + stepSize);
+    }
+
+private:
+    /// Beyond this many bytes, looking up a recorded position is quicker than counting.
+    static constexpr std::size_t seekDistance = 1024;
+
+    static std::uint64_t below(std::size_t place) { return (std::uint64_t{1} << place) - 1; }
+
+    /// Not std::popcount: it is a call unless the compiler may assume a processor with that instruction.
+    static std::uint32_t bitCount(std::uint64_t places) {
+        constexpr std::uint64_t all = ~std::uint64_t{0};
+        places -= (places >> 1) & (all / 3);
+        places = (places & (all / 5)) + ((places >> 2) & (all / 5));
+        return static_cast<std::uint32_t>((((places + (places >> 4)) & (all / 17)) * (all / 255)) >> 56);
+    }
+
+    [[nodiscard]] std::uint64_t endsAt(std::size_t offset) const { return ByteMask::of('\0', m_data + offset); }
+
+    /// Moves to the last recorded name that begins at or before `offset`, if that is ahead.
+    void seek(std::size_t offset) {
+        const auto from = m_names.m_positions.begin() + m_number / stride;
+        const auto position = m_blockPosition + static_cast<std::uint32_t>(offset);
+        const auto mark = std::upper_bound(from, m_names.m_positions.end(), position) - 1;
+        const auto number = static_cast<std::uint32_t>(mark - m_names.m_positions.begin()) * stride;
+        if (number > m_number) {
+            m_number = number;
+            m_offset = *mark - m_blockPosition;
+            m_ends = endsAt(m_offset);
+        }
+    }
+
+    const FoldedNames& m_names;
+    const char* m_data;
+    std::uint32_t m_blockPosition;
+    std::uint32_t m_number;    ///< Number of the name at the offset.
+    std::size_t m_offset = 0;  ///< Begin of the current 64 bytes.
+    std::uint64_t m_ends = endsAt(0);
+};
+
+void FoldedNames::search(std::size_t block, std::string_view text, const std::uint32_t* keys, BitSet& found) const {
+    const auto [data, size] = m_names.block(block);
+    const ProbeBytes probe = rarestBytes(text, {data, size});
+    Cursor cursor(*this, block);
+    std::size_t next = 0;  // End of the last name found: each name is reported once.
+    for (std::size_t step = 0; step < size; step += stepSize) {
+        std::uint64_t places = ByteMask::ofBoth(text[probe.first], data + step + probe.first,  //
+                                                text[probe.second], data + step + probe.second);
+        if (places == 0 || next >= step + stepSize) {
+            continue;
+        }
+        if (next > step) {
+            places &= ~std::uint64_t{0} << (next - step);
+        }
+        while (places != 0) {
+            const auto place = static_cast<unsigned>(std::countr_zero(places));
+            if (std::memcmp(data + step + place, text.data(), text.size()) != 0) {
+                places &= places - 1;
+                continue;
+            }
+            cursor.moveTo(step);
+            found.insert(keys[cursor.numberAt(place)]);
+            next = cursor.nameEnd(place);
+            places = next < step + stepSize ? places & ~std::uint64_t{0} << (next - step) : 0;
+        }
+    }
+}

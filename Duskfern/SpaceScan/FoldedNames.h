@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Foundation/StringArena.h"
+#include "SpaceScan/BitSet.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/// The folded names found by one worker of a scan, in order.
+class FoldedNames {
+public:
+    /// Folding can triple the length of a name; longer texts cannot be in it.
+    static constexpr std::size_t longestText = 3 * StringArena::maximumSearchLength;
+
+    void append(std::string_view folded);
+
+    [[nodiscard]] std::uint32_t size() const { return m_size; }
+    [[nodiscard]] bool hasRoom() const { return m_names.hasRoom(); }
+
+    [[nodiscard]] std::size_t blockCount() const { return m_names.blockCount(); }
+
+    /// Adds `keys[number]` to `found` for the number of each name in that block that contains `text`. `text` must not
+    /// be empty, contain NUL or be longer than `longestText`.
+    void search(std::size_t block, std::string_view text, const std::uint32_t* keys, BitSet& found) const;
+
+private:
+    class Cursor;
+
+    /// The position of every 16th name is recorded; the numbers of the others are found by counting.
+    static constexpr std::uint32_t stride = 16;
+
+    StringArena m_names;
+    std::vector<std::uint32_t> m_positions;  ///< Of names 0, 16, 32, …
+    std::vector<std::uint32_t> m_firsts;     ///< The number of the first name in each block.
+    std::uint32_t m_size = 0;
+};

@@ -1,0 +1,59 @@
+import QtQuick
+
+/// The title of a screen, a line below it and its buttons, above a divider.
+Item {
+    id: root
+
+    required property string title
+    required property string subtitle
+
+    /// Where the line below the title is shortened.
+    property int subtitleElide: Text.ElideRight
+
+    default property alias buttons: row.data
+
+    implicitHeight: Math.max(titles.height, row.height) + 32 + divider.height
+
+    Column {
+        id: titles
+
+        anchors.left: parent.left
+        anchors.leftMargin: 16
+        anchors.right: row.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: row.verticalCenter
+        spacing: 3
+
+        Label {
+            font.bold: true
+            font.pixelSize: Theme.title2
+            text: root.title
+            width: parent.width
+        }
+
+        Label {
+            color: Theme.secondary
+            elide: root.subtitleElide
+            font.pixelSize: Theme.caption
+            maximumLineCount: 1
+            text: root.subtitle
+            width: parent.width
+        }
+    }
+
+    Row {
+        id: row
+
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        spacing: 8
+        y: (root.height - divider.height - height) / 2
+    }
+
+    Divider {
+        id: divider
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+}

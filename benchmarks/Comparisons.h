@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// Each function prints a table and records its budgets. `tree` is a folder, `files` the number of entries it was made
+/// with.
+
+/// Scans compared with bare walks and other programs that add up file sizes; with a warm cache, or a cold one if caches
+/// can be dropped.
+void compareScans(const std::string& tree, std::int64_t files, bool cold);
+
+/// Measuring one folder, compared with `du`.
+void compareSizes(const std::string& tree);
+
+/// Scanning for junk with the tree as cache folder, compared with `du`.
+void compareJunk(const std::string& tree);
+
+/// The memory that remains in use after a scan.
+void compareMemory(const std::string& tree);
+
+/// One keystroke in the search field, for texts found often, rarely and never.
+void compareSearches(const std::string& tree);
+
+/// The sort compared with that of the standard library, on unsorted sizes.
+void compareSorts(const std::string& tree);
+
+/// The window: time to the first frame compared with an empty window, and the longest time without the event loop of
+/// the main thread while the tree is scanned and searched. `programs` is the folder of the two programs that show a
+/// window.
+void compareWindows(const std::string& programs, const std::string& tree);

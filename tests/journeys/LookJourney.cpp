@@ -2,6 +2,7 @@
 
 #include "Shell/WindowDialogs.h"
 #include "FolderBrowser/FolderPlace.h"
+#include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "StorageOverview/StorageCategory.h"
 #include "Theme/SymbolProvider.h"
@@ -122,19 +123,6 @@ TEST(Symbols, AllHaveAPicture) {
     for (const QString& name : names) {
         const QImage image = SymbolProvider::image(name, Qt::red, 16);
         EXPECT_FALSE(image.isNull() || image == SymbolProvider::image(name, Qt::transparent, 16)) << qPrintable(name);
-    }
-}
-
-TEST(SplitPane, KeepsToItsLimitsAndShrinksInTheirRatio) {
-    QQmlEngine engine;
-    const auto pane = itemOf(engine, R"(import Duskfern.Theme
-        SplitPane { minimumFirst: 180; minimumSecond: 600; maximumFirst: 230; idealFirst: 200; gap: 1 })");
-    const std::tuple<int, int, double> rows[] = {{1001, -1, 200}, {1001, 500, 230}, {1001, 10, 180}, {782, -1, 181},
-                                                 {781, -1, 180},  {391, -1, 90},    {391, 500, 90},  {1, -1, 0}};
-    for (const auto& [width, chosen, expected] : rows) {
-        pane->setWidth(width);
-        pane->setProperty("chosenFirst", chosen);
-        EXPECT_DOUBLE_EQ(pane->property("firstWidth").toDouble(), expected) << width << ' ' << chosen;
     }
 }
 

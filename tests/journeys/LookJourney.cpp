@@ -1,6 +1,5 @@
 // What is seen rather than done: colours, symbols, bubbles, the places of panes.
 
-#include "Shell/WindowDialogs.h"
 #include "FolderBrowser/FolderPlace.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <QtCore/QDateTime>
+#include <QtCore/QTimeZone>
 
 #include <filesystem>
 #include <future>
@@ -113,7 +114,7 @@ TEST_F(JunkScannerTest, LeavesTemporaryFilesTwoDays) {
         age("tmp/" + file, seconds);
     }
     // Zones whose summer time began, or ended, 30 hours ago. A rule's hour is that of the clock before the change.
-    const QDateTime changed = QDateTime::fromSecsSinceEpoch(now - 30 * 3600, Qt::UTC);
+    const QDateTime changed = QDateTime::fromSecsSinceEpoch(now - 30 * 3600, QTimeZone::utc());
     const auto rule = [&](int days, int hours) {
         return ',' + std::to_string((changed.date().dayOfYear() - 1 + days) % 364) + '/' +
                std::to_string(changed.time().hour() + hours);

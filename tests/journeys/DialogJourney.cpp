@@ -68,7 +68,7 @@ TEST_F(DialogJourney, TheProgressHasTheKeyboardNeedsNoAnswerAndHoldsUpNoEnd) {
     press(Qt::Key_Return);
     press(Qt::Key_Return);
     trash.turns.release(3);
-    EXPECT_TRUE(waitUntil([this] { return driver.focused() == "3 de 30"; })) << driver.focused();
+    EXPECT_TRUE(waitUntil([this] { return driver.focused() == "3 de 30 · 45%"; })) << driver.focused();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
         press(key);
         EXPECT_EQ(openDialog(), "Moviendo a la Papelera…");

@@ -36,8 +36,8 @@ constexpr std::array scenes{
     Scene{"a file of a full disk", false, false, false, true, 8},
 };
 
-void PrintTo(const Scene& scene, std::ostream* out) {
-    *out << scene.what;
+std::ostream& operator<<(std::ostream& out, const Scene& scene) {
+    return out << scene.what;
 }
 
 class TrashInterruption : public TrashTest, public testing::WithParamInterface<Scene> {

@@ -14,7 +14,7 @@ TEST(UserDirs, NamesFoldersForAPurpose) {
     const std::pair<std::string, std::optional<FileURL>> cases[] = {
         {"XDG_MUSIC_DIR=\"$HOME/Música\"", FileURL("/home/ana/Música")},
         {" XDG_MUSIC_DIR = \"/disk/m\xFAsica/\" # one\r\n", FileURL("/disk/m\xFAsica")},
-        {"XDG_MUSIC_DIR=\"$HOME/a \\\"b\\\" \\\\c\"", FileURL("/home/ana/a \"b\" \\c")},
+        {R"(XDG_MUSIC_DIR="$HOME/a \"b\" \\c")", FileURL(R"(/home/ana/a "b" \c)")},
         {"XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"/two\"", FileURL("/two")},
         {"XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=broken\n# XDG_MUSIC_DIR=\"/two\"", FileURL("/one")},
         {"XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"$HOME/\"", std::nullopt},

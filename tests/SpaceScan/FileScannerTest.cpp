@@ -270,7 +270,7 @@ TEST(FileScanner, TellsWhatDoesNotFitIntoMemory) {
         tree.text(std::to_string(i % 40) + "/" + std::string(200, 'n') + std::to_string(i), "");
     }
     bool wasShort = false;
-    for (const rlim_t megabytes : {1, 2, 4, 6, 8, 10, 12, 16}) {
+    for (const rlim_t megabytes : {1UL, 2UL, 4UL, 6UL, 8UL, 10UL, 12UL, 16UL}) {
         const Limit little = Limit::toMemory(megabytes << 20);
         const ScanResult result = scan(tree.url());
         EXPECT_LE(result.files.size(), count);

@@ -30,7 +30,7 @@ int run(int& argc, char** argv) {
     FolderBrowser folderBrowser(userFolders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
     const auto applications =
-        std::make_shared<const DesktopApplications>([&userFolders] { return applicationFolders(userFolders.paths()); });
+        std::make_shared<const DesktopApplications>(applicationFolders(userFolders.fromEnvironment()));
     DuskfernApp duskfern(
         {trash, fileManager, folderChooser, folderBrowser, colorScheme, mountedVolumes, userFolders, applications});
     duskfern.show();

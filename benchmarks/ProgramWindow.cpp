@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
     FolderBrowser folderBrowser(folders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
     const auto applications =
-        std::make_shared<const DesktopApplications>([&folders] { return applicationFolders(folders.paths()); });
+        std::make_shared<const DesktopApplications>(applicationFolders(folders.fromEnvironment()));
     DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, colorScheme, volumes, folders, applications});
     if (argc < 3) {
         const bool untilVolumes = argc == 2 && std::strcmp(argv[1], "volumes") == 0;

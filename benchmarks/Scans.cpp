@@ -92,7 +92,7 @@ void compareJunk(const std::string& tree) {
     paths.home = FileURL(tree + "/no home");
     paths.cacheHome = FileURL(tree);
     paths.stateHome = paths.dataHome = paths.configHome = paths.temporary = paths.home;
-    const auto applications = std::make_shared<const DesktopApplications>([&] { return applicationFolders(paths); });
+    const auto applications = std::make_shared<const DesktopApplications>(applicationFolders(paths));
     compareWithDu(
         "JunkScanner::scan", [&] { (void)JunkScanner::scan(junkPlaces(paths), applications, {}); }, tree,
         "junk scan, beside du -s");

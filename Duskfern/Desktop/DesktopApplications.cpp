@@ -140,17 +140,16 @@ ApplicationFolders applicationFolders(const UserFolderPaths& paths) {
 
 InstalledNames DesktopApplications::names() const {
     InstalledNames names;
-    const ApplicationFolders folders = m_folders();
-    for (const FileURL& folder : folders.bundles) {
+    for (const FileURL& folder : m_folders.bundles) {
         addBundles(folder, names);
     }
-    for (const FileURL& folder : folders.menus) {
+    for (const FileURL& folder : m_folders.menus) {
         addEntries(folder, {}, 0, names);
     }
-    for (const FileURL& folder : folders.programs) {
+    for (const FileURL& folder : m_folders.programs) {
         addPrograms(folder, names);
     }
-    for (const FileURL& folder : folders.flatpaks) {
+    for (const FileURL& folder : m_folders.flatpaks) {
         forEachEntry(folder, names, [&](std::string_view name, bool) { names.identifiers.insert(name); });
     }
     return names;

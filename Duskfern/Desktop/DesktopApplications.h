@@ -3,7 +3,7 @@
 #include "Desktop/InstalledApplications.h"
 #include "Desktop/UserFolders.h"
 
-#include <functional>
+#include <utility>
 #include <vector>
 
 /// The folders where applications are installed.
@@ -21,11 +21,10 @@ struct ApplicationFolders {
 /// ones and those whose program is missing), and executables by file name.
 class DesktopApplications final : public InstalledApplications {
 public:
-    /// `folders` is called by each call of `names()`, on its thread.
-    explicit DesktopApplications(std::function<ApplicationFolders()> folders) : m_folders(std::move(folders)) {}
+    explicit DesktopApplications(ApplicationFolders folders) : m_folders(std::move(folders)) {}
 
     [[nodiscard]] InstalledNames names() const override;
 
 private:
-    const std::function<ApplicationFolders()> m_folders;
+    const ApplicationFolders m_folders;
 };

@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <climits>
 
@@ -65,4 +67,14 @@ Descriptor openPath(const FileURL& url, int flags) {
     return parent.isOpen()
                ? Descriptor(openat(parent.number(), std::string(url.lastPathComponent()).c_str(), flags | O_CLOEXEC))
                : Descriptor();
+}
+
+std::optional<std::string> pathOfOpen(int descriptor) {
+    std::array<char, PATH_MAX> buffer{};
+    const std::string entry = "/proc/self/fd/" + std::to_string(descriptor);
+    const ssize_t length = readlink(entry.c_str(), buffer.data(), buffer.size());
+    if (length <= 0 || length == static_cast<ssize_t>(buffer.size()) || buffer[0] != '/') {
+        return {};
+    }
+    return std::string(buffer.data(), static_cast<std::size_t>(length));
 }

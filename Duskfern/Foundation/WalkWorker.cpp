@@ -9,9 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <cstddef>
 #include <new>
 
@@ -34,14 +32,6 @@ std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
     auto shared = std::make_shared<Descriptor>(std::move(descriptor));
     errno = error;
     return shared;
-}
-
-/// The path of an open folder without links, from /proc; the path of `url` if that cannot be read.
-std::string realPathOf(const Descriptor& folder, const FileURL& url) {
-    std::array<char, PATH_MAX> path{};
-    const std::string entry = "/proc/self/fd/" + std::to_string(folder.number());
-    const ssize_t length = readlink(entry.c_str(), path.data(), path.size());
-    return length > 0 && length < PATH_MAX ? std::string(path.data(), static_cast<std::size_t>(length)) : url.path();
 }
 
 }  // namespace
@@ -164,7 +154,7 @@ std::shared_ptr<Descriptor> WalkWorker::openRoot() {
     WalkState::Root& root = m_state.roots[m_folder->root];
     auto folder = callDisk(DiskCall::open, [&url = root.place.url] { return openShared(openPath(url, openFlags)); });
     if (folder->isOpen()) {
-        const std::string path = realPathOf(*folder, root.place.url);
+        const std::string path = pathOfOpen(folder->number()).value_or(root.place.url.path());
         const std::lock_guard lock(m_state.mutex);
         root.path = path;
         root.hidden = HiddenPlaces(path, m_state.mounts, root.place.excluded);

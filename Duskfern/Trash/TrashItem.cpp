@@ -6,9 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <climits>
 
 bool TrashItem::isInPlace() const {
     const std::optional<FileStatus> now = fileStatus(parent.number(), name.c_str());
@@ -42,14 +40,4 @@ std::optional<TrashError> openTrashItem(const FileURL& url, TrashItem& item) {
     const FileURL real(pathOfOpen(item.parent.number()).value_or(folder.path()));
     item.path = real.appendingPathComponent(item.name).path();
     return {};
-}
-
-std::optional<std::string> pathOfOpen(int descriptor) {
-    std::array<char, PATH_MAX> buffer{};
-    const std::string entry = "/proc/self/fd/" + std::to_string(descriptor);
-    const ssize_t length = readlink(entry.c_str(), buffer.data(), buffer.size());
-    if (length <= 0 || length == static_cast<ssize_t>(buffer.size()) || buffer[0] != '/') {
-        return {};
-    }
-    return std::string(buffer.data(), static_cast<std::size_t>(length));
 }

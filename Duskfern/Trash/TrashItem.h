@@ -21,6 +21,3 @@ struct TrashItem {
 
 /// Opens the item at `url`. Returns nothing, or why that failed.
 [[nodiscard]] std::optional<TrashError> openTrashItem(const FileURL& url, TrashItem& item);
-
-/// The real path of an open file or folder; nothing if it is too long to be read.
-[[nodiscard]] std::optional<std::string> pathOfOpen(int descriptor);

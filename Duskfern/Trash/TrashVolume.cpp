@@ -1,5 +1,6 @@
 #include "Trash/TrashVolume.h"
 
+#include "Foundation/OpenPath.h"
 #include "Trash/TrashItem.h"
 
 #include <fcntl.h>

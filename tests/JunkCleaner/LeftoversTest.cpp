@@ -122,7 +122,7 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     const auto isElsewhere = [&](const FileURL& url) { return !isAtOrBelow(url.path(), tree.path()); };
     EXPECT_GT(std::erase_if(folders.programs, isElsewhere), 0U) << "the PATH";
     std::erase_if(folders.menus, isElsewhere);
-    const InstalledNames names = DesktopApplications([&] { return folders; }).names();
+    const InstalledNames names = DesktopApplications(folders).names();
     const auto has = [&](const char* name) {
         return std::count(names.programs.begin(), names.programs.end(), QString::fromUtf8(name)) > 0;
     };

@@ -37,7 +37,7 @@ void walk(const QStringList& arguments) {
     XdgUserFolders userFolders;
     FolderBrowser browser(userFolders, diskFolders);
     DuskfernApp app({trash, fileManager, chooser, browser, scheme, volumes, userFolders,
-                     std::make_shared<DesktopApplications>([&] { return applicationFolders(userFolders.paths()); })});
+                     std::make_shared<DesktopApplications>(applicationFolders(userFolders.fromEnvironment()))});
     const Driver driver(app.window());
     chooser.folder = FileURL(QFile::encodeName(QDir(arguments.value(2)).absolutePath()).toStdString());
     const bool dark = arguments.value(4) == QLatin1String("dark");

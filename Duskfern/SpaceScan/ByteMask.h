@@ -10,7 +10,7 @@
 #include <emmintrin.h>
 #endif
 
-/// Compares 64 bytes at a time. A result has one bit per byte; the first byte is the lowestBit bit.
+/// Compares 64 bytes at a time. A result has one bit per byte; the first byte is the lowest bit.
 namespace ByteMask {
 
 /// Bytes compared in one step.
@@ -25,9 +25,9 @@ inline Lanes load(const char* bytes) {
     return lanes;
 }
 
-/// The lowestBit bit of each of sixteen bytes, in plain arithmetic.
+/// The lowest bit of each of sixteen bytes, in plain arithmetic.
 inline std::uint64_t lowestBits(Lanes lanes) {
-    // Multiplying by it moves the lowestBit bits of eight bytes to the top byte.
+    // Multiplying by it moves the lowest bits of eight bytes to the top byte.
     constexpr std::uint64_t merge = 0x0102040810204080;
     const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(static_cast<Lanes>(lanes & 1));
     return (halves[0] * merge >> 56) | (halves[1] * merge >> 56) << 8;

@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] std::int64_t skipped() const { return m_skipped; }
 
-    /// The number of files so seekDistance. Any thread may call it.
+    /// The number of files so far. Any thread may call it.
     [[nodiscard]] std::int64_t count() const { return m_count.load(std::memory_order_relaxed); }
 
     /// Merges everything that `recorders` hold below `root`, in the order of a depth-first walk: the contents of a

@@ -10,16 +10,19 @@
 /// can be dropped.
 void compareScans(const std::string& tree, std::int64_t files, bool cold);
 
-/// Measuring one folder, compared with `du`.
+/// The kinds of files on the home screen, with the tree as one of the measured folders, compared with `du`.
 void compareSizes(const std::string& tree);
 
-/// Scanning for junk with the tree as cache folder, compared with `du`.
+/// Scanning for junk with the tree as cache folder, and as its only entry, compared with `du`.
 void compareJunk(const std::string& tree);
+
+/// A chain of folders, each in the one before, made in the folder `base`.
+void compareChains(const std::string& base);
 
 /// The memory that remains in use after a scan.
 void compareMemory(const std::string& tree);
 
-/// One keystroke in the search field, for texts found often, rarely and never.
+/// One keystroke in the search field, for texts found often, rarely and never; a category chosen; a file removed.
 void compareSearches(const std::string& tree);
 
 /// The sort compared with that of the standard library, on unsorted sizes.

@@ -84,7 +84,7 @@ protected:
         before = portraitOf(item);
     }
 
-    TracedRun run(const std::function<Interruption(std::size_t, long)>& decide) const {
+    TracedRun run(const std::function<Interruption(std::size_t, int)>& decide) const {
         const FileURL url(item.string());
         const FileIdentity identity = fileStatus(url)->identity;
         return runTraced(
@@ -97,15 +97,15 @@ protected:
     }
 
     /// Fails each system call about files in its turn, or each of the kind `only`.
-    void failEachCall(int error, std::optional<long> only = {}) {
+    void failEachCall(int error, std::optional<int> only = {}) {
         arrange();
-        const std::vector<long> calls = run([](std::size_t, long) { return Interruption(); }).calls;
+        const std::vector<int> calls = run([](std::size_t, int) { return Interruption(); }).calls;
         for (std::size_t at = 0; at < calls.size(); ++at) {
             if (only && calls[at] != *only) {
                 continue;
             }
             arrange();
-            const TracedRun failed = run([at, error](std::size_t call, long) {
+            const TracedRun failed = run([at, error](std::size_t call, int) {
                 return Interruption{false, call == at ? error : 0};
             });
             const std::string where = std::to_string(at) + ", call " + std::to_string(calls[at]);
@@ -147,12 +147,12 @@ TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
     onScene([this] {
         const Scene& scene = GetParam();
         arrange();
-        const std::size_t calls = run([](std::size_t, long) { return Interruption(); }).calls.size();
+        const std::size_t calls = run([](std::size_t, int) { return Interruption(); }).calls.size();
         ASSERT_GT(calls, 20U);
         EXPECT_EQ(isWholeInTrash(), !scene.isDiskFull);
         for (std::size_t kill = 0; kill < calls; ++kill) {
             arrange();
-            const TracedRun killed = run([kill](std::size_t call, long) { return Interruption{call == kill, 0}; });
+            const TracedRun killed = run([kill](std::size_t call, int) { return Interruption{call == kill, 0}; });
             if (killed.code) {
                 // One that runs later has less to find out.
                 EXPECT_GT(kill, calls * 3 / 4);
@@ -205,14 +205,14 @@ TEST_P(TrashInterruption, WhatIsSwappedOnTheWayIsNotTaken) {
     onScene([this] {
         // At each rename and each removal from the item's folder another item gets its name.
         arrange();
-        const std::vector<long> calls = run([](std::size_t, long) { return Interruption(); }).calls;
+        const std::vector<int> calls = run([](std::size_t, int) { return Interruption(); }).calls;
         for (std::size_t at = 0; at < calls.size(); ++at) {
             if (calls[at] != SYS_renameat2 && calls[at] != SYS_linkat && calls[at] != SYS_fsync) {
                 continue;
             }
             arrange();
             const fs::path aside = item.parent_path() / "aside";
-            const TracedRun swapped = run([&](std::size_t call, long) {
+            const TracedRun swapped = run([&](std::size_t call, int) {
                 if (call == at && isThere(item)) {
                     fs::rename(item, aside);
                     std::ofstream(item) << "another";

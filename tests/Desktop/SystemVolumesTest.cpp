@@ -12,8 +12,6 @@
 
 #include <algorithm>
 #include <condition_variable>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -45,10 +43,12 @@ std::map<std::string, VolumeValues> answersAtOnce() {
     return values;
 }
 
-struct statvfs sizesOf(const std::string& path) {
+/// Whether these are the values of the disk that is mounted there.
+void expectValues(const VolumeValues& values, const std::string& path) {
     struct statvfs status {};
     EXPECT_EQ(statvfs(path.c_str(), &status), 0);
-    return status;
+    EXPECT_EQ(values.total, static_cast<std::int64_t>(status.f_blocks * status.f_frsize));
+    EXPECT_EQ(values.available, static_cast<std::int64_t>(status.f_bavail * status.f_frsize));
 }
 
 /// A system whose mounts answer when the test lets them.
@@ -78,20 +78,23 @@ public:
     }
 
     void hold(const std::string& target) {
-        change([&] { m_held.insert(target); });
+        const std::lock_guard lock(m_mutex);
+        m_held.insert(target);
     }
     void release(const std::string& target) {
-        change([&] { m_held.erase(target); });
+        const std::lock_guard lock(m_mutex);
+        m_held.erase(target);
+        m_changed.notify_all();
     }
 
-    /// How often a mount was asked.
+    /// How often a mount was asked, and whether anything was on this thread.
     [[nodiscard]] int asked(const std::string& target) {
         const std::lock_guard lock(m_mutex);
         return m_asked[target];
     }
-    [[nodiscard]] bool wasAskedOn(std::thread::id thread) {
+    [[nodiscard]] bool wasAskedHere() {
         const std::lock_guard lock(m_mutex);
-        return m_threads.contains(thread);
+        return m_threads.contains(std::this_thread::get_id());
     }
 
     std::optional<std::vector<Mount>> table = std::vector<Mount>();
@@ -99,13 +102,6 @@ public:
     std::size_t answersTogether = 0;  ///< No mount answers before so many are asked.
 
 private:
-    template <class Change>
-    void change(Change work) {
-        const std::lock_guard lock(m_mutex);
-        work();
-        m_changed.notify_all();
-    }
-
     std::optional<VolumeValues> answer(const Mount& mount) {
         std::unique_lock lock(m_mutex);
         m_threads.insert(std::this_thread::get_id());
@@ -130,33 +126,29 @@ private:
 };
 
 /// Asks, and keeps what has answered by now.
-class Round {
-public:
+struct Round {
     explicit Round(SystemVolumes& volumes)
-        : m_answers(volumes.ask([this](const Answers& answers) {
-              m_answers = answers;
+        : answers(volumes.ask([this](const Answers& later) {
+              answers = later;
               ++updates;
           })),
           atOnce(paths()) {}
     Q_DISABLE_COPY_MOVE(Round)
+
+    [[nodiscard]] Paths paths() const {
+        Paths result;
+        for (const MountedVolume& volume : answers) {
+            result.push_back(volume.url.path());
+        }
+        return result;
+    }
 
     /// Whether these are, or become, the volumes that have answered.
     [[nodiscard]] bool shows(const Paths& expected) const {
         return waitUntil([&] { return paths() == expected; });
     }
 
-private:
-    [[nodiscard]] Paths paths() const {
-        Paths result;
-        for (const MountedVolume& volume : m_answers) {
-            result.push_back(volume.url.path());
-        }
-        return result;
-    }
-
-    Answers m_answers;
-
-public:
+    Answers answers;
     int updates = 0;
     const Paths atOnce;
 };
@@ -181,7 +173,7 @@ TEST_F(SystemVolumesTest, AreAskedAllAtOnceAndNothingOnTheMainThread) {
     add(disks);
     system.answersTogether = disks.size();
     EXPECT_TRUE(Round(volumes).shows(disks));
-    EXPECT_FALSE(system.wasAskedOn(std::this_thread::get_id()));
+    EXPECT_FALSE(system.wasAskedHere());
 }
 
 TEST_F(SystemVolumesTest, AppearWhenTheyAnswer) {
@@ -307,34 +299,17 @@ TEST_F(SystemVolumesTest, LeaveOutAFuseFileSystemThatRepeatsADisk) {
 }
 
 TEST(SystemVolumes, TellWhatTheKernelTells) {
-    const auto root = answersAtOnce()["/"];
-    const struct statvfs status = sizesOf("/");
-    EXPECT_EQ(root.total, static_cast<std::int64_t>(status.f_blocks * status.f_frsize));
-    EXPECT_FALSE(root.name.value_or(QString()).isEmpty()) << "a label, or the system's name";
+    EXPECT_FALSE(answersAtOnce()["/"].name.value_or(QString()).isEmpty()) << "a label, or the system's name";
     EXPECT_EQ(valuesOf(mountAt("/nowhere", "ext4", "/dev/none")), std::nullopt);
     EXPECT_EQ(valuesOf(mountAt("/etc/passwd", "ext4", "/dev/none")), std::nullopt) << "a file is no disk";
-}
 
-TEST(SystemVolumes, ReadALabelAndNoticeThatAVolumeIsGone) {
     const TemporaryFolder folder;
     const std::string place = folder.path("disk");
-    folder.folder("disk");
-    folder.text("image", "");
-    std::filesystem::resize_file(folder.path("image"), 8 << 20);
-    inPrivateMounts([&] {
-        const std::string make = "PATH=$PATH:/sbin:/usr/sbin; mkfs.ext4 -q -L 'Copias de Ñ' '" + folder.path("image") +
-                                 "' && mount -o loop '" + folder.path("image") + "' '" + place + "' 2>/dev/null";
-        if (std::system(make.c_str()) != 0) {  // NOLINT
-            impossibleHere();
-        }
+    const auto body = [&] {
         const auto values = answersAtOnce();
         ASSERT_TRUE(values.contains(place));
-        const VolumeValues& disk = values.at(place);
-        const struct statvfs status = sizesOf(place);
-        EXPECT_EQ(disk.name, QStringLiteral("Copias de Ñ"));
-        EXPECT_EQ(disk.total, static_cast<std::int64_t>(status.f_blocks * status.f_frsize));
-        EXPECT_EQ(disk.available, static_cast<std::int64_t>(status.f_bavail * status.f_frsize));
-        EXPECT_LT(*disk.available, static_cast<std::int64_t>(status.f_bfree * status.f_frsize));
+        EXPECT_EQ(values.at(place).name, QStringLiteral("Copias de Ñ"));
+        expectValues(values.at(place), place);
 
         const std::vector<Mount> table = currentMounts();
         const auto mount =
@@ -343,7 +318,8 @@ TEST(SystemVolumes, ReadALabelAndNoticeThatAVolumeIsGone) {
         EXPECT_TRUE(valuesOf(*mount).has_value());
         ASSERT_EQ(umount(mount->target.c_str()), 0);
         EXPECT_FALSE(valuesOf(*mount).has_value()) << "not the disk below in its place";
-    });
+    };
+    onFileSystem("ext4", place, body, "-L 'Copias de Ñ'");
 }
 
 /// As the device manager writes them, for file systems that do not tell by themselves.

@@ -18,24 +18,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 using Preference = ColorScheme::Preference;
 using Preferences = std::vector<Preference>;
 
 struct FileManagerService : FakeService {
-    explicit FileManagerService(const QString& address)
-        : FakeService(address, QStringLiteral("org.freedesktop.FileManager1")) {}
+    explicit FileManagerService(const QString& address) : FakeService(address, u"org.freedesktop.FileManager1"_s) {}
 };
 
 /// A portal that knows the preferred colours.
 struct ColorPortal : FakeService {
-    explicit ColorPortal(const QString& address)
-        : FakeService(address, QStringLiteral("org.freedesktop.portal.Desktop")) {}
+    explicit ColorPortal(const QString& address) : FakeService(address, u"org.freedesktop.portal.Desktop"_s) {}
 
     void answerWith(const QVariant& value) { answer({anything(anything(value))}); }
     void tellChange(const char* space, const char* key, unsigned value) {
-        QDBusMessage change = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
-                                                         QStringLiteral("org.freedesktop.portal.Settings"),
-                                                         QStringLiteral("SettingChanged"));
+        QDBusMessage change = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
+                                                         u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         change.setArguments({QString::fromUtf8(space), QString::fromUtf8(key), anything(value)});
         send(change);
     }
@@ -94,12 +93,12 @@ protected:
 TEST_F(BusTest, RevealsEveryItemByItsBytes) {
     FileManagerService service(address());
     BusFileManager().reveal({FileURL("/home/ana/100% ñ #?\".txt"), FileURL("/home/ana/\xff\nb"), FileURL("/")});
-    const QStringList uris{QStringLiteral("file:///home/ana/100%25%20%C3%B1%20%23%3F%22.txt"),
-                           QStringLiteral("file:///home/ana/%FF%0Ab"), QStringLiteral("file:///")};
+    const QStringList uris{u"file:///home/ana/100%25%20%C3%B1%20%23%3F%22.txt"_s, u"file:///home/ana/%FF%0Ab"_s,
+                           u"file:///"_s};
     EXPECT_EQ(service.call().arguments(), (QVariantList{uris, QString()}));
     service.answer({});
     BusFileManager().reveal({FileURL((home() / "refused").string())});
-    EXPECT_EQ(service.call().member(), QStringLiteral("ShowItems"));
+    EXPECT_EQ(service.call().member(), u"ShowItems"_s);
     service.fail();
     EXPECT_EQ(opened(), home().string() + "\n") << "and nothing for what was shown";
 }
@@ -125,12 +124,11 @@ TEST_F(BusTest, ReadsThePreferenceThePortalTells) {
                                                     {2U, Preference::light},
                                                     {0U, Preference::none},
                                                     {7U, Preference::none},
-                                                    {QStringLiteral("1"), Preference::none}};
+                                                    {u"1"_s, Preference::none}};
     for (const auto& [value, preference] : rows) {
         const WatchedColors colors;
         EXPECT_EQ(colors.scheme.preference(), Preference::none);
-        EXPECT_EQ(portal.call().arguments(),
-                  (QVariantList{QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")}));
+        EXPECT_EQ(portal.call().arguments(), (QVariantList{u"org.freedesktop.appearance"_s, u"color-scheme"_s}));
         portal.answerWith(value);
         // Marks the end of what the portal had to say before.
         const Preference last = preference == Preference::dark ? Preference::light : Preference::dark;

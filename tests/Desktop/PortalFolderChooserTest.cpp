@@ -11,23 +11,25 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 using Answers = std::vector<std::optional<FileURL>>;
 
 /// A portal whose dialog the test answers. Without a version it says nothing by itself.
 class FakePortal : public FakeService {
 public:
     explicit FakePortal(const QString& address, std::optional<unsigned> version = 3)
-        : FakeService(address, QStringLiteral("org.freedesktop.portal.Desktop")), m_version(version) {}
+        : FakeService(address, u"org.freedesktop.portal.Desktop"_s), m_version(version) {}
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (m_version && message.member() == QStringLiteral("Get")) {
+        if (m_version && message.member() == u"Get"_s) {
             send(message.createReply(anything(*m_version)));
             return true;
         }
         return FakeService::handleMessage(message, bus);
     }
 
-    [[nodiscard]] bool isAsked() const { return call().member() == QStringLiteral("OpenFile"); }
+    [[nodiscard]] bool isAsked() const { return call().member() == u"OpenFile"_s; }
     [[nodiscard]] QVariantMap options() const { return qdbus_cast<QVariantMap>(call().arguments().value(2)); }
 
     /// Waits for the question and opens the dialog: at the path where the caller listens, or at another one.
@@ -37,23 +39,23 @@ public:
         }
         m_caller = call().service();
         const QString sender = m_caller.mid(1).replace(u'.', u'_');
-        m_path = otherPath.isEmpty() ? QStringLiteral("/org/freedesktop/portal/desktop/request/") + sender + u'/' +
-                                           options()[QStringLiteral("handle_token")].toString()
+        m_path = otherPath.isEmpty() ? u"/org/freedesktop/portal/desktop/request/"_s + sender + u'/' +
+                                           options()[u"handle_token"_s].toString()
                                      : otherPath;
         answer({QVariant::fromValue(QDBusObjectPath(m_path))});
         return true;
     }
 
     void respond(unsigned ending, const QStringList& uris) {
-        QDBusMessage response = QDBusMessage::createTargetedSignal(
-            m_caller, m_path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
-        response.setArguments({ending, uris.empty() ? QVariantMap() : QVariantMap{{QStringLiteral("uris"), uris}}});
+        QDBusMessage response =
+            QDBusMessage::createTargetedSignal(m_caller, m_path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+        response.setArguments({ending, uris.empty() ? QVariantMap() : QVariantMap{{u"uris"_s, uris}}});
         send(response);
     }
 
     /// Whether the dialog is told to close, which is then answered.
     [[nodiscard]] bool isClosed() {
-        const bool isTold = call().member() == QStringLiteral("Close") && call().path() == m_path;
+        const bool isTold = call().member() == u"Close"_s && call().path() == m_path;
         if (isTold) {
             answer({});
         }
@@ -76,7 +78,7 @@ struct WaitingChooser final : FolderChooser {
 
 class PortalFolderChooserTest : public PrivateBusTest {
 protected:
-    void ask(const FolderQuestion& question = {QStringLiteral("Elegir"), std::nullopt, {}}) {
+    void ask(const FolderQuestion& question = {u"Elegir"_s, std::nullopt, {}}) {
         chooser->choose(question, [this](const std::optional<FileURL>& url) { answers.push_back(url); });
     }
     void expectAnswer(const std::optional<FileURL>& url, const std::string& why) {
@@ -91,18 +93,17 @@ protected:
 
 TEST_F(PortalFolderChooserTest, SaysWhatIsToBeChosen) {
     FakePortal portal(address());
-    ask({QStringLiteral("Elegir"), FileURL("/a\xff"), "x11:4a"});
+    ask({u"Elegir"_s, FileURL("/a\xff"), "x11:4a"});
     ASSERT_TRUE(portal.isAsked());
-    EXPECT_EQ(portal.call().arguments().mid(0, 2),
-              (QVariantList{QStringLiteral("x11:4a"), QStringLiteral("Elegir carpeta")}));
+    EXPECT_EQ(portal.call().arguments().mid(0, 2), (QVariantList{u"x11:4a"_s, u"Elegir carpeta"_s}));
     QVariantMap options = portal.options();
-    EXPECT_FALSE(options.take(QStringLiteral("handle_token")).toString().isEmpty());
-    EXPECT_EQ(options, (QVariantMap{{QStringLiteral("accept_label"), QStringLiteral("Elegir")},
-                                    {QStringLiteral("modal"), true},
-                                    {QStringLiteral("multiple"), false},
-                                    {QStringLiteral("directory"), true},
+    EXPECT_FALSE(options.take(u"handle_token"_s).toString().isEmpty());
+    EXPECT_EQ(options, (QVariantMap{{u"accept_label"_s, u"Elegir"_s},
+                                    {u"modal"_s, true},
+                                    {u"multiple"_s, false},
+                                    {u"directory"_s, true},
                                     // With the byte that ends it.
-                                    {QStringLiteral("current_folder"), QByteArray("/a\xff", 4)}}));
+                                    {u"current_folder"_s, QByteArray("/a\xff", 4)}}));
     chooser.reset();
 }
 
@@ -114,17 +115,17 @@ TEST_F(PortalFolderChooserTest, TakesTheFolderByItsBytes) {
     };
     const QString host = QSysInfo::machineHostName();
     const Row rows[] = {
-        {0, {QStringLiteral("file:///home/ana/M%C3%BAsica")}, FileURL("/home/ana/Música")},
-        {0, {QStringLiteral("file:///home/ana/%FF%0Ab%20%25/")}, FileURL("/home/ana/\xff\nb %")},
-        {0, {QStringLiteral("file:///")}, FileURL("/")},
-        {0, {QStringLiteral("file://localhost/x"), QStringLiteral("file:///y")}, FileURL("/x")},
-        {0, {QStringLiteral("file://") + host + QStringLiteral("/x")}, FileURL("/x")},
-        {0, {QStringLiteral("file://elsewhere.example/x")}, std::nullopt},
-        {0, {QStringLiteral("smb://server/share")}, std::nullopt},
-        {0, {QStringLiteral("file:///a%00b")}, std::nullopt},
-        {0, {QStringLiteral("/x")}, std::nullopt},
+        {0, {u"file:///home/ana/M%C3%BAsica"_s}, FileURL("/home/ana/Música")},
+        {0, {u"file:///home/ana/%FF%0Ab%20%25/"_s}, FileURL("/home/ana/\xff\nb %")},
+        {0, {u"file:///"_s}, FileURL("/")},
+        {0, {u"file://localhost/x"_s, u"file:///y"_s}, FileURL("/x")},
+        {0, {u"file://"_s + host + u"/x"_s}, FileURL("/x")},
+        {0, {u"file://elsewhere.example/x"_s}, std::nullopt},
+        {0, {u"smb://server/share"_s}, std::nullopt},
+        {0, {u"file:///a%00b"_s}, std::nullopt},
+        {0, {u"/x"_s}, std::nullopt},
         {0, {}, std::nullopt},
-        {1, {QStringLiteral("file:///x")}, std::nullopt},
+        {1, {u"file:///x"_s}, std::nullopt},
     };
     FakePortal portal(address());
     for (const Row& row : rows) {
@@ -137,9 +138,9 @@ TEST_F(PortalFolderChooserTest, TakesTheFolderByItsBytes) {
 
     // An old portal answers where it likes. That would overtake the listening at a path learnt only now.
     ask();
-    ASSERT_TRUE(portal.open(QStringLiteral("/org/freedesktop/portal/desktop/request/own")));
+    ASSERT_TRUE(portal.open(u"/org/freedesktop/portal/desktop/request/own"_s));
     EXPECT_TRUE(waitUntil([&] {
-        portal.respond(0, {QStringLiteral("file:///x")});
+        portal.respond(0, {u"file:///x"_s});
         return !answers.empty();
     }));
     expectAnswer(FileURL("/x"), "an old portal");
@@ -160,7 +161,7 @@ TEST_F(PortalFolderChooserTest, ClosesTheDialogWhenCancelled) {
     EXPECT_EQ(answers.size(), 2U);
     ASSERT_TRUE(portal.open());
     EXPECT_TRUE(portal.isClosed());
-    portal.respond(0, {QStringLiteral("file:///late")});
+    portal.respond(0, {u"file:///late"_s});
 
     // The program ends while it is open, which it knows once the events have been looked at.
     ask();
@@ -187,7 +188,7 @@ TEST_F(PortalFolderChooserTest, LeavesTheQuestionToTheOtherChooserWithoutAPortal
     {
         FakePortal other(address(), std::nullopt);
         ask();
-        EXPECT_EQ(other.call().member(), QStringLiteral("Get"));
+        EXPECT_EQ(other.call().member(), u"Get"_s);
         other.fail();
         expectAnswer(fallback.folder, "it has no dialogs");
         ask();

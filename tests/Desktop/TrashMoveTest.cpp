@@ -2,7 +2,6 @@
 
 #include "Desktop/TrashFixture.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
@@ -94,17 +93,7 @@ TEST_F(TrashTest, ShortensLongNamesInTheTrashOnly) {
 }
 
 TEST_F(TrashTest, FindsPathsLongerThanTheKernelTakes) {
-    // Folder by folder, as no call takes it as a whole.
-    std::string path = folder.string();
-    Descriptor below(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    const std::string name(250, 'd');
-    for (int i = 0; i < 20; ++i) {
-        ASSERT_EQ(mkdirat(below.number(), name.c_str(), 0755), 0);
-        below.reset(openat(below.number(), name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-        path += '/' + name;
-    }
-    ASSERT_EQ(mknodat(below.number(), "file", S_IFREG | 0600, 0), 0);
-    path += "/file";
+    const std::string path = root.deepFolder("home/folder");
     EXPECT_EQ(move(path), std::nullopt);
     EXPECT_EQ(originsIn(trash), Origins{path});
     EXPECT_EQ(move(folder), std::nullopt) << "a folder as deep";

@@ -4,6 +4,7 @@
 #include "Trash/TrashNames.h"
 
 #include <map>
+#include <thread>
 
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
 
@@ -24,33 +25,24 @@ protected:
 }  // namespace
 
 TEST_F(TrashTogether, SharesNamesWithOtherProgramsAtTheSameTime) {
-    constexpr int programs = 3;
-    constexpr int each = 40;
-    const bool hasGio = runInShell("command -v gio >/dev/null");
-    const auto nameOf = [](int program, int i) { return std::to_string(program) + '.' + std::to_string(i); };
     Origins expected;
-    for (int i = 0; i < programs * each; ++i) {
-        const std::string name = nameOf(i % programs, i / programs);
-        expected.insert(make(name + "/foto.jpg", name));
-    }
-    std::vector<pid_t> children;
-    for (int program = 0; program < programs; ++program) {
-        children.push_back(fork());
-        for (int i = 0; i < each && children.back() == 0; ++i) {
-            const fs::path path = folder / nameOf(program, i) / "foto.jpg";
-            const bool isMoved = program == 2 && hasGio
-                                     ? runInShell(inHome + "GIO_USE_VFS=local gio trash " + quoted(path.string()))
-                                     : !move(path);
-            if (!isMoved || i == each - 1) {
-                _exit(isMoved ? 0 : 1);
-            }
+    const auto nameOf = [](int program, int i) { return std::to_string(program) + '.' + std::to_string(i); };
+    std::vector<std::jthread> programs;
+    for (int program = 0; program < 3; ++program) {
+        for (int i = 0; i < 40; ++i) {
+            expected.insert(make(nameOf(program, i) + "/foto.jpg", nameOf(program, i)));
         }
     }
-    for (const pid_t child : children) {
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
+    for (int program = 0; program < 3; ++program) {
+        programs.emplace_back([this, program, nameOf] {
+            FreedesktopTrash own = nextMover();
+            for (int i = 0; i < 40; ++i) {
+                const FileURL url((folder / nameOf(program, i) / "foto.jpg").string());
+                EXPECT_EQ(own.move(url, fileStatus(url)->identity), std::nullopt);
+            }
+        });
     }
+    programs.clear();
     EXPECT_EQ(originsIn(trash), expected);
     for (const fs::path& item : entriesOf(trash / "files")) {
         const std::string note = contentOf(trash / "info" / (item.filename().string() + ".trashinfo"));

@@ -4,7 +4,6 @@
 #include "support/FuseDisk.h"
 
 #include <cerrno>
-#include <fstream>
 
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
 
@@ -72,31 +71,6 @@ TEST_P(TrashOnVolume, UsesTheSharedTrashOnlyIfItIsSafe) {
         fs::create_symlink("elsewhere", own);
         EXPECT_EQ(move(write(disk / "own link")), std::nullopt);
         EXPECT_EQ(originsIn(trash), Origins{disk / "own link"}) << "copied home instead";
-    });
-}
-
-TEST_P(TrashOnVolume, RefusesWhenTheDiskIsFull) {
-    if (kind == "ramfs") {
-        GTEST_SKIP() << "it is never full";
-    }
-    onFileSystem(kind, disk, [this] {
-        const fs::path file = write(disk / "precious");
-        fs::create_directories(disk / "folder");
-        for (const std::size_t size : {std::size_t{1} << 20U, std::size_t{1}}) {
-            std::ofstream filling(disk / std::to_string(size));
-            const std::string piece(size, 'x');
-            for (int i = 0; i < 1 << 20U && filling.write(piece.data(), static_cast<std::streamsize>(size)).flush();
-                 ++i) {
-            }
-            sync();
-        }
-        for (const fs::path& item : {file, disk / "folder"}) {
-            const std::optional<TrashError> error = move(item);
-            EXPECT_EQ(isThere(item), error.has_value()) << "some keep small things where no space is needed";
-            EXPECT_EQ(error.value_or(TrashError::full), TrashError::full);
-            EXPECT_EQ(originsIn(own).size(), error ? 0U : 1U);
-            fs::remove_all(own);
-        }
     });
 }
 

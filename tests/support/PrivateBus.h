@@ -13,15 +13,15 @@
 class FakeService : public QDBusVirtualObject {
 public:
     FakeService(const QString& address, const QString& name)
-        : m_bus(QDBusConnection::connectToBus(address, QStringLiteral("service"))) {
-        EXPECT_TRUE(m_bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath));
+        : m_bus(QDBusConnection::connectToBus(address, connection())) {
+        EXPECT_TRUE(m_bus.registerVirtualObject(QString(u'/'), this, QDBusConnection::SubPath));
         EXPECT_TRUE(m_bus.registerService(name));
     }
     ~FakeService() override {
         while (!m_calls.empty()) {
             fail();
         }
-        QDBusConnection::disconnectFromBus(QStringLiteral("service"));
+        QDBusConnection::disconnectFromBus(connection());
     }
     Q_DISABLE_COPY_MOVE(FakeService)
 
@@ -45,6 +45,8 @@ public:
     }
 
 private:
+    static QString connection() { return QStringLiteral("service"); }
+
     QDBusConnection m_bus;
     QList<QDBusMessage> m_calls;
 };

@@ -10,7 +10,7 @@
 #include <emmintrin.h>
 #endif
 
-/// Compares 64 bytes at a time. A result has one bit per byte; the first byte is the lowestBit bit.
+/// Compares 64 bytes at a time. A result has one bit per byte; the first byte is the lowest bit.
 namespace ByteMask {
 
 /// Bytes compared in one step.
@@ -25,9 +25,9 @@ inline Lanes load(const char* bytes) {
     return lanes;
 }
 
-/// The lowestBit bit of each of sixteen bytes, in plain arithmetic.
+/// The lowest bit of each of sixteen bytes, in plain arithmetic.
 inline std::uint64_t lowestBits(Lanes lanes) {
-    // Multiplying by it moves the lowestBit bits of eight bytes to the top byte.
+    // Multiplying by it moves the lowest bits of eight bytes to the top byte.
     constexpr std::uint64_t merge = 0x0102040810204080;
     const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(static_cast<Lanes>(lanes & 1));
     return (halves[0] * merge >> 56) | (halves[1] * merge >> 56) << 8;
@@ -42,20 +42,28 @@ inline std::uint64_t bits(Lanes lanes) {
 #endif
 }
 
+/// A byte to find: `byte` with the bits of `ignored` set or not. `byte` has these bits set.
+struct Wanted {
+    char byte = 0;
+    char ignored = 0;
+};
+
 /// The positions where the 64 bytes at `firsts` hold `first` and those at `seconds` hold `second`.
-inline std::uint64_t ofBoth(char first, const char* firsts, char second, const char* seconds) {
+inline std::uint64_t ofBoth(Wanted first, const char* firsts, Wanted second, const char* seconds) {
+    const auto lanes = [](Wanted wanted, const char* bytes) {
+        const Lanes folded = load(bytes) | static_cast<unsigned char>(wanted.ignored);
+        return static_cast<Lanes>(folded == static_cast<unsigned char>(wanted.byte));
+    };
     std::uint64_t places = 0;
     for (unsigned at = 0; at < stepSize; at += sizeof(Lanes)) {
-        places |= bits(static_cast<Lanes>((load(firsts + at) == static_cast<unsigned char>(first)) &
-                                          (load(seconds + at) == static_cast<unsigned char>(second))))
-                  << at;
+        places |= bits(lanes(first, firsts + at) & lanes(second, seconds + at)) << at;
     }
     return places;
 }
 
 /// The positions of `byte` in the 64 bytes at `bytes`.
 inline std::uint64_t of(char byte, const char* bytes) {
-    return ofBoth(byte, bytes, byte, bytes);
+    return ofBoth({byte}, bytes, {byte}, bytes);
 }
 
 }  // namespace ByteMask

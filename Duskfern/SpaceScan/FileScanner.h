@@ -26,7 +26,7 @@ inline constexpr std::int64_t progressStep = 250;
 /// All regular files below `root`, without hidden ones and the contents of packages, largest first. Files of equal size
 /// are in the order of a depth-first walk, whatever the number of threads. `progress` is called on this thread with
 /// each multiple of `progressStep` that the number of files reaches, once each, ascending. A root that cannot be opened
-/// as a folder gives no files and one skipped entry. `stop` ends the scan early, with the files found so seekDistance.
+/// as a folder gives no files and one skipped entry. `stop` ends the scan early, with the files found so far.
 [[nodiscard]] ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& progress,
                               const std::stop_token& stop = {});
 

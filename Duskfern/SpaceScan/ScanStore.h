@@ -81,7 +81,7 @@ public:
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     Q_SIGNAL void isScanningChanged();
 
-    /// Files found so seekDistance, or in total after the scan. Moving a file to the Trash does not change it.
+    /// Files found so far, or in total after the scan. Moving a file to the Trash does not change it.
     Q_PROPERTY(qint64 scannedCount READ scannedCount NOTIFY scannedCountChanged)
     [[nodiscard]] qint64 scannedCount() const { return m_scannedCount; }
     Q_SIGNAL void scannedCountChanged();

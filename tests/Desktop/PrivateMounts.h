@@ -73,7 +73,8 @@ inline void onFileSystem(const std::string& kind, const std::filesystem::path& p
         if (!isMounted) {
             impossibleHere();
         }
-        std::filesystem::permissions(place, std::filesystem::perms::all);
+        std::error_code keepsNone;
+        std::filesystem::permissions(place, std::filesystem::perms::all, keepsNone);
         body();
     });
     std::filesystem::remove(image);

@@ -112,17 +112,26 @@ TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
 }
 
 TEST_F(TrashTest, RefusesWhatIsProtected) {
-    const fs::path path = make("sub/file");
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    int flags = 0;
-    ioctl(file.number(), FS_IOC_GETFLAGS, &flags);
-    int fixed = flags | FS_IMMUTABLE_FL;
-    if (ioctl(file.number(), FS_IOC_SETFLAGS, &fixed) != 0) {
-        GTEST_SKIP() << "nothing can be protected here";
-    }
-    EXPECT_EQ(move(path), TrashError::isProtected);
-    EXPECT_EQ(move(path.parent_path()), TrashError::isProtected) << "could not be emptied";
-    ioctl(file.number(), FS_IOC_SETFLAGS, &flags);
+    const auto protect = [](const fs::path& path, bool isProtected) {
+        const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        int flags = 0;
+        ioctl(file.number(), FS_IOC_GETFLAGS, &flags);
+        flags = isProtected ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+        return ioctl(file.number(), FS_IOC_SETFLAGS, &flags) == 0;
+    };
+    onFileSystem("tmpfs", disk, [&] {
+        // One would be renamed, and could not be emptied; the other copied.
+        for (const fs::path& path : {make("sub/file"), write(disk / "sub/file")}) {
+            if (!protect(path, true)) {
+                impossibleHere();
+            }
+            const auto itself = move(path);
+            const auto around = move(path.parent_path());
+            protect(path, false);
+            EXPECT_EQ(itself, TrashError::isProtected) << path;
+            EXPECT_EQ(around, TrashError::isProtected) << path;
+        }
+    });
 }
 
 TEST_F(TrashTest, TellsWhatIsWrongWithTheTrash) {

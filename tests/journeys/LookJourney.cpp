@@ -121,6 +121,8 @@ TEST(Symbols, AllHaveAPicture) {
     EXPECT_GT(names.size(), 35U);
     for (const QString& name : names) {
         const QImage image = SymbolProvider::image(name, Qt::red, 16);
+        EXPECT_EQ(image.cacheKey(), SymbolProvider::image(name, Qt::red, 16).cacheKey()) << "drawn once";
+        EXPECT_NE(image, SymbolProvider::image(name, Qt::blue, 16)) << qPrintable(name);
         EXPECT_FALSE(image.isNull() || image == SymbolProvider::image(name, Qt::transparent, 16)) << qPrintable(name);
     }
 }
@@ -180,6 +182,20 @@ TEST_F(BubbleMap, WhatIsPaintedIsWhatCanBeHit) {
                 EXPECT_EQ(button->contains(button->mapFromScene({x + 0.5, y + 0.5})), isInside) << x << ' ' << y;
             }
         }
+    }
+}
+
+TEST_F(BubbleMap, ColoursRunAcrossABubble) {
+    canvas.setProperty("to", QColor(Qt::blue));
+    const QImage image = paint("a", {400, 300});
+    const Bubble bubble = model.bubbles().front();
+    // From the top left of the square around the bubble to its bottom right. The middle has a symbol and a text.
+    for (const double place : {-0.3, -0.2, 0.2, 0.3}) {
+        const QColor color =
+            image.pixelColor(qRound(bubble.x + place * bubble.diameter), qRound(bubble.y + place * bubble.diameter));
+        EXPECT_NEAR(color.blueF(), 0.5 + place, 0.02) << place;
+        EXPECT_NEAR(color.redF(), 0.5 - place, 0.02) << place;
+        EXPECT_EQ(color.alpha(), 255) << place;
     }
 }
 

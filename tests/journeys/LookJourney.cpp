@@ -46,6 +46,28 @@ TEST_F(LookJourney, WithoutAPreferenceThePaletteTellsTheColours) {
     QGuiApplication::setPalette(before);
 }
 
+/// Where the drawn part of a busy progress bar begins, seen for a while.
+std::set<qreal> placesOf(const QQuickItem& bar) {
+    std::set<qreal> places;
+    for (int i = 0; i < 6; ++i) {
+        places.insert(bar.childItems().constFirst()->x());
+        QTest::qWait(50);
+    }
+    return places;
+}
+
+TEST_F(LookJourney, AProgressBarStandsStillForThoseWhoAskForLessMotion) {
+    const auto bar = itemOf(app.engine(), R"(import Duskfern.Theme
+        ProgressBar { width: 100; height: 6 })");
+    EXPECT_GT(placesOf(*bar).size(), 2U);
+    colorScheme.reduceMotion(true);
+    EXPECT_EQ(placesOf(*bar), std::set<qreal>{36}) << "in the middle";
+    colorScheme.reduceMotion(false);
+    EXPECT_GT(placesOf(*bar).size(), 2U);
+    bar->setProperty("value", 0.5);
+    EXPECT_EQ(placesOf(*bar), std::set<qreal>{0});
+}
+
 TEST_F(LookJourney, TextsAndNumbersAreSpanishWhateverTheLocale) {
     EXPECT_EQ(QCoreApplication::translate("QShortcut", "Space").toStdString(), "Espacio");
     const QLocale spanish;

@@ -15,7 +15,9 @@ constexpr const char* interfaces =
     "<interface name='org.freedesktop.FileManager1'><method name='ShowItems'>"
     "<arg type='as' direction='in'/><arg type='s' direction='in'/></method></interface>"
     "<interface name='org.freedesktop.portal.Settings'><method name='Read'>"
-    "<arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='v' direction='out'/></method></interface>"
+    "<arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='v' direction='out'/></method>"
+    "<method name='ReadAll'><arg type='as' direction='in'/><arg type='a{sa{sv}}' direction='out'/></method>"
+    "</interface>"
     "<interface name='org.freedesktop.portal.FileChooser'><method name='OpenFile'>"
     "<arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='a{sv}' direction='in'/>"
     "<arg type='o' direction='out'/></method><property name='version' type='u' access='read'/></interface>"
@@ -76,7 +78,8 @@ public:
         g_dbus_node_info_unref(node);
     }
 
-    guint32 version = 0;  ///< What the objects say of themselves.
+    guint32 version = 0;    ///< What the objects say of themselves.
+    bool readsAll = false;  ///< Whether `ReadAll` is kept too; it is refused otherwise.
 
 private:
     void sent() {
@@ -89,7 +92,12 @@ private:
     }
     static void onCall(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
                        GDBusMethodInvocation* invocation, gpointer service) {
-        static_cast<FakeService*>(service)->m_calls.emplace_back(invocation);
+        auto* const self = static_cast<FakeService*>(service);
+        self->m_calls.emplace_back(invocation);
+        if (std::string_view(g_dbus_method_invocation_get_method_name(invocation)) == "ReadAll" && !self->readsAll) {
+            g_dbus_method_invocation_return_dbus_error(self->m_calls.back().release(), "org.duskfern.Unknown", "");
+            self->m_calls.pop_back();
+        }
     }
 
     GObjectPtr<GDBusConnection> m_bus;

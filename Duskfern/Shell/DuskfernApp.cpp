@@ -1,6 +1,7 @@
 #include "Shell/DuskfernApp.h"
 
 #include "FolderBrowser/FolderBrowser.h"
+#include "Shell/Renderer.h"
 #include "Theme/AccessibleItem.h"
 #include "Theme/SymbolProvider.h"
 
@@ -37,6 +38,7 @@ std::jthread loadFonts() {
 }  // namespace
 
 void DuskfernApp::prepareProcess() {
+    chooseRenderer();
     QGuiApplication::setApplicationName(QStringLiteral("Duskfern"));
     QGuiApplication::setApplicationVersion(QStringLiteral("2.1"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.duskfern.Duskfern"));

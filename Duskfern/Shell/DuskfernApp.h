@@ -38,7 +38,7 @@ public:
         std::shared_ptr<const InstalledApplications> applications;
     };
 
-    /// Sets names, and the Spanish locale where the session sets none. Must be called before a window is
+    /// Sets names, the Spanish locale where the session sets none, and the renderer. Must be called before a window is
     /// created and before a number is formatted.
     static void prepareProcess();
 

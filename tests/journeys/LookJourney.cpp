@@ -1,6 +1,7 @@
 // What is seen rather than done: colours, symbols, bubbles, the places of panes.
 
 #include "FolderBrowser/FolderPlace.h"
+#include "Shell/Renderer.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "StorageOverview/StorageCategory.h"
@@ -66,6 +67,41 @@ TEST_F(LookJourney, AProgressBarStandsStillForThoseWhoAskForLessMotion) {
     EXPECT_GT(placesOf(*bar).size(), 2U);
     bar->setProperty("value", 0.5);
     EXPECT_EQ(placesOf(*bar), std::set<qreal>{0});
+}
+
+TEST(Renderer, IsQtsOwnWhereNoCardCanBeOpened) {
+    const auto expectCard = [](bool isThere, const TemporaryFolder& devices, const char* what) {
+        EXPECT_EQ(hasGraphicsCard(devices.path()), isThere) << what;
+    };
+    const TemporaryFolder devices;
+    expectCard(false, devices, "nothing");
+    devices.text("dri/card0", "");
+    expectCard(false, devices, "a screen without a card");
+    devices.folder("dri/renderD128");
+    expectCard(false, devices, "one that cannot be opened");
+    devices.text("dri/renderD129", "");
+    expectCard(true, devices, "one of two");
+    for (const char* const name : {"nvidiactl", "dxg"}) {
+        const TemporaryFolder other;
+        other.text(name, "");
+        expectCard(true, other, name);
+    }
+}
+
+TEST(Renderer, IsLeftToTheUsersChoice) {
+    const QByteArray before = qgetenv("QT_QUICK_BACKEND");
+    for (const auto& [value, isChosen] : {std::pair("", false), std::pair("rhi", true)}) {
+        setenv("QT_QUICK_BACKEND", value, 1);
+        EXPECT_EQ(isRendererChosen(), isChosen) << value;
+    }
+    unsetenv("QT_QUICK_BACKEND");
+    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
+    EXPECT_TRUE(isRendererChosen());
+    unsetenv("LIBGL_ALWAYS_SOFTWARE");
+    EXPECT_FALSE(isRendererChosen());
+    if (!before.isNull()) {
+        qputenv("QT_QUICK_BACKEND", before);
+    }
 }
 
 TEST_F(LookJourney, TextsAndNumbersAreSpanishWhateverTheLocale) {

@@ -162,8 +162,10 @@ UserFolderPaths MeasuredFolders::paths() {
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     UserFolderPaths paths = m_real.paths();
-    paths.music = FileURL(m_folder);
-    paths.cacheHome = FileURL(m_folder);
+    if (!m_folder.empty()) {
+        paths.music = FileURL(m_folder);
+        paths.cacheHome = FileURL(m_folder);
+    }
     return paths;
 }
 

@@ -28,7 +28,7 @@ void compareSearches(const std::string& tree);
 /// The sort compared with that of the standard library, on unsorted sizes.
 void compareSorts(const std::string& tree);
 
-/// The window: time to the first frame compared with an empty window, and the longest time without the event loop of
-/// the main thread while the tree is scanned and searched. `programs` is the folder of the two programs that show a
-/// window.
+/// The window: time to the first frame and memory compared with an empty window, the longest time without the event
+/// loop of the main thread while the tree is scanned, searched and measured, the scan in the window compared with the
+/// scan alone, and the load of a progress bar. `programs` is the folder of the two programs that show a window.
 void compareWindows(const std::string& programs, const std::string& tree);

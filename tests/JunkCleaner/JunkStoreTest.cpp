@@ -16,6 +16,7 @@ class JunkStoreTest : public testing::Test {
 protected:
     JunkStoreTest() {
         folders.folders.home = tree.url("home");
+        folders.folders.systemRoot = tree.url("system");
         folders.folders.cacheHome = tree.url("home/.cache");
         folders.folders.configHome = tree.url("home/.config");
         for (int i = 1; i <= 10; ++i) {

@@ -304,7 +304,11 @@ std::optional<FileStatus> WalkWorker::status(const char* name) {
 
 void WalkWorker::visit(const dirent64& entry) {
     const std::string_view name = entry.d_name;
-    if (name.front() == '.' || (m_hiddenNames != nullptr && m_hiddenNames->contains(name))) {
+    if (name.front() == '.') {
+        m_visitor.hiddenEntry(name);
+        return;
+    }
+    if (m_hiddenNames != nullptr && m_hiddenNames->contains(name)) {
         return;
     }
     unsigned char type = entry.d_type;

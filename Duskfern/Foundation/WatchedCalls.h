@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Foundation/Threads.h"
+
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 
 /// Thrown on a thread that was abandoned while it waited for a disk. The thread must not touch the worker any more.
@@ -10,6 +13,14 @@ struct ThreadAbandoned {};
 /// so its work before the call is complete and it changes nothing after it.
 class WatchedCalls {
 public:
+    /// To be called first by the worker's thread.
+    void beginThread() { m_thread.store(Threads::current(), std::memory_order_relaxed); }
+
+    /// `Threads::busyTime` of the thread. For the watching thread.
+    [[nodiscard]] std::chrono::nanoseconds busyTime() const {
+        return Threads::busyTime(m_thread.load(std::memory_order_relaxed));
+    }
+
     /// A disk call begins. Called by the worker's thread, like `leave()`.
     void enter() { m_count.store(++m_ownCount, std::memory_order_release); }
 
@@ -31,6 +42,7 @@ public:
 private:
     static constexpr std::uint64_t abandoned = ~std::uint64_t{0};
 
+    std::atomic<Threads::Number> m_thread = 0;
     std::uint64_t m_ownCount = 0;  ///< Used by the worker's thread only.
     std::atomic<std::uint64_t> m_count = 0;
 };

@@ -138,7 +138,13 @@ public:
         m_preference = preference;
         Q_EMIT preferenceChanged();
     }
+    [[nodiscard]] bool reducesMotion() const override { return m_reducesMotion; }
+    void reduceMotion(bool reduces) {
+        m_reducesMotion = reduces;
+        Q_EMIT reducesMotionChanged();
+    }
 
 private:
     Preference m_preference = Preference::light;
+    bool m_reducesMotion = false;
 };

@@ -8,10 +8,24 @@
 #include <QtGui/QPainterPath>
 #include <QtGui/QTextLayout>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr qreal padding = 8;
 constexpr qreal spacing = 3;
+
+/// The square around a bubble.
+QRectF boxOf(const Bubble& bubble) {
+    const qreal radius = bubble.diameter / 2;
+    return {bubble.x - radius, bubble.y - radius, bubble.diameter, bubble.diameter};
+}
+
+/// Device pixels per logical one.
+qreal deviceScale(const QPainter& painter) {
+    return painter.device()->devicePixelRatioF() * painter.transform().m11();
+}
 
 /// The name in at most two lines; the second one is elided.
 QStringList nameLines(const QString& name, const QFont& font, qreal width) {
@@ -29,6 +43,44 @@ QStringList nameLines(const QString& name, const QFont& font, qreal width) {
         lines << QFontMetricsF(font).elidedText(rest, Qt::ElideRight, width);
     }
     return lines;
+}
+
+/// `color`, premultiplied, where `coverage` of 255 of a pixel is covered. Multiplies two channels at a time.
+QRgb covered(QRgb color, QRgb coverage) {
+    constexpr QRgb even = 0x00ff00ff;
+    const auto rounded = [](QRgb product) { return product + ((product >> 8) & even) + 0x00800080; };
+    return ((rounded((color & even) * coverage) >> 8) & even) | (rounded((color >> 8 & even) * coverage) & ~even);
+}
+
+/// The disc in `box`, in device pixels of which the first is at (0, 0), with a colour that runs from the top left of
+/// the box to its bottom right. Painted here because Qt shares the work of a gradient among threads, and takes longer
+/// to wake them than to paint.
+QImage gradientDisc(const QRectF& box, const QColor& from, const QColor& to) {
+    const int side = qCeil(std::max(box.right(), box.bottom()));
+    QImage disc(side, side, QImage::Format_ARGB32_Premultiplied);
+    disc.fill(Qt::transparent);
+    QPainter painter(&disc);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(box);
+    painter.end();
+
+    // Each row has the colours of the one above, moved by a pixel.
+    QImage line(2 * side, 1, QImage::Format_ARGB32_Premultiplied);
+    line.fill(Qt::transparent);
+    QLinearGradient gradient(box.left() + box.top(), 0, box.right() + box.bottom(), 0);
+    gradient.setColorAt(0, from);
+    gradient.setColorAt(1, to);
+    QPainter(&line).fillRect(line.rect(), gradient);
+    const auto* const colors = reinterpret_cast<const QRgb*>(line.constScanLine(0));  // NOLINT: pixels of 32 bits
+    for (int y = 0; y < side; ++y) {
+        auto* const row = reinterpret_cast<QRgb*>(disc.scanLine(y));  // NOLINT
+        for (int x = 0; x < side; ++x) {
+            row[x] = covered(colors[x + y], row[x] >> 24);
+        }
+    }
+    return disc;
 }
 
 }  // namespace
@@ -52,22 +104,26 @@ void BubbleMapCanvas::paint(QPainter* painter) {
     QPainterPath area;
     area.addRoundedRect(boundingRect(), m_cornerRadius, m_cornerRadius);
     painter->fillPath(area, m_background);
-    painter->setClipPath(area);
+    // Clipping to a path takes time, and is seldom needed.
+    const QRectF middle = boundingRect().adjusted(m_cornerRadius, 0, -m_cornerRadius, 0);
+    const bool fits = m_model == nullptr || std::all_of(m_model->bubbles().begin(), m_model->bubbles().end(),
+                                                        [&](const Bubble& it) { return middle.contains(boxOf(it)); });
+    if (!fits) {
+        painter->setClipPath(area);
+    }
     for (int index = 0; m_model != nullptr && index < m_model->count(); ++index) {
         paintBubble(*painter, index);
     }
 }
 
 void BubbleMapCanvas::paintBubble(QPainter& painter, int index) const {
-    const Bubble& bubble = m_model->bubbles()[static_cast<size_t>(index)];
-    const qreal radius = bubble.diameter / 2;
-    const QRectF box(bubble.x - radius, bubble.y - radius, bubble.diameter, bubble.diameter);
-    QLinearGradient gradient(box.topLeft(), box.bottomRight());
-    gradient.setColorAt(0, m_from);
-    gradient.setColorAt(1, m_to);
+    const QRectF box = boxOf(m_model->bubbles()[static_cast<size_t>(index)]);
+    const qreal scale = deviceScale(painter);
+    const QPointF corner(std::floor(box.left() * scale), std::floor(box.top() * scale));
+    QImage disc = gradientDisc({box.topLeft() * scale - corner, box.size() * scale}, m_from, m_to);
+    disc.setDevicePixelRatio(scale);
+    painter.drawImage(corner / scale, disc);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(gradient);
-    painter.drawEllipse(box);
     if (index == m_hovered) {
         painter.setBrush(m_pressed ? QColor(0, 0, 0, 50) : QColor(255, 255, 255, 40));
         painter.drawEllipse(box);
@@ -91,9 +147,8 @@ void BubbleMapCanvas::paintContent(QPainter& painter, int index, const QRectF& b
     height += lines.isEmpty() ? 0 : spacing + static_cast<qreal>(lines.size()) * body.height();
     qreal top = box.center().y() - height / 2;
 
-    const qreal scale = painter.device()->devicePixelRatioF() * painter.transform().m11();
-    const QImage symbol =
-        SymbolProvider::image(FileCategories::icon(item.category), Qt::white, qRound(symbolSize * scale));
+    const QImage symbol = SymbolProvider::image(FileCategories::icon(item.category), Qt::white,
+                                                qRound(symbolSize * deviceScale(painter)));
     painter.drawImage(QRectF(box.center().x() - symbolSize / 2, top, symbolSize, symbolSize), symbol);
     top += symbolSize + spacing;
 

@@ -173,6 +173,51 @@ TEST_F(BusTest, ForgetsAnswersThatComeAfterItsEnd) {
     EXPECT_TRUE(next.become(Preference::light));
 }
 
+TEST_F(BusTest, ReadsWhetherMotionIsWanted) {
+    struct Case {
+        const char* what;
+        const char* answer;
+        bool isReduced;
+    };
+    const std::array<Case, 7> cases{{
+        {"nobody tells", "{}", false},
+        {"reduced", "{'org.freedesktop.appearance': {'reduced-motion': <uint32 1>}}", true},
+        {"GNOME without animations", "{'org.gnome.desktop.interface': {'enable-animations': <false>}}", true},
+        {"GNOME with them", "{'org.gnome.desktop.interface': {'enable-animations': <true>}}", false},
+        {"what all desktops may say comes first",
+         "{'org.freedesktop.appearance': {'reduced-motion': <uint32 0>},"
+         " 'org.gnome.desktop.interface': {'enable-animations': <false>}}",
+         false},
+        {"of another type", "{'org.freedesktop.appearance': {'reduced-motion': <'1'>}}", false},
+        {"in one more variant", "{'org.gnome.desktop.interface': {'enable-animations': <<false>>}}", true},
+    }};
+    for (const auto& [what, answer, isReduced] : cases) {
+        FakeService service(address(), portal, portalPath, settings);
+        service.readsAll = true;
+        const PortalColorScheme scheme;
+        int changes = 0;
+        QObject::connect(&scheme, &ColorScheme::reducesMotionChanged, [&] { ++changes; });
+        ASSERT_TRUE(waitUntil([&] { return service.isCalled("Read"); })) << what;
+        service.fail();
+        ASSERT_TRUE(waitUntil([&] { return service.isCalled("ReadAll"); })) << what;
+        const GPtr<char> question(g_variant_print(service.arguments(), FALSE));
+        EXPECT_STREQ(question.get(), "(['org.freedesktop.appearance', 'org.gnome.desktop.interface'],)");
+        const GPtr<GVariant> values(g_variant_parse(G_VARIANT_TYPE("a{sa{sv}}"), answer, nullptr, nullptr, nullptr));
+        service.answer(g_variant_new("(@a{sa{sv}})", values.get()));
+        // The end of what the portal had to say before.
+        tellChange(service, "org.freedesktop.appearance", "color-scheme", g_variant_new_uint32(1));
+        ASSERT_TRUE(waitUntil([&] { return scheme.preference() == Preference::dark; })) << what;
+        EXPECT_EQ(scheme.reducesMotion(), isReduced) << what;
+        EXPECT_EQ(changes, isReduced ? 1 : 0) << what;
+
+        tellChange(service, "org.gnome.desktop.interface", "enable-animations", g_variant_new_boolean(TRUE));
+        tellChange(service, "org.freedesktop.appearance", "reduced-motion", g_variant_new_uint32(1));
+        EXPECT_TRUE(waitUntil([&] { return scheme.reducesMotion(); })) << what;
+        tellChange(service, "org.freedesktop.appearance", "reduced-motion", g_variant_new_uint32(0));
+        EXPECT_TRUE(waitUntil([&] { return !scheme.reducesMotion(); })) << what;
+    }
+}
+
 /// GLib's default is to end a program whose bus goes.
 TEST_F(BusTest, TheProgramOutlivesTheBus) {
     const GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));

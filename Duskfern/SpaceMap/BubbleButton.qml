@@ -33,7 +33,6 @@ T.AbstractButton {
     Accessible.name: root.name + ", " + root.sizeText
     Accessible.role: Accessible.Button
     containmentMask: circle
-    focusPolicy: Qt.StrongFocus
     height: root.diameter
     hoverEnabled: true
     width: root.diameter

@@ -15,11 +15,15 @@ ListRow {
 
     signal toggled(row: int)
 
+    Accessible.checkable: true
+    Accessible.checked: root.ticked
     Accessible.description: detail.text
     chosenColor: "transparent"
     leftInset: -6
     rightInset: -6
     spoken: root.name + ", " + root.sizeText
+
+    Accessible.onToggleAction: root.toggled(root.index)
 
     PlainButton {
         id: box
@@ -32,7 +36,7 @@ ListRow {
         anchors.verticalCenter: parent.verticalCenter
         symbol: root.ticked ? "checkmark.square.fill" : "square"
         text: root.name
-        tint: root.ticked ? Theme.red : Theme.secondary
+        tint: root.ticked ? Theme.redMark : Theme.secondary
 
         onClicked: root.toggled(root.index)
     }
@@ -78,6 +82,7 @@ ListRow {
         anchors.top: parent.verticalCenter
         anchors.topMargin: 1
         color: Theme.secondary
+        elide: Text.ElideMiddle
         font.pixelSize: Theme.caption
         maximumLineCount: 1
         text: root.kind + " · " + root.origin
@@ -90,7 +95,7 @@ ListRow {
         anchors.right: reveal.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.red
+        color: Theme.redText
         text: root.sizeText
     }
 

@@ -31,6 +31,8 @@ Rectangle {
         }
     }
 
+    Accessible.name: "Menú"
+    Accessible.role: Accessible.MenuBar
     color: Theme.sidebar
     implicitHeight: title.implicitHeight + 4
 
@@ -41,36 +43,17 @@ Rectangle {
         width: parent.width
     }
 
-    Pressable {
+    MainMenuTitle {
         id: title
 
-        Accessible.role: Accessible.MenuItem
         anchors.verticalCenter: parent.verticalCenter
-        implicitHeight: Math.ceil(contentItem.implicitHeight) + 8
-        implicitWidth: contentItem.implicitWidth + 20
+        height: implicitHeight
+        open: menu.visible
         text: "Archivo"
+        width: implicitWidth
         x: 6
 
-        Keys.onDownPressed: root.toggle()
         onClicked: root.toggle()
-
-        background: Rectangle {
-            color: Theme.tint(Theme.primary, menu.visible || title.down ? 0.12 : title.hovered ? 0.07 : 0)
-            radius: 5
-
-            FocusRing {
-                cornerRadius: 6
-                inset: -1
-                shown: title.activeFocus
-            }
-        }
-        contentItem: Label {
-            Accessible.ignored: true
-            font.pixelSize: Theme.callout
-            horizontalAlignment: Text.AlignHCenter
-            text: title.text
-            verticalAlignment: Text.AlignVCenter
-        }
     }
 
     T.Menu {
@@ -83,6 +66,7 @@ Rectangle {
         margins: 4
         modal: false
         padding: 5
+        title: title.text
 
         // Closes when another item takes the focus; later, because the change may come from the menu's own closing.
         onActiveFocusChanged: {
@@ -109,8 +93,6 @@ Rectangle {
             radius: 9
         }
         contentItem: ListView {
-            Accessible.name: title.text
-            Accessible.role: Accessible.PopupMenu
             currentIndex: menu.currentIndex
             implicitHeight: contentHeight
             interactive: false

@@ -52,6 +52,12 @@ Window {
     }
 
     Binding {
+        property: "windowHeight"
+        target: Theme
+        value: root.height
+    }
+
+    Binding {
         property: "keyboard"
         target: Theme
         value: focusWatcher.keyboard
@@ -114,6 +120,23 @@ Window {
             store: root.store
             width: parent.width
         }
+    }
+
+    Announcer {
+        id: announcer
+
+        Accessible.ignored: announcer.text === ""
+        Accessible.name: announcer.text
+        Accessible.role: Accessible.Notification
+        height: 1
+        width: 1
+    }
+
+    Announcements {
+        screens: root.screens
+        store: root.store
+
+        onAnnounced: text => announcer.announce(text)
     }
 
     // Created after the first frame, because it takes time.

@@ -22,7 +22,7 @@ Item {
     Item {
         id: titleRow
 
-        height: overview.height + 4
+        height: Math.max(overview.height, search.height) + Theme.inset(4)
         width: parent.width
 
         Column {
@@ -56,7 +56,7 @@ Item {
             anchors.verticalCenter: overview.verticalCenter
             placeholderText: "Buscar archivos"
             value: root.store.search
-            width: 230
+            width: Math.max(230, implicitWidth)
 
             onEdited: text => root.store.search = text
         }
@@ -68,7 +68,7 @@ Item {
         readonly property real cardWidth: (width - 2 * spacing) / 3
 
         anchors.top: titleRow.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: Theme.inset(14)
         spacing: 10
         width: parent.width
 
@@ -100,11 +100,12 @@ Item {
     SplitPane {
         anchors.bottom: parent.bottom
         anchors.top: metrics.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: Theme.inset(14)
+        dividerName: "Ancho de la lista de archivos"
         gap: 12
         idealFirst: Math.max(430, 0.42 * room)
-        minimumFirst: 360
-        minimumSecond: 430
+        minimumFirst: Theme.compact ? 430 : 360
+        minimumSecond: Theme.compact ? 300 : 430
         width: parent.width
 
         first: FileListView {

@@ -68,7 +68,7 @@ Item {
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
-        anchors.margins: root.store.hasRoot ? 18 : 0
+        anchors.margins: root.store.hasRoot ? Theme.inset(18) : 0
         anchors.right: parent.right
         anchors.top: header.bottom
         sourceComponent: root.store.hasRoot ? analysis : welcome

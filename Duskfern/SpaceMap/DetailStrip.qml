@@ -9,7 +9,7 @@ Item {
 
     required property ScanStore store
 
-    implicitHeight: Math.max(actions.implicitHeight, placeholder.implicitHeight) + 24
+    implicitHeight: Math.max(actions.implicitHeight, placeholder.implicitHeight) + 2 * Theme.inset(12)
 
     Label {
         id: placeholder
@@ -69,7 +69,7 @@ Item {
         PushButton {
             font.pixelSize: Theme.caption
             text: "A la papelera"
-            titleColor: Theme.red
+            titleColor: Theme.redText
 
             onClicked: root.store.moveSelectedToTrash()
         }

@@ -33,6 +33,7 @@ Item {
             color: Theme.secondary
             text: "Una vista general de tus discos y del espacio usado"
             width: parent.width
+            wrapMode: Text.Wrap
         }
     }
 

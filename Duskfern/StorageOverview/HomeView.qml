@@ -93,14 +93,29 @@ ScrollPage {
             }
         }
 
-        Repeater {
-            model: root.store.volumes
+        CardGrid {
+            id: disks
 
-            VolumeCard {
-                required property var modelData
+            Accessible.name: "Discos"
+            cards: volumes
+            columns: 1
+            spacing: 18
+            visible: count > 0
 
-                volume: modelData
-                width: content.width
+            onReached: card => root.reveal(card)
+
+            Repeater {
+                id: volumes
+
+                model: root.store.volumes
+
+                VolumeCard {
+                    required property var modelData
+
+                    focused: disks.activeFocus && disks.current === index
+                    volume: modelData
+                    width: content.width
+                }
             }
         }
 
@@ -124,6 +139,8 @@ ScrollPage {
             colors: root.colors
             store: root.store
             width: parent.width
+
+            onReached: card => root.reveal(card)
         }
 
         Label {

@@ -25,6 +25,8 @@ Item {
     signal pressed(row: int)
     signal opened(row: int)
 
+    Accessible.focusable: true
+    Accessible.focused: root.chosen && root.focused
     Accessible.name: root.spoken
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true

@@ -12,7 +12,7 @@ Item {
 
     default property alias buttons: row.data
 
-    implicitHeight: Math.max(titles.height, row.height) + 32 + divider.height
+    implicitHeight: Math.max(titles.height, row.height) + 2 * Theme.inset(16) + divider.height
 
     Column {
         id: titles
@@ -35,9 +35,10 @@ Item {
             color: Theme.secondary
             elide: root.subtitleElide
             font.pixelSize: Theme.caption
-            maximumLineCount: 1
+            maximumLineCount: root.subtitleElide === Text.ElideMiddle ? 1 : 2
             text: root.subtitle
             width: parent.width
+            wrapMode: root.subtitleElide === Text.ElideMiddle ? Text.NoWrap : Text.Wrap
         }
     }
 

@@ -74,9 +74,10 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     open();
     EXPECT_EQ(driver.names(list), (Texts{"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB",
                                          "Xorg.0.log, 102 KB"}));
-    EXPECT_EQ(driver.names(list, QAccessible::Description),
-              (Texts{"Caché · navegador", "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura",
-                     "Caché · Editor", "Registro · log"}));
+    EXPECT_EQ(
+        driver.names(list, QAccessible::Description),
+        (Texts{"Caché · navegador, 1 de 4", "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, 2 de 4",
+               "Caché · Editor, 3 de 4", "Registro · log, 4 de 4"}));
     for (const char* const text :
          {"Cachés, registros, temporales y posibles restos de apps", "ENCONTRADOS", "4", "SELECCIONADO", "1,3 MB",
           "BAJO RIESGO", "3", "Los “posibles restos” no se limpian automáticamente."}) {

@@ -105,7 +105,7 @@ TEST(Symbols, AllHaveAPicture) {
     for (const FolderPlace& place : folderPlaces(folders, {FileURL("/disk")})) {
         names.insert(place.symbol);
     }
-    const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbol|icon|name): (.*"))x"));
+    const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbols?|icon|name): (.*"))x"));
     const QRegularExpression literal(QStringLiteral(R"x("([^"]+)")x"));
     for (QDirIterator files(QStringLiteral(":/qt/qml/Duskfern"), {QStringLiteral("*.qml")}, QDir::Files,
                             QDirIterator::Subdirectories);

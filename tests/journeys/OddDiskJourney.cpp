@@ -137,9 +137,9 @@ TEST_F(OddVolumesJourney, AVolumeAppearsWhenItAnswers) {
         return !app.screens().home()->volumes().empty() && driver.isEnabled("Actualizar");
     };
     ASSERT_TRUE(waitUntil(isMeasured));
-    EXPECT_FALSE(driver.shows("Lejos", group));
+    EXPECT_FALSE(driver.shows("Lejos", list));
     disk.release();
-    EXPECT_TRUE(driver.waitFor("Lejos", group));
+    EXPECT_TRUE(driver.waitFor("Lejos", list));
     disk.hang("");
     ASSERT_TRUE(driver.press("Actualizar"));
     EXPECT_TRUE(waitUntil(isMeasured));

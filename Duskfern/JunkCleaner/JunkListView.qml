@@ -25,7 +25,8 @@ RowList {
         chosen: root.activeFocus && index === root.currentIndex
         focused: true
         height: root.rowHeight
-        width: ListView.view.width - 44
+        // At most as wide as a row is read.
+        width: Math.min(ListView.view.width - 44, 1600)
         x: 22
 
         onOpened: row => root.store.revealRow(row)

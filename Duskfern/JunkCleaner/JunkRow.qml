@@ -15,6 +15,10 @@ ListRow {
 
     signal toggled(row: int)
 
+    function hint(): string {
+        return nameLabel.truncated || detail.truncated ? root.name + "\n" + detail.text : "";
+    }
+
     Accessible.checkable: true
     Accessible.checked: root.ticked
     Accessible.description: detail.text

@@ -122,21 +122,11 @@ Window {
         }
     }
 
-    Announcer {
-        id: announcer
+    HintTip {}
 
-        Accessible.ignored: announcer.text === ""
-        Accessible.name: announcer.text
-        Accessible.role: Accessible.Notification
-        height: 1
-        width: 1
-    }
-
-    Announcements {
+    WindowAnnouncer {
         screens: root.screens
         store: root.store
-
-        onAnnounced: text => announcer.announce(text)
     }
 
     // Created after the first frame, because it takes time.

@@ -36,7 +36,9 @@ Item {
 
             Label {
                 font.bold: true
-                font.pixelSize: Theme.title
+                font.pixelSize: Theme.compact ? Theme.body : Theme.title
+                // Less than its implicit height where it shrinks.
+                height: contentHeight
                 text: "Tu almacenamiento, de un vistazo"
                 width: parent.width
             }
@@ -44,6 +46,7 @@ Item {
             Label {
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
+                height: contentHeight
                 text: StatusTexts.analysis(root.store.isScanning, root.store.scannedCount, root.store.skippedCount)
                 width: parent.width
             }
@@ -103,7 +106,8 @@ Item {
         anchors.topMargin: Theme.inset(14)
         dividerName: "Ancho de la lista de archivos"
         gap: 12
-        idealFirst: Math.max(430, 0.42 * room)
+        // At most as wide as a row is read.
+        idealFirst: Math.max(430, Math.min(0.42 * room, 960))
         minimumFirst: Theme.compact ? 430 : 360
         minimumSecond: Theme.compact ? 300 : 430
         width: parent.width

@@ -36,10 +36,10 @@ bool touches(const Bubble& bubble, const QRectF& box) {
     return std::hypot(x - bubble.x, y - bubble.y) < bubble.diameter / 2;
 }
 
+/// Whether letters in the middle half of `box` reach beyond the circle.
 bool reachesBeyond(const Bubble& bubble, const QRectF& box) {
-    const qreal x = std::max(box.right() - bubble.x, bubble.x - box.left());
-    const qreal y = std::max(box.bottom() - bubble.y, bubble.y - box.top());
-    return std::hypot(x, y) > bubble.diameter / 2;
+    const qreal y = std::abs(box.center().y() - bubble.y) + box.height() / 4;
+    return std::hypot(box.width() / 2, y) > bubble.diameter / 2 + 1;
 }
 
 /// The name in at most two lines; the second one is elided, its extension last.
@@ -62,13 +62,13 @@ QStringList nameLines(const QString& name, const QFont& font, qreal width) {
 
 /// Paints a soft shade, of full strength under `box`.
 void paintShade(QPainter& painter, const QRectF& box, qreal strength) {
-    constexpr int steps = 4;
-    constexpr qreal softness = 2;
+    constexpr int steps = 8;
+    constexpr qreal softness = 1.25;
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor::fromRgbF(0, 0, 0, static_cast<float>(1 - std::pow(1 - strength, 1.0 / steps))));
     for (int step = 0; step < steps; ++step) {
         const qreal reach = softness * step;
-        const QRectF shade = box.adjusted(-reach - 2, -reach, reach + 2, reach);
+        const QRectF shade = box.adjusted(-reach - 3, -reach, reach + 3, reach);
         painter.drawRoundedRect(shade, shade.height() / 2, shade.height() / 2);
     }
 }

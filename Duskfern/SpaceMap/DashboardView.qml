@@ -22,8 +22,8 @@ Item {
     ScreenHeader {
         id: header
 
+        isPath: root.store.hasRoot
         subtitle: root.store.hasRoot ? root.store.rootPath : "Elige una carpeta para empezar"
-        subtitleElide: Text.ElideMiddle
         title: "Mapa de espacio"
         width: parent.width
 

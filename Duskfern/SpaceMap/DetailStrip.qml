@@ -23,15 +23,13 @@ Item {
         visible: !root.store.hasSelection
     }
 
-    Label {
+    NameLabel {
         anchors.left: parent.left
         anchors.leftMargin: 12
         anchors.right: root.store.isMoving ? moving.left : actions.left
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        elide: Text.ElideMiddle
         font.pixelSize: Theme.caption
-        maximumLineCount: 1
         text: root.store.selectedName
         visible: root.store.hasSelection
     }

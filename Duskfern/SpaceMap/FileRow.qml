@@ -11,6 +11,10 @@ ListRow {
     required property string sizeText
     required property string icon
 
+    function hint(): string {
+        return nameLabel.truncated || folderLabel.truncated ? root.name + "\n" + root.folder : "";
+    }
+
     Accessible.description: root.folder
     spoken: root.name + ", " + root.sizeText
 
@@ -59,6 +63,8 @@ ListRow {
     }
 
     Label {
+        id: folderLabel
+
         Accessible.ignored: true
         anchors.left: nameLabel.left
         anchors.right: nameLabel.right

@@ -39,6 +39,7 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             text: "Descubre qué ocupa tu Mac"
             width: parent.width
+            wrapMode: Text.Wrap
         }
 
         Label {

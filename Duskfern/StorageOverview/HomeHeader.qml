@@ -27,6 +27,7 @@ Item {
             font.pixelSize: Theme.largeTitle
             text: "Estado de almacenamiento"
             width: parent.width
+            wrapMode: Text.Wrap
         }
 
         Label {

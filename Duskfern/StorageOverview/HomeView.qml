@@ -93,30 +93,12 @@ ScrollPage {
             }
         }
 
-        CardGrid {
-            id: disks
-
-            Accessible.name: "Discos"
-            cards: volumes
-            columns: 1
-            spacing: 18
+        VolumeList {
+            store: root.store
             visible: count > 0
+            width: parent.width
 
             onReached: card => root.reveal(card)
-
-            Repeater {
-                id: volumes
-
-                model: root.store.volumes
-
-                VolumeCard {
-                    required property var modelData
-
-                    focused: disks.activeFocus && disks.current === index
-                    volume: modelData
-                    width: content.width
-                }
-            }
         }
 
         Label {

@@ -48,17 +48,15 @@ Card {
             height: Math.max(name.height, used.height)
             width: parent.width
 
-            Label {
+            NameLabel {
                 id: name
 
                 anchors.left: parent.left
                 anchors.right: used.left
                 anchors.rightMargin: 16
                 anchors.verticalCenter: parent.verticalCenter
-                elide: Text.ElideMiddle
                 font.pixelSize: Theme.headline
                 font.weight: Font.DemiBold
-                maximumLineCount: 1
                 text: root.volume.name === "" ? "Macintosh HD" : root.volume.name
             }
 

@@ -7,8 +7,8 @@ Item {
     required property string title
     required property string subtitle
 
-    /// Where the line below the title is shortened.
-    property int subtitleElide: Text.ElideRight
+    /// Whether the line below the title is a path, which is shortened where another text wraps.
+    property bool isPath: false
 
     default property alias buttons: row.data
 
@@ -31,14 +31,14 @@ Item {
             width: parent.width
         }
 
-        Label {
+        NameLabel {
             color: Theme.secondary
-            elide: root.subtitleElide
+            elide: root.isPath ? Text.ElideMiddle : Text.ElideRight
             font.pixelSize: Theme.caption
-            maximumLineCount: root.subtitleElide === Text.ElideMiddle ? 1 : 2
+            maximumLineCount: root.isPath ? 1 : 2
             text: root.subtitle
             width: parent.width
-            wrapMode: root.subtitleElide === Text.ElideMiddle ? Text.NoWrap : Text.Wrap
+            wrapMode: root.isPath ? Text.NoWrap : Text.Wrap
         }
     }
 

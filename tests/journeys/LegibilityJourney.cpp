@@ -1,27 +1,15 @@
 // Every screen and state is looked at: whether its texts stand out, fit and leave room for the lists.
 
+#include "support/Contrast.h"
 #include "support/KeyboardJourney.h"
 
 #include <QtGui/QFont>
 #include <QtQml/QQmlEngine>
 #include <QtQuick/QQuickItem>
 
-#include <cmath>
 #include <map>
 
 namespace {
-
-double luminance(const QColor& color) {
-    const auto linear = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b) {
-    const auto [low, high] = std::minmax(luminance(a), luminance(b));
-    return (high + 0.05) / (low + 0.05);
-}
 
 QColor over(const QColor& below, const QColor& above) {
     const auto mix = [&](float b, float a) { return b * (1 - above.alphaF()) + a * above.alphaF(); };
@@ -105,7 +93,7 @@ protected:
     struct SeenText {
         const QQuickItem* item = nullptr;
         std::string text;
-        QRectF box;      ///< In the window, of the letters.
+        QRectF box;            ///< In the window, of the letters.
         bool isWhole = false;  ///< Nothing of it is scrolled away.
     };
     [[nodiscard]] std::vector<SeenText> texts() {
@@ -176,13 +164,16 @@ TEST_F(LegibilityJourney, TheThemesColoursStandOutOnAllTheirSurfaces) {
             EXPECT_GE(contrast(color("focus"), surface), 3) << "ring on " << name << " in " << int(preference);
         }
         const std::tuple<const char*, const char*, double> pairs[] = {
-            {"redText", "window", 4.5},  {"redText", "row under the pointer", 4.5}, {"redText", "pressed row", 4.5},
-            {"redText", "button", 4.5},  {"redText", "pressed button", 4.5},        {"tealText", "card", 4.5},
-            {"tealText", "selected row", 4.5}, {"tealText", "pressed row", 4.5},    {"redMark", "window", 3},
-            {"redMark", "row under the pointer", 3}, {"redMark", "pressed row", 3},
+            {"redText", "window", 4.5},         {"redText", "row under the pointer", 4.5},
+            {"redText", "pressed row", 4.5},    {"redText", "button", 4.5},
+            {"redText", "pressed button", 4.5}, {"tealText", "card", 4.5},
+            {"tealText", "selected row", 4.5},  {"tealText", "pressed row", 4.5},
+            {"redMark", "window", 3},           {"redMark", "row under the pointer", 3},
+            {"redMark", "pressed row", 3},
         };
         for (const auto& [text, surface, least] : pairs) {
-            EXPECT_GE(contrast(color(text), surfaces.at(surface)), least) << text << " on " << surface << int(preference);
+            EXPECT_GE(contrast(color(text), surfaces.at(surface)), least)
+                << text << " on " << surface << int(preference);
         }
         for (const char* const fill : {"redFill", "blueFill"}) {
             EXPECT_GE(contrast(color("onTint"), color(fill)), 4.5) << fill << int(preference);
@@ -205,9 +196,8 @@ TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
                         ++colors[picture.pixel(x, y)];
                     }
                 }
-                const auto behind = std::max_element(colors.begin(), colors.end(), [](const auto& a, const auto& b) {
-                    return a.second < b.second;
-                });
+                const auto behind = std::max_element(colors.begin(), colors.end(),
+                                                     [](const auto& a, const auto& b) { return a.second < b.second; });
                 const auto ink = seen.item->property("color").value<QColor>();
                 const QFont font = seen.item->property("font").value<QFont>();
                 const bool isLarge = font.pixelSize() >= 24 || (font.bold() && font.pixelSize() >= 19);

@@ -91,21 +91,6 @@ TEST_F(OddDiskJourney, AMapIsDrawnWithoutTheDiskThatDoesNotAnswer) {
     }
 }
 
-TEST_F(OddDiskJourney, AKindKeepsWhatWasCountedOfIt) {
-    FuseDisk disk(tree.path("home/Documents"));
-    tree.file("home/Documents/a", 25 * 4096);
-    tree.file("home/Documents/muerta/b", 25 * 4096);
-    tree.file("home/Music/c", 250 * 4096);
-    disk.hang("muerta");
-    open();
-    ASSERT_TRUE(driver.waitFor("1 MB"));
-    EXPECT_TRUE(driver.shows("102 KB"));
-    EXPECT_TRUE(driver.isEnabled("Actualizar"));
-    EXPECT_FALSE(driver.shows("Calculando tamaños… Puede tardar unos minutos"));
-    disk.release();
-    EXPECT_TRUE(driver.waitFor("205 KB"));
-}
-
 TEST_F(OddDiskJourney, JunkIsListedAsFarAsItAnswers) {
     FuseDisk disk(tree.path("home/.cache"));
     tree.file("home/.cache/navegador/a", 25 * 4096);

@@ -25,7 +25,7 @@ protected:
             environment.remove(QString::fromLatin1(variable));
         }
         environment.insert(QStringLiteral("HOME"), QString::fromStdString(home.path()));
-        environment.insert(QStringLiteral("AT_SPI_BUS_ADDRESS"), bus.address());
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
         program.setProcessEnvironment(environment);
         program.setProcessChannelMode(QProcess::ForwardedChannels);
         program.start(QStringLiteral(DUSKFERN_PROGRAM), {});

@@ -49,23 +49,33 @@ constexpr const char* bus = "duskfern-accessibility";
 constexpr const char* accessible = "org.a11y.atspi.Accessible";
 constexpr const char* events = "org.a11y.atspi.Event.Object";
 
-/// The registry of the bus: lets programs register and tells them that all events are listened to.
+/// Says that a screen reader is there, lets programs register, and tells them that all events are listened to.
 class Registry final : public QDBusVirtualObject {
 public:
+    explicit Registry(QString address) : m_address(std::move(address)) {}
+
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& call, const QDBusConnection& connection) override {
+        const QString method = call.member();
         QVariant answer;
-        if (call.member() == QLatin1String("Embed")) {
-            answer = QVariant::fromValue(BusObject{
-                connection.baseService(), call.path().isEmpty() ? QDBusObjectPath("/") : QDBusObjectPath(call.path())});
-        } else if (call.member() == QLatin1String("GetRegisteredEvents")) {
-            answer = QVariant::fromValue(QList<BusPair>{{QStringLiteral(":1.0"), QStringLiteral("object:")},
-                                                        {QStringLiteral(":1.0"), QStringLiteral("focus:")}});
+        if (method == QLatin1String("GetAddress")) {
+            answer = m_address;
+        } else if (method == QLatin1String("Get")) {
+            answer = QVariant::fromValue(QDBusVariant(true));
+        } else if (method == QLatin1String("Embed")) {
+            answer = QVariant::fromValue(BusObject{connection.baseService(), QDBusObjectPath(call.path())});
+        } else if (method == QLatin1String("GetRegisteredEvents")) {
+            const QString everybody = QStringLiteral(":1.0");
+            answer = QVariant::fromValue(
+                QList<BusPair>{{everybody, QStringLiteral("object:")}, {everybody, QStringLiteral("focus:")}});
         } else {
             return false;
         }
         return connection.send(call.createReply(answer));
     }
+
+private:
+    QString m_address;
 };
 
 /// The bits of the states that are spoken.
@@ -73,7 +83,7 @@ constexpr std::pair<int, const char*> spokenStates[] = {{4, "checked"}, {23, "se
 
 }  // namespace
 
-ScreenReaderBus::ScreenReaderBus() : m_bus(QString::fromLatin1(bus)), m_registry(new Registry) {
+ScreenReaderBus::ScreenReaderBus() : m_bus(QString::fromLatin1(bus)) {
     qDBusRegisterMetaType<BusPair>();
     qDBusRegisterMetaType<QList<BusPair>>();
     qDBusRegisterMetaType<BusObject>();
@@ -83,8 +93,10 @@ ScreenReaderBus::ScreenReaderBus() : m_bus(QString::fromLatin1(bus)), m_registry
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     }
     m_bus = QDBusConnection::connectToBus(m_address, QString::fromLatin1(bus));
-    m_bus.registerVirtualObject(QStringLiteral("/org/a11y/atspi"), qobject_cast<QDBusVirtualObject*>(m_registry.get()),
+    m_registry = std::make_unique<Registry>(m_address);
+    m_bus.registerVirtualObject(QStringLiteral("/org/a11y"), qobject_cast<QDBusVirtualObject*>(m_registry.get()),
                                 QDBusConnection::SubPath);
+    m_bus.registerService(QStringLiteral("org.a11y.Bus"));
     m_bus.registerService(QStringLiteral("org.a11y.atspi.Registry"));
     m_bus.connect({}, {}, QString::fromLatin1(events), QStringLiteral("StateChanged"), this,
                   SLOT(stateChanged(QDBusMessage)));

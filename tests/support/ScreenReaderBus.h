@@ -8,8 +8,9 @@
 
 #include <memory>
 
-/// An accessibility bus of its own with a screen reader on it, which writes down what it would say: what gets the focus
-/// with its role, description and state; ticks that change there; and announcements, which begin with "! ".
+/// A session bus, and accessibility bus, of its own with a screen reader on it, which writes down what it would say:
+/// what gets the focus with its role, description and state; ticks that change there; and announcements, which begin
+/// with "! ".
 class ScreenReaderBus : public QObject {
     Q_OBJECT
 

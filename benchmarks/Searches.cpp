@@ -33,24 +33,25 @@ void compareSearches(const std::string& tree) {
 
 void compareSorts(const std::string& tree) {
     const FileList files = FileScanner::scan(FileURL(tree), [](std::int64_t) {}).files;
-    std::vector<FileRecord> records(files.size());
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        // Sizes as in a home: many small ones and a few of gigabytes, in random order.
-        const std::uint64_t mixed = (i + 1) * 0x9E3779B97F4A7C15;
-        records[i].size = ((mixed >> 40) >> (mixed % 24)) * 4096 & ((std::uint64_t{1} << FileRecord::sizeBits) - 1);
+    std::vector<SortKey> keys;
+    std::uint32_t bits = 0;
+    for (std::uint32_t number = 0; number < files.size(); ++number) {
+        // In the order in which they were found.
+        keys.push_back({static_cast<std::uint32_t>(files.sizeAt(files.indexOfKey(files.keyOfNumber(number))) >> 12), number});
+        bits |= keys.back().size;
     }
     std::vector<double> ours;
     std::vector<double> standard;
     for (int round = 0; round < 5; ++round) {
-        std::vector<FileRecord> copy = records;
+        std::vector<SortKey> copy = keys;
         Clock::time_point start = Clock::now();
-        (void)sortBySizeDescending(copy);
+        sortBySizeDescending(copy, bits);
         ours.push_back(inMilliseconds(Clock::now() - start));
-        copy = records;
+        copy = keys;
         start = Clock::now();
         std::stable_sort(copy.begin(), copy.end(), [](const auto& a, const auto& b) { return a.size > b.size; });
         standard.push_back(inMilliseconds(Clock::now() - start));
     }
-    std::printf("\nsort of %zu records, medians of 5: %.1f ms, std::stable_sort %.1f ms\n", records.size(),
-                median(ours), median(standard));
+    std::printf("\nsort of %zu records, medians of 5: %.1f ms, std::stable_sort %.1f ms\n", keys.size(), median(ours),
+                median(standard));
 }

@@ -6,6 +6,7 @@
 #include "Foundation/WalkWorker.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -13,15 +14,56 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using std::chrono::nanoseconds;
 
-/// How often the worker threads are checked for timeouts and progress is reported.
-constexpr std::chrono::milliseconds tickInterval{20};
+/// How often the worker threads are checked for timeouts, their number is adapted and progress is reported.
+constexpr std::chrono::milliseconds tickInterval{10};
 
 /// What the watching thread records about the thread of one worker.
 struct Watched {
-    std::shared_ptr<WatchedCalls> calls;
+    std::shared_ptr<WatchedCalls> calls = std::make_shared<WatchedCalls>();
     std::uint64_t count = 0;
-    Clock::time_point since;
+    Clock::time_point since = Clock::now();
+    nanoseconds processorTime{0};  ///< At the last tick.
+
+    /// The processor time of the thread since the last call.
+    nanoseconds newProcessorTime() {
+        const nanoseconds before = std::exchange(processorTime, calls->processorTime());
+        return std::max(nanoseconds(0), processorTime - before);
+    }
+};
+
+/// Decides how many workers list folders at the same time: one a core, and more while they leave the cores idle because
+/// they wait for the disk. More workers than cores would only take processor time from the window.
+class WorkerCount {
+public:
+    explicit WorkerCount(std::size_t maximum)
+        : m_cores(std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, maximum)),
+          m_maximum(maximum),
+          m_count(m_cores) {}
+
+    [[nodiscard]] std::size_t count() const { return m_count; }
+
+    /// `used` is the processor time of all workers since the last call.
+    void update(nanoseconds used, bool hasPending) {
+        const Clock::time_point now = Clock::now();
+        const auto passed = static_cast<double>((now - std::exchange(m_last, now)).count());
+        const double busyCores = static_cast<double>(used.count()) / passed / static_cast<double>(m_cores);
+        if (busyCores < idle && hasPending) {
+            m_count = std::min(m_count + 2, m_maximum);
+        } else if (busyCores > busy && m_count > m_cores) {
+            --m_count;
+        }
+    }
+
+private:
+    static constexpr double idle = 0.7;
+    static constexpr double busy = 0.9;
+
+    std::size_t m_cores;
+    std::size_t m_maximum;
+    std::size_t m_count;
+    Clock::time_point m_last = Clock::now();
 };
 
 void endWorker(WalkState& state) {
@@ -30,10 +72,11 @@ void endWorker(WalkState& state) {
     state.ended.notify_all();
 }
 
-/// Starts or resumes a worker on a new thread, or on this thread when no new one can be started.
-Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker) {
-    Watched watched{std::make_shared<WatchedCalls>(), 0, Clock::now()};
-    const auto run = [state, &worker, calls = watched.calls] {
+/// What a thread does for a worker.
+std::function<void()> workOf(const std::shared_ptr<WalkState>& state, WalkWorker& worker,
+                             const std::shared_ptr<WatchedCalls>& calls) {
+    return [state, &worker, calls] {
+        calls->beginThread();
         try {
             worker.run(*calls);
             endWorker(*state);
@@ -44,10 +87,35 @@ Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker)
             state->late->notifyAnswered();
         }
     };
-    if (!Threads::start(run, Threads::Priority::background)) {
-        run();
+}
+
+/// Starts or resumes a worker on a new thread, or on this thread when no new one can be started.
+Watched startWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker) {
+    Watched watched;
+    const std::function<void()> work = workOf(state, worker, watched.calls);
+    if (!Threads::start(work, Threads::Priority::background)) {
+        work();
     }
     return watched;
+}
+
+/// Adds a worker if a thread can be started for it.
+bool addWorker(const std::shared_ptr<WalkState>& state, WalkWorker& worker, std::vector<Watched>& watched) {
+    Watched added;
+    {
+        const std::lock_guard lock(state->mutex);
+        // The last worker may have ended meanwhile, and the walk with it.
+        if (state->activeWorkers == 0) {
+            return false;
+        }
+        ++state->activeWorkers;
+    }
+    if (!Threads::start(workOf(state, worker, added.calls), Threads::Priority::background)) {
+        endWorker(*state);
+        return false;
+    }
+    watched.push_back(std::move(added));
+    return true;
 }
 
 }  // namespace
@@ -58,21 +126,29 @@ DirectoryWalk::DirectoryWalk(std::vector<WalkRoot> roots, Policy policy, std::st
 
 DirectoryWalk::~DirectoryWalk() = default;
 
+void DirectoryWalk::setTag(std::size_t root, void* tag) {
+    m_state->setTag(root, tag);
+}
+
 void DirectoryWalk::run(const std::vector<WalkVisitor*>& visitors, const std::function<void()>& tick) {
     WalkState& state = *m_state;
     for (WalkVisitor* const visitor : visitors) {
         state.workers.push_back(std::make_unique<WalkWorker>(state, *visitor));
     }
-    state.activeWorkers = state.workers.size();
+    WorkerCount workers(visitors.size());
+    state.permit(workers.count());
+    state.activeWorkers = workers.count();
     std::vector<Watched> watched;
-    for (const auto& worker : state.workers) {
-        watched.push_back(startWorker(m_state, *worker));
+    for (std::size_t i = 0; i < workers.count(); ++i) {
+        watched.push_back(startWorker(m_state, *state.workers[i]));
     }
     std::unique_lock lock(state.mutex);
     while (!state.ended.wait_for(lock, tickInterval, [&] { return state.activeWorkers == 0; })) {
         lock.unlock();
+        nanoseconds used{0};
         for (std::size_t i = 0; i < watched.size(); ++i) {
             Watched& thread = watched[i];
+            used += thread.newProcessorTime();
             const std::uint64_t count = thread.calls->count();
             if (std::exchange(thread.count, count) != count) {
                 thread.since = Clock::now();
@@ -80,15 +156,15 @@ void DirectoryWalk::run(const std::vector<WalkVisitor*>& visitors, const std::fu
                 thread = startWorker(m_state, *state.workers[i]);
             }
         }
+        workers.update(used, state.hasPending());
+        while (watched.size() < workers.count() && addWorker(m_state, *state.workers[watched.size()], watched)) {
+        }
+        state.permit(workers.count());
         if (tick) {
             tick();
         }
         lock.lock();
     }
-}
-
-WalkFolder& DirectoryWalk::root(std::size_t index) {
-    return m_state->roots[index].folder;
 }
 
 bool DirectoryWalk::wasOpened(std::size_t index) const {
@@ -100,6 +176,6 @@ std::shared_ptr<LateAnswer> DirectoryWalk::lateAnswer() const {
     return m_state->hasSkipped ? m_state->late : nullptr;
 }
 
-unsigned DirectoryWalk::recommendedThreads() {
-    return std::clamp(2 * std::thread::hardware_concurrency(), 4U, 8U);
+unsigned DirectoryWalk::maximumWorkers() {
+    return std::clamp(2 * std::thread::hardware_concurrency(), 8U, 16U);
 }

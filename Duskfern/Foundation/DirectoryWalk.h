@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Descriptor.h"
 #include "Foundation/FileStatus.h"
 #include "Foundation/FileURL.h"
 #include "Foundation/LateAnswer.h"
@@ -13,17 +14,27 @@
 #include <string_view>
 #include <vector>
 
-/// A folder met by a walk. Valid for as long as the walk object lives.
+/// A folder met by a walk. Owned by those who list it, by its subfolders, and by what is kept to be listed, so that a
+/// walk needs memory only for the folders on the way to the pending ones.
 struct WalkFolder {
-    const WalkFolder* parent = nullptr;  ///< None for a root of the walk.
-    const char* name = "";               ///< The folder's own name, NUL-terminated; empty for a root.
-    std::uint32_t nameLength = 0;
-    std::uint32_t pathLength = 0;  ///< Bytes of the path relative to the root.
-    std::uint32_t depth = 0;       ///< Folders above it, up to the root.
-    std::uint32_t root = 0;        ///< Index of the root it lies below.
+    WalkFolder() = default;
+    ~WalkFolder();
+    WalkFolder(const WalkFolder&) = delete;
+    WalkFolder& operator=(const WalkFolder&) = delete;
 
-    /// For the visitor that lists this folder. No other thread accesses it before the walk has ended.
-    void* listing = nullptr;
+    std::shared_ptr<WalkFolder> parent;  ///< None for a root of the walk.
+    std::string name;                    ///< Empty for a root.
+    std::uint32_t root = 0;              ///< Index of the root it lies below.
+    std::uint32_t depth = 0;             ///< Folders above it, up to the root.
+    std::size_t pathLength = 0;          ///< Bytes of the path relative to the root.
+
+    /// For the visitors: the one that reports the folder sets it in `subfolder()`, the one that lists the folder reads
+    /// it in `beginFolder()`.
+    void* tag = nullptr;
+
+private:
+    friend class WalkState;
+    std::shared_ptr<Descriptor> m_descriptor;  ///< Guarded by the walk's mutex. Null unless it is kept open.
 };
 
 /// Receives what one worker of a walk finds. Each worker has its own visitor and is the only one to call it. A visitor
@@ -34,13 +45,13 @@ public:
     virtual ~WalkVisitor() = default;
 
     /// The entries reported from here on lie in `folder`, in the order in which the kernel lists them.
-    virtual void beginFolder(WalkFolder& folder) = 0;
+    virtual void beginFolder(const WalkFolder& folder) = 0;
 
     /// A regular file of that folder; `name` is NUL-terminated.
     virtual void file(std::string_view name, const FileStatus& status) = 0;
 
     /// A folder that will be entered later, by this worker or another one.
-    virtual void subfolder(const WalkFolder& folder) = 0;
+    virtual void subfolder(WalkFolder& folder) = 0;
 
     /// Something that could not be examined: an entry without a readable status, or something skipped after a timeout.
     /// A folder that may not be listed is not reported.
@@ -71,12 +82,13 @@ public:
     DirectoryWalk(const DirectoryWalk&) = delete;
     DirectoryWalk& operator=(const DirectoryWalk&) = delete;
 
-    /// Walks with one worker for each visitor, and returns when everything is visited or skipped. Meanwhile `tick` is
-    /// called on this thread every few milliseconds. No visitor is called after the return. May be called once.
-    void run(const std::vector<WalkVisitor*>& visitors, const std::function<void()>& tick = {});
+    /// Sets `WalkFolder::tag` of a root. To be called before the walk.
+    void setTag(std::size_t root, void* tag);
 
-    /// The folder of a root. To be called after the walk.
-    [[nodiscard]] WalkFolder& root(std::size_t index);
+    /// Walks with at most one worker for each visitor, and returns when everything is visited or skipped. There are as
+    /// many workers as cores, and more while they wait for the disk. Meanwhile `tick` is called on this thread every
+    /// few milliseconds. No visitor is called after the return. May be called once.
+    void run(const std::vector<WalkVisitor*>& visitors, const std::function<void()>& tick = {});
 
     /// Whether a root could be opened as a folder. If not, nothing was walked.
     [[nodiscard]] bool wasOpened(std::size_t index) const;
@@ -84,9 +96,9 @@ public:
     /// Null unless something was skipped after a timeout.
     [[nodiscard]] std::shared_ptr<LateAnswer> lateAnswer() const;
 
-    /// The number of threads for a walk: more than there are cores, because on a cold cache they hide the latency of
-    /// the disk.
-    [[nodiscard]] static unsigned recommendedThreads();
+    /// The number of visitors for a walk: more than there are cores, because on a cold cache more workers hide the
+    /// latency of the disk.
+    [[nodiscard]] static unsigned maximumWorkers();
 
 private:
     std::shared_ptr<class WalkState> m_state;  ///< Shared with threads that may outlive this.

@@ -11,8 +11,8 @@ class alignas(64) SizeVisitor final : public WalkVisitor {
 public:
     explicit SizeVisitor(std::size_t folders) : m_sums(folders) {}
 
-    void beginFolder(WalkFolder& folder) override { m_root = folder.root; }
-    void subfolder(const WalkFolder& /*folder*/) override {}
+    void beginFolder(const WalkFolder& folder) override { m_root = folder.root; }
+    void subfolder(WalkFolder& /*folder*/) override {}
     void unreadable() override {}
     void file(std::string_view /*name*/, const FileStatus& status) override {
         m_sums[m_root] = checkedSum(m_sums[m_root], status.allocated.value_or(0));
@@ -33,7 +33,7 @@ FolderSizes folderSizes(std::vector<WalkRoot> folders, const DirectoryWalk::Poli
     if (folders.empty()) {
         return sizes;
     }
-    std::vector<SizeVisitor> visitors(DirectoryWalk::recommendedThreads(), SizeVisitor(folders.size()));
+    std::vector<SizeVisitor> visitors(DirectoryWalk::maximumWorkers(), SizeVisitor(folders.size()));
     std::vector<WalkVisitor*> walkVisitors;
     std::transform(visitors.begin(), visitors.end(), std::back_inserter(walkVisitors),
                    [](SizeVisitor& visitor) { return &visitor; });

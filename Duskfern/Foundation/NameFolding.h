@@ -3,6 +3,7 @@
 #include <QtCore/QLocale>
 #include <QtCore/QString>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,12 @@
 class NameFolding {
 public:
     explicit NameFolding(const QLocale& locale);
+
+    /// Whether the folded form of a name only differs from it in the case of its letters, all of which are ASCII.
+    [[nodiscard]] bool foldsToLowerCase(std::string_view name) const {
+        return std::all_of(name.begin(), name.end(),
+                           [this](char byte) { return static_cast<unsigned char>(byte) < 0x80 && !(m_turkic && byte == 'I'); });
+    }
 
     /// Appends the folded form of a name to `folded`. The result is UTF-8 whatever the name's bytes are.
     void fold(std::string_view name, std::string& folded) const;

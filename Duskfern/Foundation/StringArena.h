@@ -53,6 +53,9 @@ public:
         return static_cast<std::uint32_t>(block << blockBits | offset);
     }
 
+    /// The block that a position lies in.
+    [[nodiscard]] static std::size_t blockOf(std::uint32_t position) { return position >> blockBits; }
+
     /// Takes over all strings of `other`. The result is to be added to their positions. Requires `fits(other)`.
     std::uint32_t absorb(StringArena&& other) {
         const auto base = static_cast<std::uint32_t>(m_blocks.size() << blockBits);

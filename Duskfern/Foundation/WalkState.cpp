@@ -5,25 +5,39 @@
 #include <algorithm>
 #include <utility>
 
+/// In a loop: when the last folder of a deep chain goes, all above it go with it, and recursion would need as many
+/// stack frames.
+WalkFolder::~WalkFolder() {
+    for (auto above = std::move(parent); above != nullptr && above.use_count() == 1;) {
+        above = std::exchange(above->parent, nullptr);
+    }
+}
+
 WalkState::WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPolicy, std::stop_token stopToken,
                      std::vector<Mount> mountTable)
     : policy(std::move(enterPolicy)), stop(std::move(stopToken)), mounts(std::move(mountTable)), roots(places.size()) {
-    for (std::size_t index = 0; index < roots.size(); ++index) {
-        roots[index].place = std::move(places[index]);
-        roots[index].folder.root = static_cast<std::uint32_t>(index);
-    }
     // Pending folders are taken from the end.
-    for (auto root = roots.rbegin(); root != roots.rend(); ++root) {
-        m_pending.push_back(&root->folder);
+    for (std::size_t index = roots.size(); index-- > 0;) {
+        roots[index].place = std::move(places[index]);
+        m_pending.push_back(std::make_shared<WalkFolder>());
+        m_pending.back()->root = static_cast<std::uint32_t>(index);
     }
 }
 
 WalkState::~WalkState() = default;
 
-WalkFolder* WalkState::takeFolder() {
+void WalkState::setTag(std::size_t root, void* tag) {
+    m_pending[roots.size() - 1 - root]->tag = tag;
+}
+
+WalkStep WalkState::take() {
     std::unique_lock lock(mutex);
+    return next(lock);
+}
+
+WalkStep WalkState::next(std::unique_lock<std::mutex>& lock) {
     for (;;) {
-        while (m_pending.empty() && m_busy > 0 && !isOver()) {
+        while ((m_pending.empty() || m_busy >= m_permitted) && m_busy > 0 && !isOver()) {
             ++m_waiting;
             changed.wait(lock);
             --m_waiting;
@@ -31,56 +45,105 @@ WalkFolder* WalkState::takeFolder() {
         if (m_pending.empty() || isOver()) {
             m_pending.clear();
             changed.notify_all();
-            return nullptr;
+            return {};
         }
-        WalkFolder* const folder = m_pending.back();
+        WalkStep step;
+        step.folder = std::move(m_pending.back());
         m_pending.pop_back();
-        if (!m_deadMounts.empty()) {
-            const std::string path = pathOf(*folder);
-            if (std::any_of(m_deadMounts.begin(), m_deadMounts.end(),
-                            [&](const std::string& mount) { return isAtOrBelow(path, mount); })) {
-                Root& root = roots[folder->root];
-                --root.unlistedFolders;
-                closeIfListed(root);
-                continue;
-            }
+        if (!m_deadMounts.empty() && isOnDeadMount(*step.folder)) {
+            continue;
+        }
+        step.ancestor = step.folder->parent.get();
+        while (step.ancestor != nullptr && step.ancestor->m_descriptor == nullptr) {
+            step.ancestor = step.ancestor->parent.get();
+        }
+        if (step.ancestor != nullptr) {
+            step.base = step.ancestor->m_descriptor;
         }
         ++m_busy;
-        return folder;
+        return step;
     }
 }
 
-void WalkState::finishFolder(const WalkFolder& folder, std::vector<WalkFolder*>& found) {
-    const std::lock_guard lock(mutex);
+WalkStep WalkState::finish(const WalkStep& step, const std::shared_ptr<Descriptor>& descriptor,
+                           std::vector<std::shared_ptr<WalkFolder>>& found) {
+    std::unique_lock lock(mutex);
+    // What may run out of memory comes first, because then `giveUp()` counts this worker as no longer busy.
+    if (!found.empty()) {
+        keep(step.folder, descriptor);
+        std::move(found.rbegin(), found.rend(), std::back_inserter(m_pending));
+    }
     --m_busy;
-    m_pending.insert(m_pending.end(), found.rbegin(), found.rend());
-    Root& root = roots[folder.root];
-    root.unlistedFolders += found.size() - 1;
-    closeIfListed(root);
-    if (m_waiting > 0) {
-        if (found.size() > 1 || m_busy == 0) {
+    // The caller takes one of the pending folders itself.
+    if (m_waiting > 0 && m_pending.size() > 1 && m_busy + 1 < m_permitted) {
+        if (found.size() > 2) {
             changed.notify_all();
-        } else if (!found.empty()) {
+        } else {
             changed.notify_one();
         }
     }
     found.clear();
+    return next(lock);
 }
 
-bool WalkState::putBack(WalkFolder& folder) {
+bool WalkState::putBack(WalkStep& step) {
     const std::lock_guard lock(mutex);
+    closeAllKept();
     if (m_busy <= 1) {
         return false;
     }
     --m_busy;
-    m_pending.insert(m_pending.begin(), &folder);
+    m_pending.insert(m_pending.begin(), std::move(step.folder));
+    step = {};
     return true;
 }
 
-void WalkState::closeIfListed(Root& root) {
-    if (root.unlistedFolders == 0) {
-        root.descriptor.reset();
+void WalkState::setRoot(WalkFolder& folder, std::string path, const std::shared_ptr<Descriptor>& descriptor) {
+    const std::lock_guard lock(mutex);
+    Root& opened = roots[folder.root];
+    opened.hidden = HiddenPlaces(path, mounts, opened.place.excluded);
+    opened.path = std::move(path);
+    opened.wasOpened = true;
+    folder.m_descriptor = descriptor;
+}
+
+void WalkState::keepOpen(const std::shared_ptr<WalkFolder>& folder, const std::shared_ptr<Descriptor>& descriptor) {
+    const std::lock_guard lock(mutex);
+    keep(folder, descriptor);
+}
+
+void WalkState::keep(const std::shared_ptr<WalkFolder>& folder, const std::shared_ptr<Descriptor>& descriptor) {
+    if (folder->m_descriptor != nullptr || descriptor == nullptr || !descriptor->isOpen()) {
+        return;
     }
+    folder->m_descriptor = descriptor;
+    m_kept.push_back(folder);
+    if (m_kept.size() > maximumKept) {
+        if (const auto oldest = m_kept.front().lock()) {
+            oldest->m_descriptor.reset();
+        }
+        m_kept.pop_front();
+    }
+}
+
+void WalkState::closeKept() {
+    const std::lock_guard lock(mutex);
+    closeAllKept();
+}
+
+void WalkState::closeAllKept() {
+    for (const auto& kept : m_kept) {
+        if (const auto folder = kept.lock()) {
+            folder->m_descriptor.reset();
+        }
+    }
+    m_kept.clear();
+}
+
+bool WalkState::isOnDeadMount(const WalkFolder& folder) const {
+    const std::string path = pathOf(folder);
+    return std::any_of(m_deadMounts.begin(), m_deadMounts.end(),
+                       [&](const std::string& mount) { return isAtOrBelow(path, mount); });
 }
 
 void WalkState::skipMountOf(const WalkFolder& folder) {
@@ -100,7 +163,8 @@ void WalkState::skipMountOf(const WalkFolder& folder) {
     }
     // A disk that a root lies on may only be slow, so only this folder of it is skipped.
     const bool holdsRoot = nearest == nullptr || std::any_of(roots.begin(), roots.end(), [&](const Root& root) {
-                               return isAtOrBelow(pathOf(root.folder), nearest->target);
+                               const std::string& at = root.path.empty() ? root.place.url.path() : root.path;
+                               return isAtOrBelow(at, nearest->target);
                            });
     if (!holdsRoot) {
         m_deadMounts.push_back(nearest->target);
@@ -115,10 +179,22 @@ void WalkState::giveUp() {
     changed.notify_all();
 }
 
+void WalkState::permit(std::size_t count) {
+    const std::lock_guard lock(mutex);
+    if (std::exchange(m_permitted, count) < count) {
+        changed.notify_all();
+    }
+}
+
+bool WalkState::hasPending() {
+    const std::lock_guard lock(mutex);
+    return !m_pending.empty() && !isOver();
+}
+
 std::string WalkState::pathOf(const WalkFolder& folder) const {
     std::vector<std::string_view> names;
-    for (const WalkFolder* at = &folder; at->parent != nullptr; at = at->parent) {
-        names.emplace_back(at->name, at->nameLength);
+    for (const WalkFolder* at = &folder; at->parent != nullptr; at = at->parent.get()) {
+        names.emplace_back(at->name);
     }
     const Root& root = roots[folder.root];
     std::string path = root.path.empty() ? root.place.url.path() : root.path;

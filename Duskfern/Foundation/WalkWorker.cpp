@@ -20,11 +20,9 @@ constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 /// Large enough that one read gets all entries of nearly every folder.
 constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 
-/// In deep trees each folder whose depth is a multiple of this is kept open, so that paths to open stay short.
+/// In deep trees a folder whose depth is a multiple of this is kept open on the way to one that is deeper by more than
+/// twice as much, so that the paths to its neighbours are short.
 constexpr std::uint32_t anchorDistance = 32;
-
-/// The maximum number of folders that one worker keeps open.
-constexpr std::size_t maximumOpenFolders = 16;
 
 /// Keeps errno.
 std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
@@ -32,6 +30,20 @@ std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
     auto shared = std::make_shared<Descriptor>(std::move(descriptor));
     errno = error;
     return shared;
+}
+
+/// The path of a folder relative to one above it.
+std::string pathBetween(const WalkFolder& above, const WalkFolder& folder) {
+    // Paths below the root itself begin without a slash.
+    const std::size_t skipped = above.pathLength > 0 ? above.pathLength + 1 : 0;
+    std::string path(folder.pathLength - skipped, '/');
+    std::size_t end = path.size();
+    for (const WalkFolder* at = &folder; at != &above; at = at->parent.get()) {
+        end -= at->name.size();
+        path.replace(end, at->name.size(), at->name);
+        end -= end > 0 ? 1 : 0;
+    }
+    return path;
 }
 
 }  // namespace
@@ -60,10 +72,12 @@ auto WalkWorker::callDisk(DiskCall kind, Call call) {
 
 void WalkWorker::run(WatchedCalls& calls) {
     m_calls = &calls;
-    if (m_folder != nullptr) {
+    if (m_step.folder != nullptr) {
         resumeAfterTimeout();
+    } else {
+        m_step = m_state.take();
     }
-    while (m_folder != nullptr || (m_folder = m_state.takeFolder()) != nullptr) {
+    while (m_step.folder != nullptr) {
         try {
             if (!m_hasBegun && !open()) {
                 return;
@@ -99,19 +113,18 @@ void WalkWorker::resumeAfterTimeout() {
 
 void WalkWorker::skipMount() {
     m_buffer.reset();
-    m_state.skipMountOf(*m_folder);
+    m_state.skipMountOf(*m_step.folder);
     finishFolder();
 }
 
 void WalkWorker::beginFolder() {
     if (!std::exchange(m_hasBegun, true)) {
-        m_visitor.beginFolder(*m_folder);
+        m_visitor.beginFolder(*m_step.folder);
     }
 }
 
 void WalkWorker::finishFolder() {
-    m_state.finishFolder(*m_folder, m_subfolders);
-    m_folder = nullptr;
+    m_step = m_state.finish(m_step, m_descriptor, m_subfolders);
     m_hasBegun = false;
     m_descriptor.reset();
     m_size = 0;
@@ -127,14 +140,13 @@ void WalkWorker::finishFolder() {
 
 /// Opens the folder and reports it to the visitor. False when it was made pending again and this worker is to end.
 bool WalkWorker::open() {
-    const auto openOnce = [this] { return m_folder->parent == nullptr ? openRoot() : openBelowRoot(); };
+    const auto openOnce = [this] { return m_step.folder->parent == nullptr ? openRoot() : openBelowRoot(); };
     m_descriptor = openOnce();
     if (!m_descriptor->isOpen() && isShortage(errno)) {
-        m_openFolders.clear();
+        m_state.closeKept();
         m_descriptor = openOnce();
         if (!m_descriptor->isOpen() && isShortage(errno)) {
-            if (m_state.putBack(*m_folder)) {
-                m_folder = nullptr;
+            if (m_state.putBack(m_step)) {
                 return false;
             }
             m_visitor.unreadable();
@@ -144,95 +156,64 @@ bool WalkWorker::open() {
     if (m_descriptor->isOpen()) {
         // O_NOATIME is allowed for the owner only; the call fails for others, who read without it.
         (void)fcntl(m_descriptor->number(), F_SETFL, O_NONBLOCK | O_NOATIME);
-        keepOpen(*m_folder, m_descriptor);
         findHiddenNames();
     }
     return true;
 }
 
 std::shared_ptr<Descriptor> WalkWorker::openRoot() {
-    WalkState::Root& root = m_state.roots[m_folder->root];
-    auto folder = callDisk(DiskCall::open, [&url = root.place.url] { return openShared(openPath(url, openFlags)); });
-    if (folder->isOpen()) {
-        const std::string path = pathOfOpen(folder->number()).value_or(root.place.url.path());
-        const std::lock_guard lock(m_state.mutex);
-        root.path = path;
-        root.hidden = HiddenPlaces(path, m_state.mounts, root.place.excluded);
-        root.descriptor = folder;
-        root.wasOpened = true;
+    WalkFolder& folder = *m_step.folder;
+    const FileURL& url = m_state.roots[folder.root].place.url;
+    auto opened = callDisk(DiskCall::open, [&url] { return openShared(openPath(url, openFlags)); });
+    if (opened->isOpen()) {
+        m_state.setRoot(folder, pathOfOpen(opened->number()).value_or(url.path()), opened);
     }
-    return folder;
+    return opened;
 }
 
 std::shared_ptr<Descriptor> WalkWorker::openBelowRoot() {
-    std::vector<const WalkFolder*> missing{m_folder};
-    const WalkFolder* above = m_folder->parent;
-    for (;; above = above->parent) {
-        while (!m_openFolders.empty() && m_openFolders.back().folder->depth >= above->depth &&
-               m_openFolders.back().folder != above) {
-            m_openFolders.pop_back();
+    const WalkFolder& folder = *m_step.folder;
+    if (folder.depth - m_step.ancestor->depth > 2 * anchorDistance) {
+        std::shared_ptr<WalkFolder> anchor = folder.parent;
+        while (anchor->depth % anchorDistance != 0) {
+            anchor = anchor->parent;
         }
-        if (above->parent == nullptr || (!m_openFolders.empty() && m_openFolders.back().folder == above)) {
-            break;
+        auto opened =
+            openFrom(m_step.base, pathBetween(*m_step.ancestor, *anchor), O_PATH | O_DIRECTORY | O_NOFOLLOW);
+        if (!opened->isOpen()) {
+            return opened;
         }
-        missing.push_back(above);
+        m_state.keepOpen(anchor, opened);
+        m_step.ancestor = anchor.get();
+        m_step.base = std::move(opened);
     }
-    std::shared_ptr<Descriptor> base =
-        above->parent == nullptr ? m_state.roots[m_folder->root].descriptor : m_openFolders.back().descriptor;
-    std::string path;
-    while (!missing.empty()) {
-        const WalkFolder& next = *missing.back();
-        missing.pop_back();
-        path.append(path.empty() ? "" : "/").append(next.name, next.nameLength);
-        if (missing.empty() || next.depth % anchorDistance == 0) {
-            const int flags = O_NOFOLLOW | (missing.empty() ? openFlags : O_PATH | O_DIRECTORY);
-            auto opened = callDisk(DiskCall::open,
-                                   [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
-            if (missing.empty() || !opened->isOpen()) {
-                // A folder that may not be read counts as empty. If not even its status can be read, because its parent
-                // may not be searched, it is reported as unreadable.
-                if (!opened->isOpen() && errno == EACCES &&
-                    !callDisk(DiskCall::open, [base, path] { return fileStatus(base->number(), path.c_str()); })) {
-                    m_visitor.unreadable();
-                    errno = EACCES;
-                }
-                return opened;
-            }
-            base = std::move(opened);
-            keepOpen(next, base);
-            path.clear();
-        }
-    }
-    return std::make_shared<Descriptor>();
+    return openFrom(m_step.base, pathBetween(*m_step.ancestor, folder), openFlags | O_NOFOLLOW);
 }
 
-void WalkWorker::keepOpen(const WalkFolder& folder, const std::shared_ptr<Descriptor>& descriptor) {
-    if (folder.parent == nullptr) {
-        return;
+std::shared_ptr<Descriptor> WalkWorker::openFrom(const std::shared_ptr<Descriptor>& base, std::string path, int flags) {
+    auto opened = callDisk(DiskCall::open,
+                           [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
+    // A folder that may not be read counts as empty. If not even its status can be read, because its parent may not be
+    // searched, it is reported as unreadable.
+    if (!opened->isOpen() && errno == EACCES &&
+        !callDisk(DiskCall::open, [base, path] { return fileStatus(base->number(), path.c_str()); })) {
+        m_visitor.unreadable();
+        errno = EACCES;
     }
-    m_openFolders.push_back({&folder, descriptor});
-    if (m_openFolders.size() > maximumOpenFolders) {
-        // Drops the topmost one; the deeper ones are needed sooner.
-        m_openFolders.erase(m_openFolders.begin());
-    }
+    return opened;
 }
 
 void WalkWorker::findHiddenNames() {
+    const WalkFolder& folder = *m_step.folder;
     m_hiddenNames = nullptr;
-    const HiddenPlaces& hidden = m_state.roots[m_folder->root].hidden;
-    if (!hidden.mayHaveNamesIn(m_folder->pathLength)) {
-        return;
-    }
-    std::string path(m_folder->pathLength, '\0');
-    std::size_t end = path.size();
-    for (const WalkFolder* at = m_folder; at->parent != nullptr; at = at->parent) {
-        end -= at->nameLength;
-        std::copy_n(at->name, at->nameLength, path.begin() + static_cast<std::ptrdiff_t>(end));
-        if (end > 0) {
-            path[--end] = '/';
+    const HiddenPlaces& hidden = m_state.roots[folder.root].hidden;
+    if (hidden.mayHaveNamesIn(folder.pathLength)) {
+        const WalkFolder* root = &folder;
+        while (root->parent != nullptr) {
+            root = root->parent.get();
         }
+        m_hiddenNames = hidden.namesIn(pathBetween(*root, folder));
     }
-    m_hiddenNames = hidden.namesIn(path);
 }
 
 void WalkWorker::listEntries() {
@@ -292,7 +273,9 @@ void WalkWorker::readHiddenList() {
     }
     bool mayBeThere = !m_isAtEnd;
     forEachEntry(
-        [&](const dirent64& entry) { mayBeThere = mayBeThere || std::string_view(entry.d_name) == hiddenListName; });
+        [&](const dirent64& entry) {
+            mayBeThere = mayBeThere || (entry.d_name[0] == '.' && std::string_view(entry.d_name) == hiddenListName);
+        });
     if (mayBeThere) {
         m_hiddenList = callDisk(DiskCall::stat, [folder = m_descriptor] { return hiddenNames(folder->number()); });
         m_hiddenNames = m_hiddenNames == nullptr ? &m_hiddenList : &m_hiddenList.merge(*m_hiddenNames);
@@ -335,15 +318,15 @@ void WalkWorker::visit(const dirent64& entry) {
             m_specialName = name;
         }
     } else if (m_state.policy(name)) {
-        WalkFolder& subfolder = m_folders.emplace_back();
-        subfolder.parent = m_folder;
-        subfolder.name = m_names.at(m_names.append(name));
-        subfolder.nameLength = static_cast<std::uint32_t>(name.size());
-        subfolder.pathLength = m_folder->pathLength + subfolder.nameLength + (m_folder->pathLength > 0 ? 1 : 0);
-        subfolder.depth = m_folder->depth + 1;
-        subfolder.root = m_folder->root;
-        m_visitor.subfolder(subfolder);
-        m_subfolders.push_back(&subfolder);
+        const std::shared_ptr<WalkFolder>& folder = m_step.folder;
+        auto subfolder = std::make_shared<WalkFolder>();
+        subfolder->parent = folder;
+        subfolder->name = name;
+        subfolder->root = folder->root;
+        subfolder->depth = folder->depth + 1;
+        subfolder->pathLength = folder->pathLength + name.size() + (folder->pathLength > 0 ? 1 : 0);
+        m_visitor.subfolder(*subfolder);
+        m_subfolders.push_back(std::move(subfolder));
     }
 }
 

@@ -1,15 +1,12 @@
 #pragma once
 
-#include "Foundation/StringArena.h"
 #include "Foundation/WalkState.h"
 #include "Foundation/WatchedCalls.h"
 
 #include <dirent.h>
 
-#include <deque>
-
 /// Lists folders one after the other. Runs on one thread at a time; when that is abandoned, another one continues from
-/// the recorded state. Other workers read the `WalkFolder`s made here after these became pending in `WalkState`.
+/// the recorded state.
 class WalkWorker {
 public:
     WalkWorker(WalkState& state, WalkVisitor& visitor) : m_state(state), m_visitor(visitor) {}
@@ -20,12 +17,6 @@ public:
 private:
     /// The kind of disk call in progress.
     enum class DiskCall { open, list, stat };
-
-    /// A folder kept open because folders below it are likely to be opened next.
-    struct OpenFolder {
-        const WalkFolder* folder;
-        std::shared_ptr<Descriptor> descriptor;
-    };
 
     /// Makes a disk call that may never return. `call` must write to nothing but its result and what its thread owns.
     template <class Call>
@@ -40,7 +31,8 @@ private:
     [[nodiscard]] bool open();
     [[nodiscard]] std::shared_ptr<Descriptor> openRoot();
     [[nodiscard]] std::shared_ptr<Descriptor> openBelowRoot();
-    void keepOpen(const WalkFolder& folder, const std::shared_ptr<Descriptor>& descriptor);
+    [[nodiscard]] std::shared_ptr<Descriptor> openFrom(const std::shared_ptr<Descriptor>& base, std::string path,
+                                                       int flags);
     void findHiddenNames();
     void readMore();
     void readHiddenList();
@@ -56,8 +48,8 @@ private:
     WatchedCalls* m_calls = nullptr;  ///< Of the current thread.
     DiskCall m_diskCall = DiskCall::open;
 
-    WalkFolder* m_folder = nullptr;  ///< The folder being listed.
-    bool m_hasBegun = false;         ///< Whether the visitor was told of the folder.
+    WalkStep m_step;          ///< The folder being listed.
+    bool m_hasBegun = false;  ///< Whether the visitor was told of the folder.
     std::shared_ptr<Descriptor> m_descriptor;
     std::shared_ptr<char[]> m_buffer;
     std::size_t m_size = 0;  ///< Bytes of entries in the buffer.
@@ -72,10 +64,7 @@ private:
     std::int64_t m_specialCount = 0;  ///< Entries that are neither files nor folders.
     std::string m_specialName;        ///< The name of the first of them.
 
-    std::vector<OpenFolder> m_openFolders;  ///< Each is a descendant of the one before.
-    std::deque<WalkFolder> m_folders;
-    StringArena m_names;
-    std::vector<WalkFolder*> m_subfolders;  ///< Subfolders found in the folder being listed.
+    std::vector<std::shared_ptr<WalkFolder>> m_subfolders;  ///< Found in the folder being listed.
     NameSet m_hiddenList;
     const NameSet* m_hiddenNames = nullptr;
 };

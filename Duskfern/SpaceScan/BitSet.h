@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <numeric>
 #include <vector>
 
 /// A set of numbers below a fixed limit, stored as one bit each.
@@ -22,17 +23,40 @@ public:
         std::transform(m_words.begin(), m_words.end(), others.m_words.begin(), m_words.begin(), std::bit_or<>());
     }
 
-    /// Removes the numbers for which `keep` is false.
-    template <class Keep>
-    void filter(Keep keep) {
-        forEach([&](std::uint32_t number) {
-            if (!keep(number)) {
-                erase(number);
-            }
+    /// Removes the numbers of `others`, a set with the same limit.
+    void subtract(const BitSet& others) {
+        std::transform(m_words.begin(), m_words.end(), others.m_words.begin(), m_words.begin(),
+                       [](std::uint64_t word, std::uint64_t other) { return word & ~other; });
+    }
+
+    /// Raises the limit.
+    void resize(std::size_t count) { m_words.resize((count + bits - 1) / bits); }
+
+    /// Keeps only the numbers that are in `others`, too, a set with the same limit.
+    void intersect(const BitSet& others) {
+        std::transform(m_words.begin(), m_words.end(), others.m_words.begin(), m_words.begin(), std::bit_and<>());
+    }
+
+    /// Adds all numbers below `count`.
+    void fill(std::size_t count) {
+        std::fill_n(m_words.begin(), count / bits, ~std::uint64_t{0});
+        if (count % bits != 0) {
+            m_words[count / bits] |= (std::uint64_t{1} << (count % bits)) - 1;
+        }
+    }
+
+    [[nodiscard]] bool contains(std::uint32_t number) const {
+        return (m_words[number / bits] >> (number % bits) & 1) != 0;
+    }
+
+    /// How many numbers it holds.
+    [[nodiscard]] std::size_t count() const {
+        return std::accumulate(m_words.begin(), m_words.end(), std::size_t{0}, [](std::size_t sum, std::uint64_t word) {
+            return sum + static_cast<std::size_t>(std::popcount(word));
         });
     }
 
-    /// Calls `visit` with each number, ascending; `visit` may erase that number.
+    /// Calls `visit` with each number, ascending.
     template <class Visit>
     void forEach(Visit visit) const {
         for (std::size_t word = 0; word < m_words.size(); ++word) {
@@ -43,8 +67,6 @@ public:
     }
 
 private:
-    friend class RankedBitSet;
-
     static constexpr std::size_t bits = 64;
 
     static unsigned lowestBit(std::uint64_t word) { return static_cast<unsigned>(std::countr_zero(word)); }

@@ -42,20 +42,28 @@ inline std::uint64_t bits(Lanes lanes) {
 #endif
 }
 
+/// A byte to find: `byte` with the bits of `ignored` set or not. `byte` has these bits set.
+struct Wanted {
+    char byte = 0;
+    char ignored = 0;
+};
+
 /// The positions where the 64 bytes at `firsts` hold `first` and those at `seconds` hold `second`.
-inline std::uint64_t ofBoth(char first, const char* firsts, char second, const char* seconds) {
+inline std::uint64_t ofBoth(Wanted first, const char* firsts, Wanted second, const char* seconds) {
+    const auto lanes = [](Wanted wanted, const char* bytes) {
+        const Lanes folded = load(bytes) | static_cast<unsigned char>(wanted.ignored);
+        return static_cast<Lanes>(folded == static_cast<unsigned char>(wanted.byte));
+    };
     std::uint64_t places = 0;
     for (unsigned at = 0; at < stepSize; at += sizeof(Lanes)) {
-        places |= bits(static_cast<Lanes>((load(firsts + at) == static_cast<unsigned char>(first)) &
-                                          (load(seconds + at) == static_cast<unsigned char>(second))))
-                  << at;
+        places |= bits(lanes(first, firsts + at) & lanes(second, seconds + at)) << at;
     }
     return places;
 }
 
 /// The positions of `byte` in the 64 bytes at `bytes`.
 inline std::uint64_t of(char byte, const char* bytes) {
-    return ofBoth(byte, bytes, byte, bytes);
+    return ofBoth({byte}, bytes, {byte}, bytes);
 }
 
 }  // namespace ByteMask

@@ -4,6 +4,8 @@
 #include "SpaceScan/FileItem.h"
 #include "SpaceScan/SearchIndex.h"
 
+#include <algorithm>
+#include <array>
 #include <compare>
 #include <cstdint>
 #include <iterator>
@@ -12,13 +14,24 @@
 #include <string_view>
 #include <vector>
 
+/// The size and category of a file.
+struct FileSize {
+    static constexpr unsigned bits = 61;
+
+    /// Sizes above 2 EiB are stored as 2 EiB; negative ones do not occur.
+    [[nodiscard]] static std::uint64_t limited(std::int64_t bytes) {
+        constexpr std::uint64_t maximum = (std::uint64_t{1} << bits) - 1;
+        return std::min(static_cast<std::uint64_t>(bytes), maximum) & maximum;
+    }
+
+    std::uint64_t bytes : bits;
+    std::uint64_t category : 3;
+};
+
 /// A file in a `FileList`: 16 bytes, so that millions fit into memory.
 struct FileRecord {
-    static constexpr unsigned sizeBits = 61;
-
-    std::uint64_t size : sizeBits;  ///< Bytes; sizes above 2 EiB are stored as 2 EiB.
-    std::uint64_t category : 3;
-    std::uint32_t name;    ///< Position in `Storage::names`.
+    FileSize size;
+    std::uint32_t number;  ///< Of its name in `Storage::index`.
     std::uint32_t folder;  ///< Index into `Storage::folders`.
 };
 static_assert(sizeof(FileRecord) == 16);
@@ -26,20 +39,23 @@ static_assert(sizeof(FileRecord) == 16);
 /// A folder in a `FileList`.
 struct FolderRecord {
     std::uint32_t parent = 0;  ///< Index of the parent; the root, at index 0, is its own parent.
-    std::uint32_t name = 0;
+    std::uint32_t name = 0;    ///< Position in `Storage::folderNames`.
 };
 
 /// The files of a scan, sorted, as a value type: copies share one immutable storage. Each file is a compact record and
 /// each folder is stored once; a `FileItem` is made on access.
 class FileList {
 public:
-    /// The contents of a list. `records` are in the list's order.
+    /// The contents of a list. `records` are in the list's order; the index of a record is the key of its file, which
+    /// does not change when other files are removed.
     struct Storage {
         FileURL root;
-        StringArena names;
+        StringArena folderNames;
         std::vector<FolderRecord> folders;
         std::vector<FileRecord> records;
         SearchIndex index;
+        std::vector<std::uint32_t> keys;                                 ///< The key of each number.
+        std::array<BitSet, FileCategories::allCases.size()> categories;  ///< The numbers of the files of each.
         std::int64_t totalSize = 0;
     };
 
@@ -75,16 +91,32 @@ public:
     /// The index of the file with this key, which must be in the list.
     [[nodiscard]] std::size_t indexOfKey(std::uint32_t key) const;
 
-    [[nodiscard]] bool containsKey(std::uint32_t key) const;
+    /// The numbers of the files whose folded names contain `folded`, a text folded by `NameFolding` in the locale of the
+    /// scan, which is that of the process; removed files included.
+    [[nodiscard]] BitSet search(std::string_view folded) const { return m_storage->index.search(folded); }
 
-    /// The keys of the files whose folded names contain `folded`, a text folded by `NameFolding`.
-    [[nodiscard]] BitSet search(std::string_view folded) const;
+    /// The numbers of the files of a category, which is not `all`, removed files included.
+    [[nodiscard]] const BitSet& numbersOf(FileCategory category) const {
+        return m_storage->categories.at(static_cast<std::size_t>(category));
+    }
+
+    /// Removes the numbers of removed files.
+    void dropRemoved(BitSet& numbers) const;
+
+    /// All numbers are below this one.
+    [[nodiscard]] std::uint32_t numberCount() const { return m_storage->index.size(); }
+
+    [[nodiscard]] std::uint32_t keyOfNumber(std::uint32_t number) const { return m_storage->keys[number]; }
+    [[nodiscard]] std::uint32_t numberOfKey(std::uint32_t key) const { return m_storage->records[key].number; }
 
     /// The index of the file at `url`, if it is in the list.
     [[nodiscard]] std::optional<std::size_t> indexOf(const FileURL& url) const;
 
     /// This list without the file at `url`. Shares the storage.
     [[nodiscard]] FileList removing(const FileURL& url) const;
+
+    /// The same for the file with this key, which must be in the list.
+    [[nodiscard]] FileList removingKey(std::uint32_t key) const;
 
     class Iterator {
     public:
@@ -114,9 +146,10 @@ public:
 
 private:
     [[nodiscard]] const FileRecord& record(std::size_t index) const { return m_storage->records[keyAt(index)]; }
+    [[nodiscard]] bool contains(std::uint32_t key) const;
     [[nodiscard]] FileURL folderURL(std::uint32_t folder) const;
 
     std::shared_ptr<const Storage> m_storage;
-    std::vector<std::uint32_t> m_removed;  ///< Keys of removed files, ascending. Expected to be few.
+    std::vector<std::uint32_t> m_removed;  ///< Keys of removed files, ascending.
     std::int64_t m_totalSize = 0;
 };

@@ -2,7 +2,6 @@
 
 #include "Foundation/CheckedSum.h"
 #include "Foundation/Packages.h"
-#include "SpaceScan/RecordSort.h"
 #include "SpaceScan/ScanRecorder.h"
 
 #include <functional>
@@ -38,31 +37,19 @@ private:
     std::int64_t m_reported = 0;
 };
 
-/// Merges the results of all workers into one sorted list.
-FileList listOf(const FileURL& url, const WalkFolder& root, const std::vector<ScanRecorder*>& recorders,
-                std::int64_t& skipped) {
-    std::vector<std::uint32_t> numbers;
-    FileList::Storage storage = ScanRecorder::merge(url, root, recorders, numbers, skipped);
-    const std::vector<std::uint32_t> order = sortBySizeDescending(storage.records);
-    std::vector<std::uint32_t> keys(order.size());
-    for (std::size_t place = 0; place < order.size(); ++place) {
-        keys[numbers[order[place]]] = static_cast<std::uint32_t>(place);
-    }
-    storage.index.setKeys(std::move(keys));
-    return FileList(std::move(storage));
-}
-
 }  // namespace
 
 ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& progress, const std::stop_token& stop) {
     const NameFolding folding{QLocale()};
     Recorders recorders;
     std::vector<ScanRecorder*> borrowed;
-    for (unsigned i = 0; i < DirectoryWalk::recommendedThreads(); ++i) {
+    for (unsigned i = 0; i < DirectoryWalk::maximumWorkers(); ++i) {
         borrowed.push_back(recorders.emplace_back(std::make_unique<ScanRecorder>(folding)).get());
     }
     DirectoryWalk walk(
         {{root}}, [](std::string_view name) { return !isPackageName(name); }, stop);
+    ScanRecorder::Folder top;
+    walk.setTag(0, &top);
     StepReporter steps(recorders, progress);
     walk.run({borrowed.begin(), borrowed.end()}, [&steps] { steps.report(); });
     steps.report();
@@ -76,7 +63,7 @@ ScanResult scan(const FileURL& root, const std::function<void(std::int64_t)>& pr
     }
     result.lateAnswer = walk.lateAnswer();
     try {
-        result.files = listOf(root, walk.root(0), borrowed, result.skipped);
+        result.files = mergedFiles(root, top, borrowed, result.skipped);
     } catch (const std::bad_alloc&) {
         // There is no memory for the merged list: all files count as skipped.
         for (const ScanRecorder* recorder : borrowed) {

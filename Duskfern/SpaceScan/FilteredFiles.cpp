@@ -1,65 +1,65 @@
 #include "SpaceScan/FilteredFiles.h"
 
-#include "Foundation/NameMatcher.h"
+#include "Foundation/NameFolding.h"
 
 #include <algorithm>
 
 namespace {
 
-/// Up to this many files, checking single files is quicker than one search of the whole index.
-constexpr std::size_t fewFiles = 20'000;
+/// The rows that are looked up at once.
+constexpr std::size_t rowsAtOnce = 1024;
+
+BitSet foundIn(const FileList& files, const QString& search) {
+    const std::optional<std::string> folded = NameFolding(QLocale()).foldText(search);
+    return folded ? files.search(*folded) : BitSet(files.numberCount());
+}
 
 }  // namespace
 
 FilteredFiles::FilteredFiles(FileList files, FileCategory category, QString search, const FilteredFiles* previous)
-    : m_files(std::move(files)), m_category(category), m_search(std::move(search)) {
-    if (category == FileCategory::all && m_search.isEmpty()) {
-        return;
-    }
-    if (previous != nullptr && previous->m_keys && previous->size() <= fewFiles && previous->isSupersetOf(*this)) {
-        m_keys.emplace(matching(*previous->m_keys));
-        return;
-    }
-    BitSet keys(m_files.keyCount());
-    if (m_search.isEmpty()) {
-        for (std::uint32_t key = 0; key < m_files.keyCount(); ++key) {
-            if (passes(key)) {
-                keys.insert(key);
-            }
-        }
-    } else if (const auto folded = NameFolding(QLocale()).foldText(m_search)) {
-        keys = m_files.search(*folded);
+    : m_files(std::move(files)), m_search(std::move(search)) {
+    if (!m_search.isEmpty()) {
+        const bool isKnown = previous != nullptr && previous->m_search == m_search && sharesStorage(*previous);
+        m_found = isKnown ? previous->m_found : std::make_shared<const BitSet>(foundIn(m_files, m_search));
+        m_numbers.emplace(*m_found);
         if (category != FileCategory::all) {
-            keys.filter([this](std::uint32_t key) { return passes(key); });
+            m_numbers->intersect(m_files.numbersOf(category));
+        }
+    } else if (category != FileCategory::all) {
+        m_numbers.emplace(m_files.numbersOf(category));
+    }
+    if (m_numbers) {
+        m_files.dropRemoved(*m_numbers);
+        m_size = m_numbers->count();
+    }
+}
+
+std::uint32_t FilteredFiles::keyAt(std::size_t row) const {
+    if (!m_numbers) {
+        return m_files.keyAt(row);
+    }
+    if (row >= m_rows.size()) {
+        lookUpRows(std::min(m_size, row + rowsAtOnce));
+    }
+    return m_rows[row];
+}
+
+/// Looks up the keys of at least the first `count` rows.
+void FilteredFiles::lookUpRows(std::size_t count) const {
+    // With many matches the list is read from its begin until there are enough of them; with few it is quicker to sort
+    // the keys of all.
+    const double steps = static_cast<double>(count) * m_files.keyCount() / static_cast<double>(m_size);
+    if (steps > static_cast<double>(m_size)) {
+        m_rows.clear();
+        m_rows.reserve(m_size);
+        m_numbers->forEach([this](std::uint32_t number) { m_rows.push_back(m_files.keyOfNumber(number)); });
+        std::sort(m_rows.begin(), m_rows.end());
+        return;
+    }
+    m_rows.reserve(count);
+    for (; m_rows.size() < count; ++m_nextKey) {
+        if (m_numbers->contains(m_files.numberOfKey(m_nextKey))) {
+            m_rows.push_back(m_nextKey);
         }
     }
-    m_keys.emplace(std::move(keys));
-}
-
-/// Whether a file is in the list and in the category.
-bool FilteredFiles::passes(std::uint32_t key) const {
-    return m_files.containsKey(key) &&
-           (m_category == FileCategory::all || m_files.categoryAt(m_files.indexOfKey(key)) == m_category);
-}
-
-/// Whether the files that pass `narrower` are sure to be among these. A name that contains a text also contains every
-/// part of it. That does not hold outside ASCII: a combining accent after the shorter text changes its last letter.
-bool FilteredFiles::isSupersetOf(const FilteredFiles& narrower) const {
-    const auto isPlain = [](const QString& text) {
-        return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-    };
-    return sharesStorage(narrower) && (m_category == FileCategory::all || m_category == narrower.m_category) &&
-           narrower.m_search.contains(m_search) && isPlain(narrower.m_search);
-}
-
-/// The keys of `candidates` whose files match the filter.
-BitSet FilteredFiles::matching(const RankedBitSet& candidates) const {
-    BitSet keys(m_files.keyCount());
-    NameMatcher matcher(NameFolding(QLocale()), m_search);
-    candidates.forEach([&](std::uint32_t key) {
-        if (passes(key) && matcher.matches(m_files.nameAt(m_files.indexOfKey(key)))) {
-            keys.insert(key);
-        }
-    });
-    return keys;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -12,39 +13,89 @@ namespace {
 /// The maximum number of threads of one search: more do not read the memory any faster.
 constexpr std::size_t maximumThreads = 4;
 
+bool isASCII(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
 }  // namespace
 
-std::uint32_t SearchIndex::add(FoldedNames&& names) {
+void SearchableNames::addFolded(std::string_view name, std::uint32_t number) {
+    foldedNumbers.push_back(number);
+    try {
+        folded.append(name);
+    } catch (const std::bad_alloc&) {
+        foldedNumbers.pop_back();
+        throw;
+    }
+}
+
+std::uint32_t SearchIndex::add(SearchableNames&& names) {
     const std::uint32_t base = m_size;
-    m_size += names.size();
-    m_parts.push_back({base, std::move(names)});
+    const auto foldedBase = static_cast<std::uint32_t>(m_foldedNumbers.size());
+    m_size += names.names.size();
+    m_isFolded.resize(m_size);
+    for (const std::uint32_t number : names.foldedNumbers) {
+        m_foldedNumbers.push_back(base + number);
+        m_isFolded.insert(base + number);
+    }
+    m_parts.push_back({base, foldedBase, std::move(names.names), std::move(names.folded)});
     return base;
 }
 
+std::string_view SearchIndex::nameOf(std::uint32_t number) const {
+    const auto part = std::upper_bound(m_parts.begin(), m_parts.end(), number,
+                                       [](std::uint32_t wanted, const Part& other) { return wanted < other.base; }) -
+                      1;
+    return part->names.at(number - part->base);
+}
+
 BitSet SearchIndex::search(std::string_view text) const {
-    BitSet keys(m_size);
-    if (text.empty() || text.size() > FoldedNames::longestText) {
-        if (text.empty()) {
-            std::for_each(m_keys.begin(), m_keys.end(), [&](std::uint32_t key) { keys.insert(key); });
-        }
-        return keys;
+    BitSet found(m_size);
+    if (text.size() > NumberedNames::longestText) {
+        return found;
     }
-    std::vector<std::pair<const Part*, std::size_t>> blocks;
+    if (text.empty()) {
+        found.fill(m_size);
+        return found;
+    }
+    Found all = searchBlocks(text);
+    // Names that are not ASCII only count by their folded form: "e" is not in an "e" that an accent follows.
+    found = std::move(all.names);
+    found.subtract(m_isFolded);
+    all.folded.forEach([&](std::uint32_t at) { found.insert(m_foldedNumbers[at]); });
+    return found;
+}
+
+SearchIndex::Found SearchIndex::searchBlocks(std::string_view text) const {
+    struct Block {
+        const NumberedNames* names;
+        std::size_t block;
+        std::uint32_t base;
+        BitSet Found::*found;
+    };
+    std::vector<Block> blocks;
     for (const Part& part : m_parts) {
-        for (std::size_t block = 0; block < part.names.blockCount(); ++block) {
-            blocks.emplace_back(&part, block);
+        for (std::size_t block = 0; block < part.names.blockCount() && isASCII(text); ++block) {
+            blocks.push_back({&part.names, block, part.base, &Found::names});
+        }
+        for (std::size_t block = 0; block < part.folded.blockCount(); ++block) {
+            blocks.push_back({&part.folded, block, part.foldedBase, &Found::folded});
         }
     }
-    // Each thread fills its own set and takes one block after the other.
+    // Each thread fills its own sets and takes one block after the other.
     const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
-    std::vector<BitSet> sets(std::clamp<std::size_t>(std::min(blocks.size(), cores), 1, maximumThreads), keys);
+    std::vector<Found> sets(std::clamp<std::size_t>(std::min(blocks.size(), cores), 1, maximumThreads),
+                            {BitSet(m_size), BitSet(m_foldedNumbers.size())});
     std::atomic<std::size_t> next = 0;
     Threads::runAll(sets.size(), [&](std::size_t thread) {
         for (std::size_t at = next++; at < blocks.size(); at = next++) {
-            const auto [part, block] = blocks[at];
-            part->names.search(block, text, m_keys.data() + part->base, sets[thread]);
+            const Block& block = blocks[at];
+            block.names->search(block.block, text, block.base, sets[thread].*block.found);
         }
     });
-    std::for_each(sets.begin(), sets.end(), [&](const BitSet& set) { keys.insert(set); });
-    return keys;
+    for (std::size_t thread = 1; thread < sets.size(); ++thread) {
+        sets[0].names.insert(sets[thread].names);
+        sets[0].folded.insert(sets[thread].folded);
+    }
+    return std::move(sets[0]);
 }

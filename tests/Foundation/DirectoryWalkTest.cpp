@@ -18,9 +18,9 @@ using Names = std::set<std::string>;
 
 /// Keeps the names of files, and lets a test act when a folder is met but not entered yet.
 struct Lister final : WalkVisitor {
-    void beginFolder(WalkFolder& /*folder*/) override {}
+    void beginFolder(const WalkFolder& /*folder*/) override {}
     void file(std::string_view name, const FileStatus& /*status*/) override { names.emplace(name); }
-    void subfolder(const WalkFolder& folder) override { onFolder(folder.name); }
+    void subfolder(WalkFolder& folder) override { onFolder(folder.name); }
     void unreadable() override {}
 
     Names walk(WalkRoot root) {

@@ -4,7 +4,6 @@
 #include "Foundation/Packages.h"
 #include "SpaceScan/FileClassifier.h"
 #include "SpaceScan/FilteredFiles.h"
-#include "SpaceScan/RecordSort.h"
 #include "SpaceScan/ScanRecorder.h"
 #include "support/OrdinaryUser.h"
 #include "support/Shortage.h"
@@ -289,7 +288,9 @@ TEST(FileList, KeepsAndSortsSizesOverFourGiB) {
     for (const std::int64_t odd : {0, 1}) {
         const NameFolding folding{QLocale()};
         ScanRecorder recorder(folding);
+        ScanRecorder::Folder top;
         WalkFolder root;
+        root.tag = &top;
         recorder.beginFolder(root);
         std::vector<std::int64_t> expected;
         for (const std::int64_t size : multiples) {
@@ -297,13 +298,11 @@ TEST(FileList, KeepsAndSortsSizesOverFourGiB) {
             status.allocated = expected.emplace_back(size + odd);
             recorder.file(std::to_string(size), status);
         }
-        std::vector<std::uint32_t> numbers;
         std::int64_t skipped = 0;
-        FileList::Storage all = ScanRecorder::merge(FileURL("/"), root, {&recorder}, numbers, skipped);
-        (void)sortBySizeDescending(all.records);
+        const FileList all = mergedFiles(FileURL("/"), top, {&recorder}, skipped);
         std::sort(expected.rbegin(), expected.rend());
         std::vector<std::int64_t> sizes;
-        for (const FileItem& item : FileList(std::move(all))) {
+        for (const FileItem& item : all) {
             sizes.push_back(item.size);
         }
         EXPECT_EQ(sizes, expected);

@@ -1,4 +1,4 @@
-#include "SpaceScan/FoldedNames.h"
+#include "SpaceScan/NumberedNames.h"
 
 #include "SpaceScan/ByteMask.h"
 
@@ -10,7 +10,7 @@
 namespace {
 
 using ByteMask::stepSize;
-static_assert(FoldedNames::longestText + 2 * stepSize < StringArena::padding);
+static_assert(NumberedNames::longestText + 2 * stepSize < StringArena::padding);
 
 /// Offsets of the two bytes of a text that a search compares first.
 struct ProbeBytes {
@@ -18,11 +18,30 @@ struct ProbeBytes {
     std::size_t second = 0;
 };
 
+constexpr bool isSmallLetter(char byte) {
+    return byte >= 'a' && byte <= 'z';
+}
+
+constexpr char inLowerCase(char byte) {
+    return static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte);
+}
+
+/// Whether `name` begins with `text`, which is in lower case.
+bool beginsWith(const char* name, std::string_view text) {
+    return std::equal(text.begin(), text.end(), name, [](char wanted, char byte) { return wanted == inLowerCase(byte); });
+}
+
+/// A byte of a text, for a comparison with 64 bytes of names at a time.
+ByteMask::Wanted wanted(char byte) {
+    // Capital letters differ from small ones in one bit.
+    return {byte, isSmallLetter(byte) ? char{'a' - 'A'} : '\0'};
+}
+
 /// The two rarest bytes give the fewest candidates. Their frequency is estimated from a sample.
 ProbeBytes rarestBytes(std::string_view text, const StringArena::Block& block) {
     std::array<std::uint32_t, 256> counts{};
     for (const char byte : std::string_view(block.data, std::min<std::size_t>(block.size, 4096))) {
-        ++counts.at(static_cast<unsigned char>(byte));
+        ++counts.at(static_cast<unsigned char>(inLowerCase(byte)));
     }
     const auto count = [&](std::size_t at) { return counts.at(static_cast<unsigned char>(text[at])); };
     ProbeBytes probe;
@@ -44,13 +63,13 @@ void reserveOneMore(std::vector<std::uint32_t>& numbers) {
 
 }  // namespace
 
-void FoldedNames::append(std::string_view folded) {
-    // All allocations come first: `numberAt` counts the names in the arena, so a failure must not leave one there that
-    // `m_size` does not count.
+void NumberedNames::append(std::string_view name) {
+    // All allocations come first: names are found by counting those in the arena, so a failure must not leave one there
+    // that `m_size` does not count.
     reserveOneMore(m_positions);
     reserveOneMore(m_firsts);
     const std::size_t blocks = m_names.blockCount();
-    const std::uint32_t position = m_names.append(folded);
+    const std::uint32_t position = m_names.append(name);
     if (m_names.blockCount() != blocks) {
         m_firsts.push_back(m_size);
     }
@@ -61,9 +80,9 @@ void FoldedNames::append(std::string_view folded) {
 }
 
 /// Tells the number of the name at an offset, for ascending offsets, by counting the NULs before it.
-class FoldedNames::Cursor {
+class NumberedNames::Cursor {
 public:
-    Cursor(const FoldedNames& names, std::size_t block)
+    Cursor(const NumberedNames& names, std::size_t block)
         : m_names(names),
           m_data(names.m_names.block(block).data),
           m_blockPosition(StringArena::position(block, 0)),
@@ -124,7 +143,7 @@ private:
         }
     }
 
-    const FoldedNames& m_names;
+    const NumberedNames& m_names;
     const char* m_data;
     std::uint32_t m_blockPosition;
     std::uint32_t m_number;    ///< Number of the name at the offset.
@@ -132,14 +151,30 @@ private:
     std::uint64_t m_ends = endsAt(0);
 };
 
-void FoldedNames::search(std::size_t block, std::string_view text, const std::uint32_t* keys, BitSet& found) const {
+std::string_view NumberedNames::at(std::uint32_t number) const {
+    const std::uint32_t position = m_positions[number / stride];
+    std::size_t block = StringArena::blockOf(position);
+    const char* name = m_names.at(position);
+    std::uint32_t at = number / stride * stride;
+    while (block + 1 < m_firsts.size() && m_firsts[block + 1] <= number) {
+        at = m_firsts[++block];
+        name = m_names.block(block).data;
+    }
+    for (; at < number; ++at) {
+        name += std::strlen(name) + 1;
+    }
+    return name;
+}
+
+void NumberedNames::search(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
     const auto [data, size] = m_names.block(block);
     const ProbeBytes probe = rarestBytes(text, {data, size});
+    const ByteMask::Wanted first = wanted(text[probe.first]);
+    const ByteMask::Wanted second = wanted(text[probe.second]);
     Cursor cursor(*this, block);
     std::size_t next = 0;  // End of the last name found: each name is reported once.
     for (std::size_t step = 0; step < size; step += stepSize) {
-        std::uint64_t places = ByteMask::ofBoth(text[probe.first], data + step + probe.first,  //
-                                                text[probe.second], data + step + probe.second);
+        std::uint64_t places = ByteMask::ofBoth(first, data + step + probe.first, second, data + step + probe.second);
         if (places == 0 || next >= step + stepSize) {
             continue;
         }
@@ -148,12 +183,12 @@ void FoldedNames::search(std::size_t block, std::string_view text, const std::ui
         }
         while (places != 0) {
             const auto place = static_cast<unsigned>(std::countr_zero(places));
-            if (std::memcmp(data + step + place, text.data(), text.size()) != 0) {
+            if (!beginsWith(data + step + place, text)) {
                 places &= places - 1;
                 continue;
             }
             cursor.moveTo(step);
-            found.insert(keys[cursor.numberAt(place)]);
+            found.insert(base + cursor.numberAt(place));
             next = cursor.nameEnd(place);
             places = next < step + stepSize ? places & ~std::uint64_t{0} << (next - step) : 0;
         }

@@ -7,27 +7,30 @@
 #include <string_view>
 #include <vector>
 
-/// The folded names found by one worker of a scan, in order.
-class FoldedNames {
+/// Names in order, which can be searched and found by their number.
+class NumberedNames {
 public:
     /// Folding can triple the length of a name; longer texts cannot be in it.
     static constexpr std::size_t longestText = 3 * StringArena::maximumSearchLength;
 
-    void append(std::string_view folded);
+    void append(std::string_view name);
 
     [[nodiscard]] std::uint32_t size() const { return m_size; }
     [[nodiscard]] bool hasRoom() const { return m_names.hasRoom(); }
 
+    /// The name of this number. Takes longer than an access to an array, about as long as reading a few names.
+    [[nodiscard]] std::string_view at(std::uint32_t number) const;
+
     [[nodiscard]] std::size_t blockCount() const { return m_names.blockCount(); }
 
-    /// Adds `keys[number]` to `found` for the number of each name in that block that contains `text`. `text` must not
-    /// be empty, contain NUL or be longer than `longestText`.
-    void search(std::size_t block, std::string_view text, const std::uint32_t* keys, BitSet& found) const;
+    /// Adds `base` plus the number of each name in that block that contains `text`, whatever the case of ASCII letters.
+    /// `text` must be in lower case, and not be empty, contain NUL or be longer than `longestText`.
+    void search(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const;
 
 private:
     class Cursor;
 
-    /// The position of every 16th name is recorded; the numbers of the others are found by counting.
+    /// The position of every 16th name is recorded; the others are found by counting.
     static constexpr std::uint32_t stride = 16;
 
     StringArena m_names;

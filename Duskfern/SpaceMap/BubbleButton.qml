@@ -54,6 +54,7 @@ T.AbstractButton {
     FocusRing {
         cornerRadius: root.diameter / 2
         inset: 0
+        onPicture: true
         shown: root.activeFocus
     }
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numeric>
 
 namespace {
@@ -21,8 +22,8 @@ constexpr qreal spacing = 3;
 constexpr qreal overhang = 60;
 
 /// How dark the shade behind white text is: on a bubble, and where the text reaches beyond it.
-constexpr qreal shadeInside = 0.42;
-constexpr qreal shadeOutside = 0.62;
+constexpr qreal shadeInside = 0.38;
+constexpr qreal shadeOutside = 0.58;
 
 QRectF boxOf(const Bubble& bubble) {
     const qreal radius = bubble.diameter / 2;
@@ -69,7 +70,7 @@ void paintShade(QPainter& painter, const QRectF& box, qreal strength) {
     for (int step = 0; step < steps; ++step) {
         const qreal reach = softness * step;
         const QRectF shade = box.adjusted(-reach - 3, -reach, reach + 3, reach);
-        painter.drawRoundedRect(shade, shade.height() / 2, shade.height() / 2);
+        painter.drawRoundedRect(shade, 8 + reach, 8 + reach);
     }
 }
 
@@ -106,8 +107,9 @@ void paintText(QPainter& painter, const QStringList& lines, const QFont& font, c
             return;
         }
     }
-    for (const QRectF& box : boxes) {
-        paintShade(painter, box, reachesBeyond(bubble, box) ? shadeOutside : shadeInside);
+    if (!boxes.empty()) {
+        const QRectF block = std::accumulate(boxes.begin() + 1, boxes.end(), boxes.front(), std::bit_or<>());
+        paintShade(painter, block, reachesBeyond(bubble, block) ? shadeOutside : shadeInside);
     }
     painter.setPen(Qt::white);
     painter.setFont(font);

@@ -35,7 +35,7 @@ Item {
 
         Label {
             font.bold: true
-            font.pixelSize: Theme.largeTitle
+            font.pixelSize: Theme.compact ? Theme.title : Theme.largeTitle
             horizontalAlignment: Text.AlignHCenter
             text: "Descubre qué ocupa tu Mac"
             width: parent.width

@@ -24,7 +24,7 @@ Item {
 
         Label {
             font.bold: true
-            font.pixelSize: Theme.largeTitle
+            font.pixelSize: Theme.compact ? Theme.title : Theme.largeTitle
             text: "Estado de almacenamiento"
             width: parent.width
             wrapMode: Text.Wrap

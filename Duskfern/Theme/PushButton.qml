@@ -41,7 +41,7 @@ Pressable {
         Rectangle {
             anchors.fill: parent
             color: root.down || root.prominent || !Theme.dark ? Theme.darken : Theme.lighten
-            opacity: root.down ? (root.prominent ? 0.22 : 0.1) : root.hovered ? (root.prominent ? 0.1 : 0.05) : 0
+            opacity: root.down ? (root.prominent ? 0.22 : 0.08) : root.hovered ? (root.prominent ? 0.1 : 0.05) : 0
             radius: parent.radius
         }
 

@@ -24,8 +24,8 @@ ListView {
 
     /// Screen readers follow the row; a list that has the focus is all that Qt tells them.
     function tellRow() {
-        if (root.activeFocus && root.current >= 0) {
-            ScreenReader.moveFocus(root.itemAtIndex(root.current));
+        if (root.activeFocus) {
+            ScreenReader.moveFocus(root.current < 0 ? root : root.itemAtIndex(root.current));
         }
     }
 

@@ -4,6 +4,7 @@
 #include "support/KeyboardJourney.h"
 
 #include <QtGui/QFont>
+#include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 #include <QtQuick/QQuickItem>
 
@@ -30,7 +31,8 @@ protected:
         }
         trash.refusesAll = true;
         showWindow();
-        app.window().resize(980, 650);
+        app.window().resize(app.window().minimumSize());
+        EXPECT_EQ(app.window().minimumSize(), QSize(980, 650));
     }
 
     /// Looks at every screen and state.
@@ -95,15 +97,16 @@ protected:
         std::string text;
         QRectF box;            ///< In the window, of the letters.
         bool isWhole = false;  ///< Nothing of it is scrolled away.
+        bool isAbove = false;  ///< In a menu, which covers what is below.
     };
     [[nodiscard]] std::vector<SeenText> texts() {
         std::vector<SeenText> found;
-        collect(app.window().contentItem(), QRectF(QPointF(), app.window().size()), found);
+        collect(app.window().contentItem(), QRectF(QPointF(), app.window().size()), false, found);
         return found;
     }
 
 private:
-    void collect(const QQuickItem* item, QRectF clip, std::vector<SeenText>& found) const {
+    void collect(const QQuickItem* item, QRectF clip, bool isAbove, std::vector<SeenText>& found) const {
         if (!item->isVisible() || !item->isEnabled() || item->opacity() < 0.5) {
             return;
         }
@@ -118,19 +121,21 @@ private:
             }
             const QRectF whole = item->mapRectToScene(box);
             if (const QRectF seen = whole & clip; seen.height() > whole.height() / 2 && seen.width() > 1) {
-                found.push_back({item, item->property("text").toString().toStdString(), whole, seen == whole});
+                found.push_back({item, item->property("text").toString().toStdString(), whole, seen == whole, isAbove});
             }
         }
         for (const QQuickItem* const child : item->childItems()) {
-            collect(child, clip, found);
+            collect(child, clip, isAbove || item->inherits("QQuickPopupItem"), found);
         }
     }
 };
 
 TEST_F(LegibilityJourney, TheThemesColoursStandOutOnAllTheirSurfaces) {
-    QQmlEngine* const engine = qmlEngine(app.window().contentItem()->childItems().front());
-    auto* const theme = engine->singletonInstance<QObject*>(qmlTypeId("Duskfern.Theme", 1, 0, "Theme"));
-    ASSERT_NE(theme, nullptr);
+    QQmlComponent component(qmlEngine(app.window().contentItem()->childItems().front()));
+    component.setData("import QtQml; import Duskfern.Theme; QtObject { property QtObject theme: Theme }", {});
+    const std::unique_ptr<QObject> holder(component.create());
+    ASSERT_NE(holder, nullptr) << qPrintable(component.errorString());
+    const auto* const theme = holder->property("theme").value<QObject*>();
     for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
         colorScheme.prefer(preference);
         const auto color = [&](const char* name) { return theme->property(name).value<QColor>(); };
@@ -154,7 +159,7 @@ TEST_F(LegibilityJourney, TheThemesColoursStandOutOnAllTheirSurfaces) {
             {"selected row", over(over(color("window"), tint("primary", 0.045)), color("selection"))},
             {"number of the junk", over(color("window"), tint("red", 0.07))},
             {"button", over(card, tint("primary", 0.06))},
-            {"pressed button", over(over(card, tint("primary", 0.06)), tint("darken", 0.1))},
+            {"pressed button", over(over(card, tint("primary", 0.06)), tint("darken", 0.08))},
             {"field", over(color("window"), color("field"))},
         };
         for (const auto& [name, surface] : surfaces) {
@@ -188,6 +193,9 @@ TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
         walk([&](const std::string& screen) {
             const QImage picture = app.window().grabWindow();
             for (const SeenText& seen : texts()) {
+                if (!seen.isWhole) {
+                    continue;
+                }
                 // What is behind a text is the most frequent colour around its letters.
                 std::map<QRgb, int> colors;
                 const QRect box = (seen.box & QRectF(picture.rect())).toRect();
@@ -206,7 +214,7 @@ TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
                 ++count;
             }
         });
-        EXPECT_GT(count, 300);
+        EXPECT_GT(count, 250);
     }
 }
 
@@ -258,7 +266,8 @@ TEST_P(LargeText, FitsTheSmallestWindow) {
                 << text->text << " leaves the window on " << screen;
             for (auto other = text + 1; other != seen.end(); ++other) {
                 const QRectF common = text->box & other->box;
-                EXPECT_FALSE(text->isWhole && other->isWhole && common.width() > 1 && common.height() > 3)
+                EXPECT_FALSE(text->isAbove == other->isAbove && text->isWhole && other->isWhole && common.width() > 1 &&
+                             common.height() > 3)
                     << text->text << " and " << other->text << " overlap on " << screen;
             }
         }

@@ -1,5 +1,4 @@
 #include "Desktop/SystemVolumes.h"
-#include "Foundation/FileStatus.h"
 #include "Foundation/Threads.h"
 #include "support/FuseDisk.h"
 #include "support/HangDetector.h"
@@ -43,35 +42,6 @@ protected:
 
 using OddDiskJourney = OddDiskFixture<>;
 using OddVolumesJourney = OddDiskFixture<SystemVolumes>;
-
-TEST_F(OddDiskJourney, TheFileWithTheLongNameIsTheOneThatIsMoved) {
-    const FuseDisk disk(tree.path("home/disco"));
-    const std::string start(31, 's');
-    const std::vector<std::string> names = {std::string(256, 'a'), start, start + std::string(256, 's'),
-                                            QStringLiteral("€").repeated(255).toStdString()};
-    for (const std::string& name : names) {
-        tree.file("home/disco/carpeta/" + name, 4096);
-    }
-    open();
-    analyse();
-    ASSERT_TRUE(isAnalysed(0));
-    std::vector<FileURL> expected;
-    for (const std::string& name : names) {
-        const FileURL url = tree.url("home/disco/carpeta/" + name);
-        expected.push_back(url);
-        // The text of one name is the beginning of another one.
-        ASSERT_TRUE(driver.press(name + ", 4 KB", list)) << name;
-        ASSERT_TRUE(driver.press("Mostrar"));
-        EXPECT_EQ(fileManager.revealed, expected);
-        ASSERT_TRUE(driver.press("A la papelera"));
-        ASSERT_TRUE(driver.press("Mover a la papelera"));
-        ASSERT_TRUE(waitUntil([&] { return trash.moved.size() == expected.size(); }));
-        EXPECT_EQ(trash.moved, expected);
-        EXPECT_EQ(trash.identities.back(), fileStatus(url)->identity);
-        ASSERT_TRUE(driver.waitForNoDialog());
-        ASSERT_TRUE(waitUntil([&] { return driver.names(list).size() == names.size() - expected.size(); }));
-    }
-}
 
 TEST_F(OddDiskJourney, AMapIsDrawnWithoutTheDiskThatDoesNotAnswer) {
     for (const bool isRoot : {false, true}) {
@@ -128,25 +98,6 @@ TEST_F(OddVolumesJourney, AVolumeAppearsWhenItAnswers) {
     disk.hang("");
     ASSERT_TRUE(driver.press("Actualizar"));
     EXPECT_TRUE(waitUntil(isMeasured));
-}
-
-TEST_F(OddDiskJourney, ManyVisitsToWhatHangsLeaveTheRestAtWork) {
-    FuseDisk disk(tree.path("home/disco"));
-    tree.folder("home/disco/Caches");
-    tree.file("otra/a.mov", 4096);
-    tree.link("home/Documents", tree.path("home/disco"));
-    tree.link("home/Library/Caches", tree.path("home/disco/Caches"));
-    disk.hang("");
-    open();
-    for (int visit = 0; visit < 40; ++visit) {
-        go(visit % 2 == 0 ? Qt::Key_3 : Qt::Key_1);
-        QTest::qWait(10);
-    }
-    chooser.folder = tree.url("otra");
-    analyse();
-    EXPECT_TRUE(driver.waitFor("a.mov", list));
-    go(Qt::Key_1);
-    EXPECT_TRUE(waitUntil([this] { return driver.isEnabled("Actualizar"); }));
 }
 
 TEST_F(OddDiskJourney, AMoveThatIsNotAnsweredLeavesTheWindowAlive) {

@@ -46,6 +46,9 @@ Q_DECLARE_METATYPE(BusObject)
 namespace {
 
 constexpr const char* bus = "duskfern-accessibility";
+constexpr const char* configuration =
+    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
+    "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy></busconfig>";
 constexpr const char* accessible = "org.a11y.atspi.Accessible";
 constexpr const char* events = "org.a11y.atspi.Event.Object";
 
@@ -62,6 +65,8 @@ public:
             answer = m_address;
         } else if (method == QLatin1String("Get")) {
             answer = QVariant::fromValue(QDBusVariant(true));
+        } else if (method == QLatin1String("NotifyListenersSync")) {
+            answer = false;  // A key that the screen reader leaves to the program.
         } else if (method == QLatin1String("Embed")) {
             answer = QVariant::fromValue(BusObject{connection.baseService(), QDBusObjectPath(call.path())});
         } else if (method == QLatin1String("GetRegisteredEvents")) {
@@ -87,8 +92,13 @@ ScreenReaderBus::ScreenReaderBus() : m_bus(QString::fromLatin1(bus)) {
     qDBusRegisterMetaType<BusPair>();
     qDBusRegisterMetaType<QList<BusPair>>();
     qDBusRegisterMetaType<BusObject>();
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+    // Starts no services: the desktop's own dialogs are none of the program.
+    if (m_configuration.open()) {
+        m_configuration.write(configuration);
+        m_configuration.flush();
+    }
+    m_daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--config-file"), m_configuration.fileName(),
+                                                   QStringLiteral("--nofork"), QStringLiteral("--print-address")});
     if (m_daemon.waitForStarted() && m_daemon.waitForReadyRead()) {
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     }
@@ -157,10 +167,12 @@ QString ScreenReaderBus::spoken(const Place& place) const {
 
 /// Name and text of the dialog in which this is.
 QString ScreenReaderBus::dialogAround(Place place) const {
-    for (int depth = 0; depth < 10 && role(place) != QLatin1String("dialog"); ++depth) {
+    QString kind = role(place);
+    while (kind != QLatin1String("dialog") && kind != QLatin1String("frame") && !kind.isEmpty()) {
         place.path = qdbus_cast<BusObject>(property(place, "Parent").value<QDBusArgument>()).path.path();
+        kind = place.path.isEmpty() ? QString() : role(place);
     }
-    return role(place) == QLatin1String("dialog")
+    return kind == QLatin1String("dialog")
                ? QStringLiteral(", in %1 %2")
                      .arg(property(place, "Name").toString(), property(place, "Description").toString())
                : QString();

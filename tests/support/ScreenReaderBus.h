@@ -3,6 +3,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
+#include <QtCore/QTemporaryFile>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 
@@ -43,6 +44,7 @@ private:
     [[nodiscard]] QString spoken(const Place& place) const;
     [[nodiscard]] QString dialogAround(Place place) const;
 
+    QTemporaryFile m_configuration;
     QProcess m_daemon;
     QString m_address;
     QDBusConnection m_bus;

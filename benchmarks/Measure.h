@@ -32,6 +32,9 @@ struct Candidate {
 /// Drops the kernel's caches of the disk; false if not permitted (root only).
 [[nodiscard]] bool dropCaches();
 
+/// The memory of this process in megabytes, what it shares with others in proportion; 0 if the kernel does not tell.
+[[nodiscard]] double ownMegabytes();
+
 /// Adds a row to the last table: `ours` divided by `other` (1 for an absolute budget).
 void budget(const std::string& what, double ours, double other, double limit);
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +14,13 @@
 #include <vector>
 
 namespace {
+
+void check(bool succeeded, const std::string& path) {
+    if (!succeeded) {
+        std::perror(path.c_str());
+        std::exit(1);
+    }
+}
 
 class TreeMaker {
 public:
@@ -78,13 +86,6 @@ private:
         close(file);
     }
 
-    static void check(bool succeeded, const std::string& path) {
-        if (!succeeded) {
-            std::perror(path.c_str());
-            std::exit(1);
-        }
-    }
-
     std::string m_root;
     std::int64_t m_files;
     std::mt19937_64 m_random;
@@ -98,10 +99,23 @@ void makeReferenceTree(const std::string& root, std::int64_t files, std::uint64_
     if (access(complete.c_str(), F_OK) == 0) {
         return;
     }
-    if (mkdir(root.c_str(), 0755) != 0) {
-        std::perror(root.c_str());
-        std::exit(1);
-    }
+    check(mkdir(root.c_str(), 0755) == 0, root);
     TreeMaker(root, files, seed).make();
     close(open(complete.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+}
+
+void makeChain(const std::string& root, int depth) {
+    if (mkdir(root.c_str(), 0755) != 0) {
+        check(errno == EEXIST, root);
+        return;
+    }
+    int folder = open(root.c_str(), O_PATH | O_CLOEXEC);
+    for (int level = 1; level < depth; ++level) {
+        check(mkdirat(folder, "folder", 0755) == 0, root);
+        const int next = openat(folder, "folder", O_PATH | O_CLOEXEC);
+        close(folder);
+        folder = next;
+    }
+    close(openat(folder, "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+    close(folder);
 }

@@ -2,7 +2,9 @@
 
 #include "Desktop/GioSupport.h"
 
+#include <array>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -11,16 +13,24 @@ constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* appearance = "org.freedesktop.appearance";
 constexpr const char* colorScheme = "color-scheme";
+constexpr const char* reducedMotion = "reduced-motion";
+constexpr const char* gnomeInterface = "org.gnome.desktop.interface";
+constexpr const char* enableAnimations = "enable-animations";
 
 /// Timeout of the first read.
 constexpr int readTimeoutMilliseconds = 500;
 
-/// The number in a variant: a signal wraps it in one variant, an answer in two.
-ColorScheme::Preference preferenceOf(GVariant* wrapped) {
+/// What is in a variant: a signal wraps it in one variant, an answer in two.
+GPtr<GVariant> unwrapped(GVariant* wrapped) {
     GPtr<GVariant> value(g_variant_ref(wrapped));
     while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT)) {
         value.reset(g_variant_get_variant(value.get()));
     }
+    return value;
+}
+
+ColorScheme::Preference preferenceOf(GVariant* wrapped) {
+    const GPtr<GVariant> value = unwrapped(wrapped);
     const guint32 number =
         g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) ? g_variant_get_uint32(value.get()) : 0;
     switch (number) {
@@ -31,6 +41,25 @@ ColorScheme::Preference preferenceOf(GVariant* wrapped) {
         default:
             return ColorScheme::Preference::none;
     }
+}
+
+/// Whether a setting says yes, by a number or by a truth value; none if it does neither.
+std::optional<bool> answerOf(GVariant* wrapped) {
+    const GPtr<GVariant> value = unwrapped(wrapped);
+    if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32)) {
+        return g_variant_get_uint32(value.get()) != 0;
+    }
+    if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN)) {
+        return g_variant_get_boolean(value.get()) == TRUE;
+    }
+    return std::nullopt;
+}
+
+/// The answer of one setting among all that were read; none if it is not there.
+std::optional<bool> answerIn(GVariant* all, const char* space, const char* key) {
+    const GPtr<GVariant> found(g_variant_lookup_value(all, space, G_VARIANT_TYPE_VARDICT));
+    const GPtr<GVariant> value(found ? g_variant_lookup_value(found.get(), key, nullptr) : nullptr);
+    return value ? answerOf(value.get()) : std::nullopt;
 }
 
 }  // namespace
@@ -46,19 +75,24 @@ struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
     void connect();
     void subscribe();
     void read();
+    void readMotion();
+    void change(const char* space, const char* key, GVariant* value);
+    [[nodiscard]] guint listen(const char* space);
 
     PortalColorScheme& owner;
     GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
     GObjectPtr<GDBusConnection> bus;
     guint watch = 0;
-    guint subscription = 0;
+    std::array<guint, 2> subscriptions{};
 };
 
 PortalColorScheme::Link::~Link() {
     g_cancellable_cancel(cancellable.get());
     if (bus) {
         g_bus_unwatch_name(watch);
-        g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
+        for (const guint subscription : subscriptions) {
+            g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
+        }
     }
 }
 
@@ -77,24 +111,42 @@ void PortalColorScheme::Link::connect() {
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, runAsyncHandler, onceDone(onBus));
 }
 
-void PortalColorScheme::Link::subscribe() {
+/// Listens to changes of the settings in a space.
+guint PortalColorScheme::Link::listen(const char* space) {
     const auto onChanged = [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* arguments,
                               gpointer link) {
         if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)"))) {
             return;
         }
+        const char* changedSpace = nullptr;
         const char* key = nullptr;
         GPtr<GVariant> value;
-        g_variant_get(arguments, "(&s&sv)", nullptr, &key, static_cast<GVariant**>(Out(value)));
-        if (std::strcmp(key, colorScheme) == 0) {
-            static_cast<Link*>(link)->owner.setPreference(preferenceOf(value.get()));
-        }
+        g_variant_get(arguments, "(&s&sv)", &changedSpace, &key, static_cast<GVariant**>(Out(value)));
+        static_cast<Link*>(link)->change(changedSpace, key, value.get());
     };
-    subscription = g_dbus_connection_signal_subscribe(bus.get(), portalName, settings, "SettingChanged", portalPath,
-                                                      appearance, G_DBUS_SIGNAL_FLAGS_NONE, onChanged, this, nullptr);
-    // Reads the value when the portal starts, and again when it restarts.
+    return g_dbus_connection_signal_subscribe(bus.get(), portalName, settings, "SettingChanged", portalPath, space,
+                                              G_DBUS_SIGNAL_FLAGS_NONE, onChanged, this, nullptr);
+}
+
+void PortalColorScheme::Link::change(const char* space, const char* key, GVariant* value) {
+    const auto is = [&](const char* otherSpace, const char* otherKey) {
+        return std::strcmp(space, otherSpace) == 0 && std::strcmp(key, otherKey) == 0;
+    };
+    if (is(appearance, colorScheme)) {
+        owner.setPreference(preferenceOf(value));
+    } else if (is(appearance, reducedMotion)) {
+        owner.setReduced(answerOf(value));
+    } else if (is(gnomeInterface, enableAnimations)) {
+        owner.setAnimated(answerOf(value));
+    }
+}
+
+void PortalColorScheme::Link::subscribe() {
+    subscriptions = {listen(appearance), listen(gnomeInterface)};
+    // Reads the values when the portal starts, and again when it restarts.
     const auto onAppeared = [](GDBusConnection*, const char*, const char*, gpointer link) {
         static_cast<Link*>(link)->read();
+        static_cast<Link*>(link)->readMotion();
     };
     watch = g_bus_watch_name_on_connection(bus.get(), portalName, G_BUS_NAME_WATCHER_FLAGS_AUTO_START, onAppeared,
                                            nullptr, this, nullptr);
@@ -115,6 +167,24 @@ void PortalColorScheme::Link::read() {
                            onceDone(onAnswer));
 }
 
+/// Reads all at once, because most desktops have only one of the two.
+void PortalColorScheme::Link::readMotion() {
+    const auto onAnswer = [weak = weak_from_this()](GObject* source, GAsyncResult* result) {
+        const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+        const std::shared_ptr<Link> link = weak.lock();
+        if (link && answer) {
+            const GPtr<GVariant> all(g_variant_get_child_value(answer.get(), 0));
+            link->owner.setReduced(answerIn(all.get(), appearance, reducedMotion));
+            link->owner.setAnimated(answerIn(all.get(), gnomeInterface, enableAnimations));
+        }
+    };
+    const std::array<const char*, 2> spaces{appearance, gnomeInterface};
+    g_dbus_connection_call(bus.get(), portalName, portalPath, settings, "ReadAll",
+                           g_variant_new("(@as)", g_variant_new_strv(spaces.data(), spaces.size())),
+                           G_VARIANT_TYPE("(a{sa{sv}})"), G_DBUS_CALL_FLAGS_NONE, readTimeoutMilliseconds,
+                           cancellable.get(), runAsyncHandler, onceDone(onAnswer));
+}
+
 PortalColorScheme::PortalColorScheme(QObject* parent) : ColorScheme(parent), m_link(std::make_shared<Link>(*this)) {
     m_link->connect();
 }
@@ -129,5 +199,26 @@ void PortalColorScheme::setPreference(Preference preference) {
     if (preference != m_preference) {
         m_preference = preference;
         Q_EMIT preferenceChanged();
+    }
+}
+
+bool PortalColorScheme::reducesMotion() const {
+    return m_reducesMotion;
+}
+
+void PortalColorScheme::setReduced(std::optional<bool> reduced) {
+    m_reduced = reduced;
+    updateMotion();
+}
+
+void PortalColorScheme::setAnimated(std::optional<bool> animated) {
+    m_animated = animated;
+    updateMotion();
+}
+
+void PortalColorScheme::updateMotion() {
+    const bool reduces = m_reduced.value_or(!m_animated.value_or(true));
+    if (std::exchange(m_reducesMotion, reduces) != reduces) {
+        Q_EMIT reducesMotionChanged();
     }
 }

@@ -24,43 +24,44 @@ struct Watched {
     std::shared_ptr<WatchedCalls> calls = std::make_shared<WatchedCalls>();
     std::uint64_t count = 0;
     Clock::time_point since = Clock::now();
-    nanoseconds processorTime{0};  ///< At the last tick.
+    nanoseconds busyTime{0};  ///< At the last tick.
 
-    /// The processor time of the thread since the last call.
-    nanoseconds newProcessorTime() {
-        const nanoseconds before = std::exchange(processorTime, calls->processorTime());
-        return std::max(nanoseconds(0), processorTime - before);
+    /// How long the thread was busy since the last call.
+    nanoseconds newBusyTime() {
+        const nanoseconds before = std::exchange(busyTime, calls->busyTime());
+        return std::max(nanoseconds(0), busyTime - before);
     }
 };
 
-/// Decides how many workers list folders at the same time: one a core, and more while they leave the cores idle because
-/// they wait for the disk. More workers than cores would only take processor time from the window.
+/// Decides how many workers list folders at the same time: one a core, and more while they wait for the disk, which
+/// hides its latency. With everything in memory more workers would only take processor time from the window.
 class WorkerCount {
 public:
     explicit WorkerCount(std::size_t maximum)
-        : m_cores(std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, maximum)),
+        : m_minimum(std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, maximum)),
           m_maximum(maximum),
-          m_count(m_cores) {}
+          m_count(m_minimum) {}
 
     [[nodiscard]] std::size_t count() const { return m_count; }
 
-    /// `used` is the processor time of all workers since the last call.
-    void update(nanoseconds used, bool hasPending) {
+    /// `busy` is how long all workers together did not wait since the last call.
+    void update(nanoseconds busy, bool hasPending) {
         const Clock::time_point now = Clock::now();
         const auto passed = static_cast<double>((now - std::exchange(m_last, now)).count());
-        const double busyCores = static_cast<double>(used.count()) / passed / static_cast<double>(m_cores);
-        if (busyCores < idle && hasPending) {
+        const double waiting = 1 - static_cast<double>(busy.count()) / passed / static_cast<double>(m_count);
+        if (waiting > waitsForDisk && hasPending) {
             m_count = std::min(m_count + 2, m_maximum);
-        } else if (busyCores > busy && m_count > m_cores) {
+        } else if (waiting < waitsForNothing && m_count > m_minimum) {
             --m_count;
         }
     }
 
 private:
-    static constexpr double idle = 0.7;
-    static constexpr double busy = 0.9;
+    /// Shares of their time that the workers wait. Some of it they wait for each other.
+    static constexpr double waitsForDisk = 0.12;
+    static constexpr double waitsForNothing = 0.04;
 
-    std::size_t m_cores;
+    std::size_t m_minimum;
     std::size_t m_maximum;
     std::size_t m_count;
     Clock::time_point m_last = Clock::now();
@@ -145,10 +146,10 @@ void DirectoryWalk::run(const std::vector<WalkVisitor*>& visitors, const std::fu
     std::unique_lock lock(state.mutex);
     while (!state.ended.wait_for(lock, tickInterval, [&] { return state.activeWorkers == 0; })) {
         lock.unlock();
-        nanoseconds used{0};
+        nanoseconds busy{0};
         for (std::size_t i = 0; i < watched.size(); ++i) {
             Watched& thread = watched[i];
-            used += thread.newProcessorTime();
+            busy += thread.newBusyTime();
             const std::uint64_t count = thread.calls->count();
             if (std::exchange(thread.count, count) != count) {
                 thread.since = Clock::now();
@@ -156,7 +157,7 @@ void DirectoryWalk::run(const std::vector<WalkVisitor*>& visitors, const std::fu
                 thread = startWorker(m_state, *state.workers[i]);
             }
         }
-        workers.update(used, state.hasPending());
+        workers.update(busy, state.hasPending());
         while (watched.size() < workers.count() && addWorker(m_state, *state.workers[watched.size()], watched)) {
         }
         state.permit(workers.count());

@@ -53,6 +53,9 @@ public:
     /// A folder that will be entered later, by this worker or another one.
     virtual void subfolder(WalkFolder& folder) = 0;
 
+    /// An entry of that folder that is left out because its name begins with a dot; "." and ".." among them.
+    virtual void hiddenEntry(std::string_view /*name*/) {}
+
     /// Something that could not be examined: an entry without a readable status, or something skipped after a timeout.
     /// A folder that may not be listed is not reported.
     virtual void unreadable() = 0;

@@ -31,25 +31,25 @@ std::optional<std::string> NameFolding::foldText(const QString& text) const {
 /// The quick path for nearly all names: ASCII, and composed letters of western Europe, which in UTF-8 are two bytes
 /// beginning with C2 or C3. False if the name contains anything else.
 bool NameFolding::foldLatin(std::string_view name, std::string& folded) const {
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(name[i]);
+    const std::size_t before = folded.size();
+    folded += name;
+    for (std::size_t i = before; i < folded.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(folded[i]);
         if (byte < 0x80) {
             if (byte == 'I' && m_turkic) {
                 return false;
             }
             const bool capital = byte >= 'A' && byte <= 'Z';
-            folded += static_cast<char>(capital ? byte + ('a' - 'A') : byte);
+            folded[i] = static_cast<char>(capital ? byte + ('a' - 'A') : byte);
             continue;
         }
-        const auto next = static_cast<unsigned char>(i + 1 < name.size() ? name[i + 1] : 0);
+        const auto next = static_cast<unsigned char>(i + 1 < folded.size() ? folded[i + 1] : 0);
         const bool latin = (byte == 0xC3 && next != 0x9F) || (byte == 0xC2 && next != 0xB5);
         if (!latin || (next & 0xC0) != 0x80) {
             return false;
         }
         const bool capital = byte == 0xC3 && next <= 0x9E && next != 0x97;
-        folded += name[i];
-        folded += static_cast<char>(capital ? next + 0x20 : next);
-        ++i;
+        folded[++i] = static_cast<char>(capital ? next + 0x20 : next);
     }
     return true;
 }

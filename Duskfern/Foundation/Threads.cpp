@@ -1,12 +1,17 @@
 #include "Foundation/Threads.h"
 
+#include <pthread.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
+#include <fstream>
 #include <mutex>
 #include <new>
+#include <string>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -16,8 +21,8 @@ namespace Threads {
 
 namespace {
 
-/// Low enough that a thread of the window gets most of a core when it has work.
-constexpr int backgroundNiceness = 5;
+/// Low enough that a thread of the window gets nearly all of a core when it has work.
+constexpr int backgroundNiceness = 10;
 
 /// A thread that runs `work`; not joinable when none can be started.
 std::thread tryStart(std::function<void()> work) noexcept {
@@ -54,6 +59,9 @@ bool start(std::function<void()> work, Priority priority) noexcept {
     changeRunning(1);
     std::thread thread = tryStart([work = std::move(work), priority]() mutable {
         if (priority == Priority::background) {
+            // Threads of this policy do not take the processor from another one when they wake up.
+            const sched_param parameters{};
+            (void)pthread_setschedparam(pthread_self(), SCHED_BATCH, &parameters);
             (void)setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), backgroundNiceness);
         }
         work();
@@ -95,6 +103,17 @@ void runAll(std::size_t count, const std::function<void(std::size_t)>& work) {
     for (std::thread& thread : threads) {
         thread.join();
     }
+}
+
+Number current() {
+    return gettid();
+}
+
+std::chrono::nanoseconds busyTime(Number thread) {
+    std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/schedstat");
+    std::int64_t run = 0;
+    std::int64_t waited = 0;
+    return file >> run >> waited ? std::chrono::nanoseconds(run + waited) : std::chrono::nanoseconds(0);
 }
 
 }  // namespace Threads

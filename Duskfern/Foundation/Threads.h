@@ -25,4 +25,12 @@ enum class Priority {
 /// `work` must not wait for another index: when no threads can be started they run one after the other.
 void runAll(std::size_t count, const std::function<void(std::size_t)>& work);
 
+/// The kernel's number of a thread.
+using Number = int;
+[[nodiscard]] Number current();
+
+/// How long a thread of this process has run or waited for a processor, that is, not waited for anything else; zero
+/// when it has ended or the kernel does not tell.
+[[nodiscard]] std::chrono::nanoseconds busyTime(Number thread);
+
 }  // namespace Threads

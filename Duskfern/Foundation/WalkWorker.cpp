@@ -140,8 +140,15 @@ void WalkWorker::finishFolder() {
 
 /// Opens the folder and reports it to the visitor. False when it was made pending again and this worker is to end.
 bool WalkWorker::open() {
-    const auto openOnce = [this] { return m_step.folder->parent == nullptr ? openRoot() : openBelowRoot(); };
+    const auto openOnce = [this] {
+        const int flags = openFlags | (m_ownsFolders ? O_NOATIME : 0);
+        return m_step.folder->parent == nullptr ? openRoot(flags) : openBelowRoot(flags);
+    };
     m_descriptor = openOnce();
+    if (!m_descriptor->isOpen() && errno == EPERM && m_ownsFolders) {
+        m_ownsFolders = false;
+        m_descriptor = openOnce();
+    }
     if (!m_descriptor->isOpen() && isShortage(errno)) {
         m_state.closeKept();
         m_descriptor = openOnce();
@@ -154,32 +161,33 @@ bool WalkWorker::open() {
     }
     beginFolder();
     if (m_descriptor->isOpen()) {
-        // O_NOATIME is allowed for the owner only; the call fails for others, who read without it.
-        (void)fcntl(m_descriptor->number(), F_SETFL, O_NONBLOCK | O_NOATIME);
+        if (!m_ownsFolders) {
+            // This one may belong to the user again.
+            (void)fcntl(m_descriptor->number(), F_SETFL, O_NONBLOCK | O_NOATIME);
+        }
         findHiddenNames();
     }
     return true;
 }
 
-std::shared_ptr<Descriptor> WalkWorker::openRoot() {
+std::shared_ptr<Descriptor> WalkWorker::openRoot(int flags) {
     WalkFolder& folder = *m_step.folder;
     const FileURL& url = m_state.roots[folder.root].place.url;
-    auto opened = callDisk(DiskCall::open, [&url] { return openShared(openPath(url, openFlags)); });
+    auto opened = callDisk(DiskCall::open, [&url, flags] { return openShared(openPath(url, flags)); });
     if (opened->isOpen()) {
         m_state.setRoot(folder, pathOfOpen(opened->number()).value_or(url.path()), opened);
     }
     return opened;
 }
 
-std::shared_ptr<Descriptor> WalkWorker::openBelowRoot() {
+std::shared_ptr<Descriptor> WalkWorker::openBelowRoot(int flags) {
     const WalkFolder& folder = *m_step.folder;
     if (folder.depth - m_step.ancestor->depth > 2 * anchorDistance) {
         std::shared_ptr<WalkFolder> anchor = folder.parent;
         while (anchor->depth % anchorDistance != 0) {
             anchor = anchor->parent;
         }
-        auto opened =
-            openFrom(m_step.base, pathBetween(*m_step.ancestor, *anchor), O_PATH | O_DIRECTORY | O_NOFOLLOW);
+        auto opened = openFrom(m_step.base, pathBetween(*m_step.ancestor, *anchor), O_PATH | O_DIRECTORY | O_NOFOLLOW);
         if (!opened->isOpen()) {
             return opened;
         }
@@ -187,12 +195,12 @@ std::shared_ptr<Descriptor> WalkWorker::openBelowRoot() {
         m_step.ancestor = anchor.get();
         m_step.base = std::move(opened);
     }
-    return openFrom(m_step.base, pathBetween(*m_step.ancestor, folder), openFlags | O_NOFOLLOW);
+    return openFrom(m_step.base, pathBetween(*m_step.ancestor, folder), flags | O_NOFOLLOW);
 }
 
 std::shared_ptr<Descriptor> WalkWorker::openFrom(const std::shared_ptr<Descriptor>& base, std::string path, int flags) {
-    auto opened = callDisk(DiskCall::open,
-                           [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
+    auto opened =
+        callDisk(DiskCall::open, [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
     // A folder that may not be read counts as empty. If not even its status can be read, because its parent may not be
     // searched, it is reported as unreadable.
     if (!opened->isOpen() && errno == EACCES &&
@@ -272,10 +280,9 @@ void WalkWorker::readHiddenList() {
         readMore();
     }
     bool mayBeThere = !m_isAtEnd;
-    forEachEntry(
-        [&](const dirent64& entry) {
-            mayBeThere = mayBeThere || (entry.d_name[0] == '.' && std::string_view(entry.d_name) == hiddenListName);
-        });
+    forEachEntry([&](const dirent64& entry) {
+        mayBeThere = mayBeThere || (entry.d_name[0] == '.' && std::string_view(entry.d_name) == hiddenListName);
+    });
     if (mayBeThere) {
         m_hiddenList = callDisk(DiskCall::stat, [folder = m_descriptor] { return hiddenNames(folder->number()); });
         m_hiddenNames = m_hiddenNames == nullptr ? &m_hiddenList : &m_hiddenList.merge(*m_hiddenNames);
@@ -297,7 +304,11 @@ std::optional<FileStatus> WalkWorker::status(const char* name) {
 
 void WalkWorker::visit(const dirent64& entry) {
     const std::string_view name = entry.d_name;
-    if (name.front() == '.' || (m_hiddenNames != nullptr && m_hiddenNames->contains(name))) {
+    if (name.front() == '.') {
+        m_visitor.hiddenEntry(name);
+        return;
+    }
+    if (m_hiddenNames != nullptr && m_hiddenNames->contains(name)) {
         return;
     }
     unsigned char type = entry.d_type;

@@ -29,8 +29,8 @@ private:
     void skipMount();
 
     [[nodiscard]] bool open();
-    [[nodiscard]] std::shared_ptr<Descriptor> openRoot();
-    [[nodiscard]] std::shared_ptr<Descriptor> openBelowRoot();
+    [[nodiscard]] std::shared_ptr<Descriptor> openRoot(int flags);
+    [[nodiscard]] std::shared_ptr<Descriptor> openBelowRoot(int flags);
     [[nodiscard]] std::shared_ptr<Descriptor> openFrom(const std::shared_ptr<Descriptor>& base, std::string path,
                                                        int flags);
     void findHiddenNames();
@@ -47,6 +47,9 @@ private:
     WalkVisitor& m_visitor;
     WatchedCalls* m_calls = nullptr;  ///< Of the current thread.
     DiskCall m_diskCall = DiskCall::open;
+
+    /// Whether all folders so far could be opened with O_NOATIME, which only their owner may do.
+    bool m_ownsFolders = true;
 
     WalkStep m_step;          ///< The folder being listed.
     bool m_hasBegun = false;  ///< Whether the visitor was told of the folder.

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <pthread.h>
+#include "Foundation/Threads.h"
 
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <ctime>
 
 /// Thrown on a thread that was abandoned while it waited for a disk. The thread must not touch the worker any more.
 struct ThreadAbandoned {};
@@ -15,20 +14,11 @@ struct ThreadAbandoned {};
 class WatchedCalls {
 public:
     /// To be called first by the worker's thread.
-    void beginThread() {
-        clockid_t clock{};
-        if (pthread_getcpuclockid(pthread_self(), &clock) == 0) {
-            m_clock.store(clock, std::memory_order_relaxed);
-        }
-    }
+    void beginThread() { m_thread.store(Threads::current(), std::memory_order_relaxed); }
 
-    /// The processor time that the thread has used; zero when it has ended. For the watching thread.
-    [[nodiscard]] std::chrono::nanoseconds processorTime() const {
-        timespec time{};
-        const clockid_t clock = m_clock.load(std::memory_order_relaxed);
-        return clock != noClock && clock_gettime(clock, &time) == 0
-                   ? std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec)
-                   : std::chrono::nanoseconds(0);
+    /// `Threads::busyTime` of the thread. For the watching thread.
+    [[nodiscard]] std::chrono::nanoseconds busyTime() const {
+        return Threads::busyTime(m_thread.load(std::memory_order_relaxed));
     }
 
     /// A disk call begins. Called by the worker's thread, like `leave()`.
@@ -52,9 +42,7 @@ public:
 private:
     static constexpr std::uint64_t abandoned = ~std::uint64_t{0};
 
-    static constexpr clockid_t noClock = CLOCK_REALTIME;
-
-    std::atomic<clockid_t> m_clock = noClock;  ///< Of the thread's processor time.
+    std::atomic<Threads::Number> m_thread = 0;
     std::uint64_t m_ownCount = 0;  ///< Used by the worker's thread only.
     std::atomic<std::uint64_t> m_count = 0;
 };

@@ -47,6 +47,9 @@ InstalledAppTokens::InstalledAppTokens(const InstalledNames& names) : m_flatpaks
         }
         m_wholeNames.insert(token);
     }
+    for (const QString& word : names.words) {
+        m_wholeNames.insert(normalized(word));
+    }
     std::sort(m_parts.begin(), m_parts.end());
     m_parts.erase(std::unique(m_parts.begin(), m_parts.end()), m_parts.end());
     std::erase_if(m_parts, [](const QString& token) { return token.isEmpty(); });

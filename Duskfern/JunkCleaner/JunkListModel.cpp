@@ -3,6 +3,7 @@
 #include "Foundation/Formatters.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -39,6 +40,7 @@ std::optional<std::vector<Range>> removedRanges(const std::vector<JunkItem>& bef
 void JunkListModel::setStore(JunkStore* store) {
     m_store = store;
     connect(store, &JunkStore::itemsChanged, this, &JunkListModel::updateItems);
+    connect(store, &JunkStore::rowToggled, this, [this](int row) { updateRow(row); });
     connect(store, &JunkStore::selectedChanged, this, &JunkListModel::updateSelection);
     updateItems();
     Q_EMIT storeChanged();
@@ -61,8 +63,13 @@ void JunkListModel::updateItems() {
     }
 }
 
+void JunkListModel::updateRow(int row) {
+    Q_EMIT dataChanged(index(row), index(row), {TickedRole});
+    m_isUpToDate = true;
+}
+
 void JunkListModel::updateSelection() {
-    if (!m_items.empty()) {
+    if (!std::exchange(m_isUpToDate, false) && !m_items.empty()) {
         Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickedRole});
     }
 }
@@ -85,6 +92,8 @@ QVariant JunkListModel::data(const QModelIndex& index, int role) const {
             return item.origin;
         case IconRole:
             return JunkKinds::icon(item.kind);
+        case FolderRole:
+            return displayText(item.url.deletingLastPathComponent().path());
         case SizeTextRole:
             return Formatters::size(item.size);
         case SafeRole:
@@ -97,6 +106,6 @@ QVariant JunkListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> JunkListModel::roleNames() const {
-    return {{NameRole, "name"},         {KindRole, "kind"}, {OriginRole, "origin"}, {IconRole, "icon"},
-            {SizeTextRole, "sizeText"}, {SafeRole, "safe"}, {TickedRole, "ticked"}};
+    return {{NameRole, "name"}, {KindRole, "kind"},         {OriginRole, "origin"}, {FolderRole, "folder"},
+            {IconRole, "icon"}, {SizeTextRole, "sizeText"}, {SafeRole, "safe"},     {TickedRole, "ticked"}};
 }

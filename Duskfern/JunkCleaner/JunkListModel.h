@@ -20,7 +20,16 @@ public:
     void setStore(JunkStore* store);
     Q_SIGNAL void storeChanged();
 
-    enum Role { NameRole = Qt::UserRole, KindRole, OriginRole, IconRole, SizeTextRole, SafeRole, TickedRole };
+    enum Role {
+        NameRole = Qt::UserRole,
+        KindRole,
+        OriginRole,
+        FolderRole,
+        IconRole,
+        SizeTextRole,
+        SafeRole,
+        TickedRole
+    };
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -28,8 +37,10 @@ public:
 
 private:
     void updateItems();
+    void updateRow(int row);
     void updateSelection();
 
     JunkStore* m_store = nullptr;
     std::vector<JunkItem> m_items;
+    bool m_isUpToDate = false;  ///< Whether the next change of the selection was already passed on.
 };

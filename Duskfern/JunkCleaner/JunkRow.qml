@@ -8,6 +8,7 @@ ListRow {
     required property string name
     required property string kind
     required property string origin
+    required property string folder
     required property string icon
     required property string sizeText
     required property bool safe
@@ -21,7 +22,7 @@ ListRow {
 
     Accessible.checkable: true
     Accessible.checked: root.ticked
-    Accessible.description: detail.text
+    Accessible.description: detail.text + ", " + root.folder
     chosenColor: "transparent"
     leftInset: -6
     rightInset: -6
@@ -119,6 +120,12 @@ ListRow {
             text: reveal.text
             visible: reveal.hovered
         }
+    }
+
+    HoverTip {
+        text: root.folder
+        visible: root.hovered
+        x: nameLabel.x
     }
 
     Divider {

@@ -58,7 +58,7 @@ struct JunkStore::Cleaning {
     std::vector<JunkItem> chosen;  ///< The items to move, in order.
     std::size_t next = 0;          ///< Index of the item that is being moved.
     Selection moved;
-    int failures = 0;
+    FailureCounts failures;
 };
 
 JunkStore::JunkStore(Services services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
@@ -67,24 +67,18 @@ JunkStore::JunkStore(Services services, QObject* parent) : QObject(parent), m_se
     connect(&m_moveTimer, &QTimer::timeout, this, [this] {
         // `finishItem` drops `m_cleaning` after the last item, so this keeps the object alive until the call returns.
         const std::shared_ptr<Cleaning> cleaning = m_cleaning;
-        finishItem(cleaning, cleaning->next, false);
+        finishItem(cleaning, cleaning->next, MoveResult::timedOut());
     });
 }
 
 JunkStore::~JunkStore() = default;
 
-int JunkStore::safeCount() const {
-    return static_cast<int>(
-        std::count_if(m_items.begin(), m_items.end(), [](const JunkItem& item) { return item.isSafeForBulk; }));
-}
-
-qint64 JunkStore::selectedSize() const {
-    return sizeOf(selectedItems(m_items, m_selected));
-}
-
 void JunkStore::setItems(std::vector<JunkItem> items) {
     if (m_items != items) {
         m_items = std::move(items);
+        m_safeCount = static_cast<int>(
+            std::count_if(m_items.begin(), m_items.end(), [](const JunkItem& item) { return item.isSafeForBulk; }));
+        recountSelection();
         Q_EMIT itemsChanged();
     }
 }
@@ -92,7 +86,17 @@ void JunkStore::setItems(std::vector<JunkItem> items) {
 void JunkStore::setSelected(Selection selected) {
     if (m_selected != selected) {
         m_selected = std::move(selected);
+        recountSelection();
         Q_EMIT selectedChanged();
+    }
+}
+
+void JunkStore::recountSelection() {
+    m_selectedSize = 0;
+    for (const JunkItem& item : m_items) {
+        if (m_selected.contains(item.id())) {
+            m_selectedSize = checkedSum(m_selectedSize, item.size);
+        }
     }
 }
 
@@ -102,9 +106,10 @@ void JunkStore::setIsScanning(bool isScanning) {
     }
 }
 
-void JunkStore::setMessage(std::optional<QString> message) {
-    if (m_message != message) {
+void JunkStore::setMessage(std::optional<QString> message, const QString& reasons) {
+    if (m_message != message || m_messageReasons != reasons) {
         m_message = std::move(message);
+        m_messageReasons = reasons;
         Q_EMIT messageChanged();
     }
 }
@@ -168,20 +173,27 @@ void JunkStore::rescan(std::uint64_t scanNumber, int rescans) {
 }
 
 void JunkStore::toggle(const JunkItem& item) {
-    Selection selected = m_selected;
-    if (selected.erase(item.id()) == 0) {
-        selected.insert(item.id());
+    const auto row =
+        std::find_if(m_items.begin(), m_items.end(), [&](const JunkItem& listed) { return listed.id() == item.id(); });
+    if (row != m_items.end()) {
+        toggleAt(static_cast<std::size_t>(row - m_items.begin()));
     }
-    setSelected(std::move(selected));
 }
 
-const JunkItem* JunkStore::itemAtRow(int row) const {
-    return row >= 0 && row < count() ? &m_items[static_cast<std::size_t>(row)] : nullptr;
+void JunkStore::toggleAt(std::size_t row) {
+    const JunkItem& item = m_items[row];
+    const bool isSelected = m_selected.insert(item.id()).second;
+    if (!isSelected) {
+        m_selected.erase(item.id());
+    }
+    m_selectedSize = checkedSum(m_selectedSize, isSelected ? item.size : -item.size);
+    Q_EMIT rowToggled(static_cast<int>(row));
+    Q_EMIT selectedChanged();
 }
 
 void JunkStore::toggleRow(int row) {
-    if (const JunkItem* const item = itemAtRow(row)) {
-        toggle(*item);
+    if (row >= 0 && row < count()) {
+        toggleAt(static_cast<std::size_t>(row));
     }
 }
 
@@ -242,17 +254,19 @@ void JunkStore::cleanNext() {
                 });
             }
         };
-        const bool isMoved = !stop.stop_requested() && !trash.move(item.url, item.identity, report, stop);
-        Dispatch::main([self, cleaning, index, isMoved] {
+        const MoveResult result{stop.stop_requested() ? TrashError::stopped
+                                                      : trash.move(item.url, item.identity, report, stop)};
+        Dispatch::main([self, cleaning, index, result] {
             if (self != nullptr) {
-                self->finishItem(cleaning, index, isMoved);
+                self->finishItem(cleaning, index, result);
             }
         });
     });
 }
 
 /// Called when an item was moved, failed or timed out. An item that timed out may be reported a second time.
-void JunkStore::finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, bool isMoved) {
+void JunkStore::finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, MoveResult result) {
+    const bool isMoved = result.isMoved();
     const FileURL& id = cleaning->chosen[index].id();
     if (isMoved) {
         m_movedSinceScan.insert(id);
@@ -266,7 +280,7 @@ void JunkStore::finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_
     if (isMoved) {
         cleaning->moved.insert(id);
     } else {
-        ++cleaning->failures;
+        cleaning->failures.add(result);
     }
     m_cleanedCount = static_cast<int>(++cleaning->next);
     if (cleaning->next < cleaning->chosen.size()) {
@@ -281,9 +295,10 @@ void JunkStore::finishCleaning() {
     const std::shared_ptr<Cleaning> cleaning = std::exchange(m_cleaning, nullptr);
     removeMoved(cleaning->moved);
     Q_EMIT cleaningChanged();
-    setMessage(cleaning->failures > 0
-                   ? QStringLiteral("Limpieza parcial: %1 elementos no se pudieron mover.").arg(cleaning->failures)
-                   : QStringLiteral("Limpieza completada."));
+    const int failed = cleaning->failures.total();
+    setMessage(failed > 0 ? QStringLiteral("Limpieza parcial: %1 elementos no se pudieron mover.").arg(failed)
+                          : QStringLiteral("Limpieza completada."),
+               cleaning->failures.text());
 }
 
 void JunkStore::removeMoved(const Selection& moved) {
@@ -300,7 +315,7 @@ void JunkStore::reveal(const JunkItem& item) {
 }
 
 void JunkStore::revealRow(int row) {
-    if (const JunkItem* const item = itemAtRow(row)) {
-        reveal(*item);
+    if (row >= 0 && row < count()) {
+        reveal(m_items[static_cast<std::size_t>(row)]);
     }
 }

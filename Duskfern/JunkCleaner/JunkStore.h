@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JunkCleaner/CleaningReasons.h"
 #include "JunkCleaner/JunkItem.h"
 #include "JunkCleaner/JunkScanner.h"
 
@@ -44,7 +45,7 @@ public:
     Q_PROPERTY(int safeCount READ safeCount NOTIFY itemsChanged)
     [[nodiscard]] const std::vector<JunkItem>& items() const { return m_items; }
     [[nodiscard]] int count() const { return static_cast<int>(m_items.size()); }
-    [[nodiscard]] int safeCount() const;
+    [[nodiscard]] int safeCount() const { return m_safeCount; }
     Q_SIGNAL void itemsChanged();
 
     /// The selected items; for QML whether there are any, and their total size in bytes.
@@ -52,18 +53,24 @@ public:
     Q_PROPERTY(qint64 selectedSize READ selectedSize NOTIFY selectedChanged)
     [[nodiscard]] const Selection& selected() const { return m_selected; }
     [[nodiscard]] bool hasSelection() const { return !m_selected.empty(); }
-    [[nodiscard]] qint64 selectedSize() const;
+    [[nodiscard]] qint64 selectedSize() const { return m_selectedSize; }
     Q_SIGNAL void selectedChanged();
+
+    /// Emitted before `selectedChanged()` when only the selection of this row has changed.
+    Q_SIGNAL void rowToggled(int row);
 
     /// True from the start of a scan until its result is published.
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     Q_SIGNAL void isScanningChanged();
 
-    /// The result of the last cleaning until it is cleared; for QML empty if there is none.
+    /// The result of the last cleaning until it is cleared, and why items could not be moved, a line for each reason
+    /// with their number; for QML empty if there is none.
     Q_PROPERTY(QString message READ messageText NOTIFY messageChanged)
+    Q_PROPERTY(QString messageReasons READ messageReasons NOTIFY messageChanged)
     [[nodiscard]] const std::optional<QString>& message() const { return m_message; }
     [[nodiscard]] QString messageText() const { return m_message.value_or(QString()); }
+    [[nodiscard]] QString messageReasons() const { return m_messageReasons; }
     Q_INVOKABLE void clearMessage() { setMessage(std::nullopt); }
     Q_SIGNAL void messageChanged();
 
@@ -80,7 +87,7 @@ public:
     Q_SIGNAL void cleaningChanged();
 
     /// Scans for junk. Clears the list at once; the result comes later with all safe items selected. Called during a
-    /// scan, it starts a second one, and the result that comes last is kept.
+    /// scan, it starts a second one; each result is shown when it comes, so the one that comes last is kept.
     Q_INVOKABLE void scan();
 
     /// Selects or deselects an item.
@@ -107,7 +114,9 @@ private:
     void setItems(std::vector<JunkItem> items);
     void setSelected(Selection selected);
     void setIsScanning(bool isScanning);
-    void setMessage(std::optional<QString> message);
+    void setMessage(std::optional<QString> message, const QString& reasons = {});
+    void toggleAt(std::size_t row);
+    void recountSelection();
     struct Cleaning;
 
     void startScan(int rescans);
@@ -115,16 +124,18 @@ private:
     void rescan(std::uint64_t scanNumber, int rescans);
     void clean(std::vector<JunkItem> chosen);
     void cleanNext();
-    void finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, bool isMoved);
+    void finishItem(const std::shared_ptr<Cleaning>& cleaning, std::size_t index, MoveResult result);
     void finishCleaning();
     void removeMoved(const Selection& moved);
-    [[nodiscard]] const JunkItem* itemAtRow(int row) const;
 
     Services m_services;
     std::vector<JunkItem> m_items;
+    int m_safeCount = 0;
     Selection m_selected;
+    qint64 m_selectedSize = 0;
     bool m_isScanning = false;
     std::optional<QString> m_message;
+    QString m_messageReasons;
 
     std::uint64_t m_scanNumber = 0;  ///< Number of the last scan started by `scan()`.
     Selection m_movedSinceScan;      ///< A running scan may have recorded them.

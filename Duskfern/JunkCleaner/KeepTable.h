@@ -4,7 +4,13 @@
 #include <vector>
 
 /// The keep lists, by kind of folder. `none` is for folders in which every entry belongs to a single application.
-enum class KeepList : unsigned char { none, caches, temporary, support };
+enum class KeepList : unsigned char {
+    none,
+    caches,
+    temporary,
+    support,  ///< Data and settings: what programs share, and what `personal` has.
+    personal  ///< Data and settings that are a person's, whatever program made them.
+};
 
 /// Why an entry of that name is never junk; empty if it may be. Ignores the case of ASCII letters.
 [[nodiscard]] std::string_view reasonToKeep(KeepList list, std::string_view name);

@@ -1,6 +1,7 @@
 #include "Shell/DuskfernApp.h"
 
 #include "FolderBrowser/FolderBrowser.h"
+#include "Shell/Renderer.h"
 #include "Theme/AccessibleItem.h"
 #include "Theme/SymbolProvider.h"
 
@@ -37,6 +38,7 @@ std::jthread loadFonts() {
 }  // namespace
 
 void DuskfernApp::prepareProcess() {
+    chooseRenderer();
     QGuiApplication::setApplicationName(QStringLiteral("Duskfern"));
     QGuiApplication::setApplicationVersion(QStringLiteral("2.1"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.duskfern.Duskfern"));
@@ -71,8 +73,10 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     }
     m_dialogs.setWindow(m_window);
     connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::applyColorScheme);
+    connect(&m_colorScheme, &ColorScheme::reducesMotionChanged, this, &DuskfernApp::applyMotion);
     qGuiApp->installEventFilter(this);
     applyColorScheme();
+    applyMotion();
     // Drawing the icon in several sizes takes time, so it waits for the first frame.
     connect(
         m_window, &QQuickWindow::frameSwapped, this,
@@ -112,4 +116,8 @@ void DuskfernApp::applyColorScheme() {
     const bool dark =
         preference == ColorScheme::Preference::none ? darkPalette : preference == ColorScheme::Preference::dark;
     m_window->setProperty("dark", dark);
+}
+
+void DuskfernApp::applyMotion() {
+    m_window->setProperty("reducesMotion", m_colorScheme.reducesMotion());
 }

@@ -38,8 +38,8 @@ public:
         std::shared_ptr<const InstalledApplications> applications;
     };
 
-    /// Sets names, and the Spanish locale where the session sets none. Must be called before a window is created and
-    /// before a number is formatted.
+    /// Sets names, the Spanish locale where the session sets none, and the renderer. Must be called before a window is
+    /// created and before a number is formatted.
     static void prepareProcess();
 
     explicit DuskfernApp(const Services& services, QObject* parent = nullptr);
@@ -52,12 +52,14 @@ public:
     [[nodiscard]] ScanStore& store() { return m_store; }
     [[nodiscard]] ScreenStores& screens() { return m_screens; }
     [[nodiscard]] QQuickWindow& window() { return *m_window; }
+    [[nodiscard]] QQmlEngine& engine() { return m_engine; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void installTranslation();
     void applyColorScheme();
+    void applyMotion();
 
     /// Loads the list of system fonts while the window is loaded, which takes half as long as that. Not joinable if no
     /// thread can be started; the fonts are then loaded on first use.

@@ -16,6 +16,9 @@ Window {
     /// Whether dark colours are used; set by the application.
     property bool dark: false
 
+    /// Whether nothing should move that need not; set by the application.
+    property bool reducesMotion: false
+
     /// Whether the first frame was shown.
     property bool seen: false
 
@@ -61,6 +64,12 @@ Window {
         property: "keyboard"
         target: Theme
         value: focusWatcher.keyboard
+    }
+
+    Binding {
+        property: "still"
+        target: Theme
+        value: root.reducesMotion
     }
 
     FocusWatcher {

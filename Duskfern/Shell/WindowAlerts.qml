@@ -76,6 +76,7 @@ FocusScope {
 
         AlertDialog {
             buttons: ["Aceptar"]
+            informativeText: root.junk?.messageReasons ?? "" // qmllint disable unqualified
             message: root.junk?.message ?? "" // qmllint disable unqualified
             symbol: "sparkles"
             symbolColor: Theme.red

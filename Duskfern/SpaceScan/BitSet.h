@@ -32,6 +32,20 @@ public:
     /// Raises the limit.
     void resize(std::size_t count) { m_words.resize((count + bits - 1) / bits); }
 
+    /// For each i in `ranks`, inserts the i-th number of `numbers`, a set with the same limit as this one.
+    void insertRanked(const BitSet& ranks, const BitSet& numbers) {
+        std::size_t rank = 0;
+        for (std::size_t word = 0; word < m_words.size(); ++word) {
+            std::uint64_t rest = numbers.m_words[word];
+            const auto count = static_cast<std::size_t>(std::popcount(rest));
+            for (std::uint64_t wanted = ranks.bitsFrom(rank, count); wanted != 0; wanted >>= 1) {
+                m_words[word] |= (wanted & 1) != 0 ? rest & (~rest + 1) : 0;
+                rest &= rest - 1;
+            }
+            rank += count;
+        }
+    }
+
     /// Keeps only the numbers that are in `others`, too, a set with the same limit.
     void intersect(const BitSet& others) {
         std::transform(m_words.begin(), m_words.end(), others.m_words.begin(), m_words.begin(), std::bit_and<>());
@@ -68,6 +82,20 @@ public:
 
 private:
     static constexpr std::size_t bits = 64;
+
+    /// Which of `count` numbers beginning with `first`, at most 64, it holds.
+    [[nodiscard]] std::uint64_t bitsFrom(std::size_t first, std::size_t count) const {
+        if (count == 0) {
+            return 0;
+        }
+        const std::size_t word = first / bits;
+        const std::size_t shift = first % bits;
+        std::uint64_t found = m_words[word] >> shift;
+        if (shift > 0 && word + 1 < m_words.size()) {
+            found |= m_words[word + 1] << (bits - shift);
+        }
+        return count < bits ? found & ((std::uint64_t{1} << count) - 1) : found;
+    }
 
     static unsigned lowestBit(std::uint64_t word) { return static_cast<unsigned>(std::countr_zero(word)); }
 

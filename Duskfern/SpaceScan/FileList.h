@@ -18,11 +18,7 @@
 struct FileSize {
     static constexpr unsigned bits = 61;
 
-    /// Sizes above 2 EiB are stored as 2 EiB; negative ones do not occur.
-    [[nodiscard]] static std::uint64_t limited(std::int64_t bytes) {
-        constexpr std::uint64_t maximum = (std::uint64_t{1} << bits) - 1;
-        return std::min(static_cast<std::uint64_t>(bytes), maximum) & maximum;
-    }
+    static constexpr std::uint64_t maximum = (std::uint64_t{1} << bits) - 1;  ///< Larger sizes are stored as this.
 
     std::uint64_t bytes : bits;
     std::uint64_t category : 3;
@@ -91,8 +87,8 @@ public:
     /// The index of the file with this key, which must be in the list.
     [[nodiscard]] std::size_t indexOfKey(std::uint32_t key) const;
 
-    /// The numbers of the files whose folded names contain `folded`, a text folded by `NameFolding` in the locale of the
-    /// scan, which is that of the process; removed files included.
+    /// The numbers of the files whose folded names contain `folded`, a text folded by `NameFolding` in the locale of
+    /// the scan, which is that of the process; removed files included.
     [[nodiscard]] BitSet search(std::string_view folded) const { return m_storage->index.search(folded); }
 
     /// The numbers of the files of a category, which is not `all`, removed files included.

@@ -37,8 +37,8 @@ std::vector<Run> runsBelow(const ScanRecorder::Folder& root, FileList::Storage& 
     const auto enter = [&](const ScanRecorder::Folder& folder, std::uint32_t parent, std::uint32_t namesBase) {
         // A folder that was not listed, because the walk was stopped, has no contents.
         if (const ScanRecorder::Listing* const listing = folder.contents) {
-            open.push_back({listing, static_cast<std::uint32_t>(all.folders.size()), listing->firstFile,
-                            listing->firstFolder});
+            open.push_back(
+                {listing, static_cast<std::uint32_t>(all.folders.size()), listing->firstFile, listing->firstFolder});
             all.folders.push_back({parent, namesBase + folder.name});
         }
     };
@@ -80,8 +80,15 @@ private:
     const Recorders& m_recorders;
 };
 
-/// The files of `runs`, which are in the order of the walk, in the order of the list.
-std::vector<SortKey> sorted(const std::vector<Run>& runs, const Recorders& recorders, const Sizes& sizes) {
+/// The files of a list in its order.
+struct Order {
+    std::vector<SortKey> keys;
+    unsigned unit = 0;    ///< The sizes in `keys` are in units of 2^unit bytes,
+    bool isExact = true;  ///< unless they do not fit and mean nothing.
+};
+
+/// Sorts the files of `runs`, which are in the order of the walk.
+Order sorted(const std::vector<Run>& runs, const Recorders& recorders) {
     std::uint64_t bits = 0;
     std::size_t count = 0;
     for (const ScanRecorder* const recorder : recorders) {
@@ -89,33 +96,44 @@ std::vector<SortKey> sorted(const std::vector<Run>& runs, const Recorders& recor
         count += recorder->sizes.size();
     }
     // Sizes are nearly always multiples of a block, so that in units of that 32 bits are enough for 16 TiB.
-    const auto unit = static_cast<unsigned>(bits == 0 ? 0 : std::countr_zero(bits));
-    std::vector<SortKey> keys;
-    keys.reserve(count);
+    Order order;
+    order.unit = static_cast<unsigned>(bits == 0 ? 0 : std::countr_zero(bits));
+    order.isExact = (bits >> order.unit) >> 32 == 0;
+    order.keys.reserve(count);
     for (const Run& run : runs) {
         for (std::uint32_t file = run.firstFile; file < run.endFile; ++file) {
-            keys.push_back({static_cast<std::uint32_t>(run.recorder->sizes[file].bytes >> unit),
-                            run.recorder->firstNumber + file});
+            order.keys.push_back({static_cast<std::uint32_t>(run.recorder->sizes[file].bytes >> order.unit),
+                                  run.recorder->firstNumber + file});
         }
     }
-    if ((bits >> unit) >> 32 == 0) {
-        sortBySizeDescending(keys, static_cast<std::uint32_t>(bits >> unit));
+    if (order.isExact) {
+        sortBySizeDescending(order.keys, static_cast<std::uint32_t>(bits >> order.unit));
     } else {
-        std::stable_sort(keys.begin(), keys.end(), [&](const SortKey& a, const SortKey& b) {
+        const Sizes sizes(recorders);
+        std::stable_sort(order.keys.begin(), order.keys.end(), [&](const SortKey& a, const SortKey& b) {
             return sizes[a.number].bytes > sizes[b.number].bytes;
         });
     }
-    return keys;
+    return order;
 }
 
-/// The folder of each file, by number.
-std::vector<std::uint32_t> foldersOf(const std::vector<Run>& runs, std::size_t count) {
-    std::vector<std::uint32_t> folders(count);
+/// The folder and category of a file in 32 bits: more folders than fit 29 would not fit into memory.
+constexpr unsigned folderBits = 29;
+
+constexpr std::uint32_t placeOf(std::uint32_t folder, std::uint32_t category) {
+    return category << folderBits | folder;
+}
+
+/// The place of each file, by number.
+std::vector<std::uint32_t> placesOf(const std::vector<Run>& runs, std::size_t count) {
+    std::vector<std::uint32_t> places(count);
     for (const Run& run : runs) {
-        const auto first = folders.begin() + run.recorder->firstNumber;
-        std::fill(first + run.firstFile, first + run.endFile, run.folder);
+        std::uint32_t number = run.recorder->firstNumber + run.firstFile;
+        for (std::uint32_t file = run.firstFile; file < run.endFile; ++file) {
+            places[number++] = placeOf(run.folder, static_cast<std::uint32_t>(run.recorder->sizes[file].category));
+        }
     }
-    return folders;
+    return places;
 }
 
 /// Calls `work` with consecutive ranges of the numbers below `count`, one for each core at the same time.
@@ -142,34 +160,42 @@ FileList mergedFiles(const FileURL& url, const ScanRecorder::Folder& root, const
         recorder->firstNumber = all.index.add(std::move(recorder->names));
         recorder->folderNamesBase = all.folderNames.absorb(std::move(recorder->folderNames));
     }
-    const std::size_t numbers = all.index.size();
+    const std::size_t count = all.index.size();
+    std::vector<Run> runs = runsBelow(root, all);
+    // In memory that will hold the key of each number: the place is needed just until then.
+    all.keys = placesOf(runs, count);
+    const Order order = sorted(runs, recorders);
+    skipped = checkedSum(skipped, static_cast<std::int64_t>(count - order.keys.size()));
+    runs = {};
+    for (ScanRecorder* const recorder : recorders) {
+        recorder->folders = {};
+        if (order.isExact) {
+            recorder->sizes = {};
+        }
+    }
     const Sizes sizes(recorders);
-    const std::vector<Run> runs = runsBelow(root, all);
-    const std::vector<std::uint32_t> folders = foldersOf(runs, numbers);
-    const std::vector<SortKey> order = sorted(runs, recorders, sizes);
-    skipped = checkedSum(skipped, static_cast<std::int64_t>(numbers - order.size()));
-    all.records.resize(order.size());
-    all.keys.resize(numbers);
-    all.categories.fill(BitSet(numbers));
-    forRanges(order.size(), [&](std::size_t begin, std::size_t end) {
-        for (std::size_t key = begin; key < end; ++key) {
-            const std::uint32_t number = order[key].number;
-            all.records[key] = {sizes[number], number, folders[number]};
-            all.keys[number] = static_cast<std::uint32_t>(key);
+    all.categories.fill(BitSet(count));
+    forRanges(count, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t number = begin; number < end; ++number) {
+            all.categories.at(all.keys[number] >> folderBits).insert(static_cast<std::uint32_t>(number));
         }
     });
-    forRanges(numbers, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t number = begin; number < end; ++number) {
-            all.categories.at(sizes[static_cast<std::uint32_t>(number)].category).insert(static_cast<std::uint32_t>(number));
+    all.records.resize(order.keys.size());
+    forRanges(order.keys.size(), [&](std::size_t begin, std::size_t end) {
+        for (std::size_t key = begin; key < end; ++key) {
+            const auto [size, number] = order.keys[key];
+            const std::uint32_t place = std::exchange(all.keys[number], static_cast<std::uint32_t>(key));
+            FileRecord& record = all.records[key];
+            record.size.bytes =
+                (order.isExact ? std::uint64_t{size} << order.unit : sizes[number].bytes) & FileSize::maximum;
+            record.size.category = (place >> folderBits) & 7U;
+            record.number = number;
+            record.folder = place & ((1U << folderBits) - 1);
         }
     });
     all.totalSize = std::accumulate(all.records.begin(), all.records.end(), std::int64_t{0},
                                     [](std::int64_t sum, const FileRecord& record) {
                                         return checkedSum(sum, static_cast<std::int64_t>(record.size.bytes));
                                     });
-    for (ScanRecorder* const recorder : recorders) {
-        recorder->sizes = {};
-        recorder->folders = {};
-    }
     return FileList(std::move(all));
 }

@@ -28,7 +28,8 @@ constexpr char inLowerCase(char byte) {
 
 /// Whether `name` begins with `text`, which is in lower case.
 bool beginsWith(const char* name, std::string_view text) {
-    return std::equal(text.begin(), text.end(), name, [](char wanted, char byte) { return wanted == inLowerCase(byte); });
+    return std::equal(text.begin(), text.end(), name,
+                      [](char wanted, char byte) { return wanted == inLowerCase(byte); });
 }
 
 /// A byte of a text, for a comparison with 64 bytes of names at a time.

@@ -19,7 +19,8 @@ void ScanRecorder::file(std::string_view name, const FileStatus& status) {
     }
     const std::uint32_t number = names.names.size();
     FileSize& size = sizes.append();
-    size.bytes = FileSize::limited(status.allocated.value_or(status.length));
+    const auto bytes = static_cast<std::uint64_t>(status.allocated.value_or(status.length));
+    size.bytes = std::min(bytes, FileSize::maximum) & FileSize::maximum;
     size.category = static_cast<unsigned>(FileClassifier::categoryForName(name)) & 7U;
     try {
         names.names.append(name);

@@ -17,8 +17,8 @@ public:
 
     /// A folder met while another one was listed. Set as the tag of its `WalkFolder`.
     struct Folder {
-        std::uint32_t name = 0;            ///< Position in `folderNames`.
-        std::uint32_t filesBefore = 0;     ///< Number of the file before which its own files are inserted.
+        std::uint32_t name = 0;             ///< Position in `folderNames`.
+        std::uint32_t filesBefore = 0;      ///< Number of the file before which its own files are inserted.
         const Listing* contents = nullptr;  ///< Null if it was not listed.
     };
 

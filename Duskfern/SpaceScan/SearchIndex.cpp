@@ -20,25 +20,18 @@ bool isASCII(std::string_view text) {
 }  // namespace
 
 void SearchableNames::addFolded(std::string_view name, std::uint32_t number) {
-    foldedNumbers.push_back(number);
-    try {
-        folded.append(name);
-    } catch (const std::bad_alloc&) {
-        foldedNumbers.pop_back();
-        throw;
-    }
+    isFolded.resize(number + 1);
+    folded.append(name);
+    isFolded.insert(number);
 }
 
 std::uint32_t SearchIndex::add(SearchableNames&& names) {
     const std::uint32_t base = m_size;
-    const auto foldedBase = static_cast<std::uint32_t>(m_foldedNumbers.size());
     m_size += names.names.size();
     m_isFolded.resize(m_size);
-    for (const std::uint32_t number : names.foldedNumbers) {
-        m_foldedNumbers.push_back(base + number);
-        m_isFolded.insert(base + number);
-    }
-    m_parts.push_back({base, foldedBase, std::move(names.names), std::move(names.folded)});
+    names.isFolded.forEach([&](std::uint32_t number) { m_isFolded.insert(base + number); });
+    m_parts.push_back({base, m_foldedSize, std::move(names.names), std::move(names.folded)});
+    m_foldedSize += m_parts.back().folded.size();
     return base;
 }
 
@@ -62,7 +55,7 @@ BitSet SearchIndex::search(std::string_view text) const {
     // Names that are not ASCII only count by their folded form: "e" is not in an "e" that an accent follows.
     found = std::move(all.names);
     found.subtract(m_isFolded);
-    all.folded.forEach([&](std::uint32_t at) { found.insert(m_foldedNumbers[at]); });
+    found.insertRanked(all.folded, m_isFolded);
     return found;
 }
 
@@ -85,7 +78,7 @@ SearchIndex::Found SearchIndex::searchBlocks(std::string_view text) const {
     // Each thread fills its own sets and takes one block after the other.
     const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
     std::vector<Found> sets(std::clamp<std::size_t>(std::min(blocks.size(), cores), 1, maximumThreads),
-                            {BitSet(m_size), BitSet(m_foldedNumbers.size())});
+                            {BitSet(m_size), BitSet(m_foldedSize)});
     std::atomic<std::size_t> next = 0;
     Threads::runAll(sets.size(), [&](std::size_t thread) {
         for (std::size_t at = next++; at < blocks.size(); at = next++) {

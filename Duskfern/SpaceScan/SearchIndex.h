@@ -15,7 +15,7 @@ struct SearchableNames {
 
     NumberedNames names;
     NumberedNames folded;
-    std::vector<std::uint32_t> foldedNumbers;  ///< The number in `names` of each name in `folded`.
+    BitSet isFolded;  ///< The numbers of the names in `folded`, which has them in the same order.
 };
 
 /// Searches the names of a list of files, in one pass over their bytes. Each name has a number in the order in which
@@ -36,20 +36,19 @@ public:
 private:
     struct Part {
         std::uint32_t base;        ///< Number of its first name.
-        std::uint32_t foldedBase;  ///< Index into `m_foldedNumbers` of its first folded name.
+        std::uint32_t foldedBase;  ///< How many folded names come before its own.
         NumberedNames names;
         NumberedNames folded;
     };
 
-    /// Numbers, and indices into `m_foldedNumbers`.
     struct Found {
-        BitSet names;
-        BitSet folded;
+        BitSet names;   ///< By number.
+        BitSet folded;  ///< By their place among the folded names.
     };
     [[nodiscard]] Found searchBlocks(std::string_view text) const;
 
     std::vector<Part> m_parts;
-    std::vector<std::uint32_t> m_foldedNumbers;  ///< The number of each folded name.
-    BitSet m_isFolded;                           ///< The same as a set.
+    BitSet m_isFolded;  ///< The numbers of the names that have a folded form.
     std::uint32_t m_size = 0;
+    std::uint32_t m_foldedSize = 0;
 };

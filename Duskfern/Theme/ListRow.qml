@@ -22,6 +22,8 @@ Item {
     property real leftInset: 6
     property real rightInset: 6
 
+    readonly property alias hovered: pointer.containsMouse
+
     signal pressed(row: int)
     signal opened(row: int)
 

@@ -12,6 +12,7 @@ public:
 
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 
-    /// The symbol in a square of `pixels` device pixels; a null image for an unknown name.
+    /// The symbol in a square of `pixels` device pixels; a null image for an unknown name. Drawn once: symbols that
+    /// were asked for lately are kept. Callable from any thread.
     [[nodiscard]] static QImage image(const QString& symbol, const QColor& color, int pixels);
 };

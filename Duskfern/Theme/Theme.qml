@@ -14,6 +14,9 @@ QtObject {
     /// Set by the window: its height.
     property real windowHeight: 760
 
+    /// Set by the window: whether nothing should move that need not.
+    property bool still: false
+
     /// Set by the window: whether the last input was a key. Focus rings are shown only then.
     property bool keyboard: false
 

@@ -3,80 +3,69 @@
 #include "support/PrivateBus.h"
 
 #include <gtest/gtest.h>
+#include <QtCore/QSysInfo>
+#include <QtDBus/QDBusArgument>
+#include <QtDBus/QDBusObjectPath>
 
-#include <algorithm>
-#include <string>
 #include <vector>
 
 namespace {
 
-constexpr const char* portal = "org.freedesktop.portal.Desktop";
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
-constexpr const char* fileChooser = "org.freedesktop.portal.FileChooser";
-constexpr const char* request = "org.freedesktop.portal.Request";
+using namespace Qt::StringLiterals;
 
 using Answers = std::vector<std::optional<FileURL>>;
 
-/// A portal whose dialog the test answers.
+/// A portal whose dialog the test answers. Without a version it says nothing by itself.
 class FakePortal : public FakeService {
 public:
-    explicit FakePortal(const char* address, guint32 itsVersion = 3)
-        : FakeService(address, portal, portalPath, fileChooser) {
-        version = itsVersion;
+    explicit FakePortal(const QString& address, std::optional<unsigned> version = 3)
+        : FakeService(address, u"org.freedesktop.portal.Desktop"_s), m_version(version) {}
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (m_version && message.member() == u"Get"_s) {
+            send(message.createReply(anything(*m_version)));
+            return true;
+        }
+        return FakeService::handleMessage(message, bus);
     }
 
-    [[nodiscard]] bool isAsked() {
-        return waitUntil([&] { return isCalled("OpenFile"); });
-    }
+    [[nodiscard]] bool isAsked() const { return call().member() == u"OpenFile"_s; }
+    [[nodiscard]] QVariantMap options() const { return qdbus_cast<QVariantMap>(call().arguments().value(2)); }
 
-    /// Waits for the question and opens the dialog: at the path that was asked for, or at another one.
-    [[nodiscard]] bool open(const std::string& otherPath = {}) {
+    /// Waits for the question and opens the dialog: at the path where the caller listens, or at another one.
+    [[nodiscard]] bool open(const QString& otherPath = {}) {
         if (!isAsked()) {
             return false;
         }
-        m_caller = caller();
-        // Where the caller listens.
-        std::string sender = m_caller.substr(1);
-        std::replace(sender.begin(), sender.end(), '.', '_');
-        m_path = otherPath.empty() ? std::string(portalPath) + "/request/" + sender + '/' + token() : otherPath;
-        addObject(m_path.c_str(), request);
-        answer(g_variant_new("(o)", m_path.c_str()));
+        m_caller = call().service();
+        const QString sender = m_caller.mid(1).replace(u'.', u'_');
+        m_path = otherPath.isEmpty() ? u"/org/freedesktop/portal/desktop/request/"_s + sender + u'/' +
+                                           options()[u"handle_token"_s].toString()
+                                     : otherPath;
+        answer({QVariant::fromValue(QDBusObjectPath(m_path))});
         return true;
     }
 
-    void respond(guint32 ending, const std::vector<std::string>& uris) {
-        GVariantBuilder results;
-        g_variant_builder_init(&results, G_VARIANT_TYPE_VARDICT);
-        if (!uris.empty()) {
-            GVariantBuilder list;
-            g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
-            for (const std::string& uri : uris) {
-                g_variant_builder_add(&list, "s", uri.c_str());
-            }
-            g_variant_builder_add(&results, "{sv}", "uris", g_variant_builder_end(&list));
-        }
-        tell(m_caller.c_str(), m_path.c_str(), request, "Response", g_variant_new("(ua{sv})", ending, &results));
+    void respond(unsigned ending, const QStringList& uris) {
+        QDBusMessage response =
+            QDBusMessage::createTargetedSignal(m_caller, m_path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+        response.setArguments({ending, uris.empty() ? QVariantMap() : QVariantMap{{u"uris"_s, uris}}});
+        send(response);
     }
 
     /// Whether the dialog is told to close, which is then answered.
     [[nodiscard]] bool isClosed() {
-        const bool isTold = waitUntil([&] { return isCalled("Close"); }) && object() == m_path;
+        const bool isTold = call().member() == u"Close"_s && call().path() == m_path;
         if (isTold) {
-            answer(nullptr);
+            answer({});
         }
         return isTold;
     }
 
-    [[nodiscard]] std::string token() const {
-        const GPtr<GVariant> options(g_variant_get_child_value(arguments(), 2));
-        const char* token = "";
-        g_variant_lookup(options.get(), "handle_token", "&s", &token);
-        return token;
-    }
-
 private:
-    std::string m_path;
-    std::string m_caller;
+    std::optional<unsigned> m_version;
+    QString m_path;
+    QString m_caller;
 };
 
 /// Keeps its question until it is cancelled.
@@ -89,7 +78,7 @@ struct WaitingChooser final : FolderChooser {
 
 class PortalFolderChooserTest : public PrivateBusTest {
 protected:
-    void ask(const FolderQuestion& question = {QStringLiteral("Elegir"), std::nullopt, {}}) {
+    void ask(const FolderQuestion& question = {u"Elegir"_s, std::nullopt, {}}) {
         chooser->choose(question, [this](const std::optional<FileURL>& url) { answers.push_back(url); });
     }
     void expectAnswer(const std::optional<FileURL>& url, const std::string& why) {
@@ -103,83 +92,86 @@ protected:
 };
 
 TEST_F(PortalFolderChooserTest, SaysWhatIsToBeChosen) {
-    FakePortal service(address());
-    ask({QStringLiteral("Elegir"), FileURL("/a\xff"), "x11:4a"});
-    ASSERT_TRUE(service.isAsked());
-    const GPtr<char> text(g_variant_print(service.arguments(), FALSE));
-    EXPECT_EQ(std::string(text.get()), "('x11:4a', 'Elegir carpeta', {'handle_token': <'" + service.token() +
-                                           "'>, 'accept_label': <'Elegir'>, 'modal': <true>, 'multiple': <false>, "
-                                           "'directory': <true>, 'current_folder': <b'/a\\377'>})");
-    const GPtr<GVariant> options(g_variant_get_child_value(service.arguments(), 2));
-    const GPtr<GVariant> folder(g_variant_lookup_value(options.get(), "current_folder", G_VARIANT_TYPE_BYTESTRING));
-    EXPECT_EQ(g_variant_get_size(folder.get()), 4U) << "with the byte that ends it";
+    FakePortal portal(address());
+    ask({u"Elegir"_s, FileURL("/a\xff"), "x11:4a"});
+    ASSERT_TRUE(portal.isAsked());
+    EXPECT_EQ(portal.call().arguments().mid(0, 2), (QVariantList{u"x11:4a"_s, u"Elegir carpeta"_s}));
+    QVariantMap options = portal.options();
+    EXPECT_FALSE(options.take(u"handle_token"_s).toString().isEmpty());
+    EXPECT_EQ(options, (QVariantMap{{u"accept_label"_s, u"Elegir"_s},
+                                    {u"modal"_s, true},
+                                    {u"multiple"_s, false},
+                                    {u"directory"_s, true},
+                                    // With the byte that ends it.
+                                    {u"current_folder"_s, QByteArray("/a\xff", 4)}}));
     chooser.reset();
 }
 
 TEST_F(PortalFolderChooserTest, TakesTheFolderByItsBytes) {
     struct Row {
-        guint32 ending;
-        std::vector<std::string> uris;
+        unsigned ending;
+        QStringList uris;
         std::optional<FileURL> answer;
     };
+    const QString host = QSysInfo::machineHostName();
     const Row rows[] = {
-        {0, {"file:///home/ana/M%C3%BAsica"}, FileURL("/home/ana/Música")},
-        {0, {"file:///home/ana/%FF%0Ab%20%25/"}, FileURL("/home/ana/\xff\nb %")},
-        {0, {"file:///"}, FileURL("/")},
-        {0, {"file://localhost/x", "file:///y"}, FileURL("/x")},
-        {0, {std::string("file://") + g_get_host_name() + "/x"}, FileURL("/x")},
-        {0, {"file://elsewhere.example/x"}, std::nullopt},
-        {0, {"smb://server/share"}, std::nullopt},
-        {0, {"file:///a%00b"}, std::nullopt},
-        {0, {"/x"}, std::nullopt},
+        {0, {u"file:///home/ana/M%C3%BAsica"_s}, FileURL("/home/ana/Música")},
+        {0, {u"file:///home/ana/%FF%0Ab%20%25/"_s}, FileURL("/home/ana/\xff\nb %")},
+        {0, {u"file:///"_s}, FileURL("/")},
+        {0, {u"file://localhost/x"_s, u"file:///y"_s}, FileURL("/x")},
+        {0, {u"file://"_s + host + u"/x"_s}, FileURL("/x")},
+        {0, {u"file://elsewhere.example/x"_s}, std::nullopt},
+        {0, {u"smb://server/share"_s}, std::nullopt},
+        {0, {u"file:///a%00b"_s}, std::nullopt},
+        {0, {u"/x"_s}, std::nullopt},
         {0, {}, std::nullopt},
-        {1, {"file:///x"}, std::nullopt},
+        {1, {u"file:///x"_s}, std::nullopt},
     };
-    FakePortal service(address());
+    FakePortal portal(address());
     for (const Row& row : rows) {
         ask();
-        ASSERT_TRUE(service.open());
-        service.respond(row.ending, row.uris);
-        expectAnswer(row.answer, row.uris.empty() ? "nothing" : row.uris.front());
+        ASSERT_TRUE(portal.open());
+        portal.respond(row.ending, row.uris);
+        expectAnswer(row.answer, row.uris.value(0).toStdString());
     }
     EXPECT_EQ(fallback.asked, 0);
 
     // An old portal answers where it likes. That would overtake the listening at a path learnt only now.
     ask();
-    ASSERT_TRUE(service.open("/org/freedesktop/portal/desktop/request/own"));
+    ASSERT_TRUE(portal.open(u"/org/freedesktop/portal/desktop/request/own"_s));
     EXPECT_TRUE(waitUntil([&] {
-        service.respond(0, {"file:///x"});
+        portal.respond(0, {u"file:///x"_s});
         return !answers.empty();
     }));
     expectAnswer(FileURL("/x"), "an old portal");
 }
 
 TEST_F(PortalFolderChooserTest, ClosesTheDialogWhenCancelled) {
-    FakePortal service(address());
+    FakePortal portal(address());
     ask();
-    ASSERT_TRUE(service.open());
+    ASSERT_TRUE(portal.open());
     chooser->cancel();
     EXPECT_EQ(answers, Answers{std::nullopt}) << "at once";
-    ASSERT_TRUE(service.isClosed());
+    ASSERT_TRUE(portal.isClosed());
 
     // Cancelled before the portal has said that it has opened it.
     ask();
-    ASSERT_TRUE(service.isAsked());
+    ASSERT_TRUE(portal.isAsked());
     chooser->cancel();
     EXPECT_EQ(answers.size(), 2U);
-    ASSERT_TRUE(service.open());
-    EXPECT_TRUE(service.isClosed());
-    service.respond(0, {"file:///late"});
+    ASSERT_TRUE(portal.open());
+    EXPECT_TRUE(portal.isClosed());
+    portal.respond(0, {u"file:///late"_s});
 
     // The program ends while it is open, which it knows once the events have been looked at.
     ask();
-    ASSERT_TRUE(service.open());
+    ASSERT_TRUE(portal.open());
     for (int turn = 0; turn < 50; ++turn) {
         QCoreApplication::processEvents();
-        g_usleep(1000);
+        QThread::usleep(1000);
     }
     chooser.reset();
-    EXPECT_TRUE(service.isClosed());
+    EXPECT_TRUE(portal.isClosed());
     EXPECT_EQ(answers, (Answers{std::nullopt, std::nullopt})) << "and nothing of what came late";
 }
 
@@ -194,38 +186,31 @@ TEST_F(PortalFolderChooserTest, LeavesTheQuestionToTheOtherChooserWithoutAPortal
         EXPECT_FALSE(tooOld.isCalled()) << "what it would do wrongly";
     }
     {
-        const FakeService other(address(), portal, portalPath, "org.freedesktop.portal.Settings");
+        FakePortal other(address(), std::nullopt);
         ask();
+        EXPECT_EQ(other.call().member(), u"Get"_s);
+        other.fail();
         expectAnswer(fallback.folder, "it has no dialogs");
-    }
-    {
-        FakePortal service(address());
-        ask();
-        ASSERT_TRUE(service.isAsked());
-        service.fail();
-        expectAnswer(fallback.folder, "it refuses");
-        ask();
-        ASSERT_TRUE(service.open());
-        service.respond(2, {});
-        expectAnswer(fallback.folder, "what shows its dialogs is broken");
-    }
-    {
-        // It has the name, and nobody reads what comes in.
-        GMainContext* const context = g_main_context_new();
-        g_main_context_push_thread_default(context);
-        std::optional<FakePortal> service(std::in_place, address());
-        g_main_context_pop_thread_default(context);
         ask();
         expectAnswer(fallback.folder, "it says nothing");
-        service.reset();
-        g_main_context_unref(context);
+    }
+    {
+        FakePortal portal(address());
+        ask();
+        ASSERT_TRUE(portal.isAsked());
+        portal.fail();
+        expectAnswer(fallback.folder, "it refuses");
+        ask();
+        ASSERT_TRUE(portal.open());
+        portal.respond(2, {});
+        expectAnswer(fallback.folder, "what shows its dialogs is broken");
     }
     EXPECT_EQ(fallback.asked, 6);
     {
-        std::optional<FakePortal> service(std::in_place, address());
+        std::optional<FakePortal> portal(std::in_place, address());
         ask();
-        ASSERT_TRUE(service->open());
-        service.reset();
+        ASSERT_TRUE(portal->open());
+        portal.reset();
         expectAnswer(std::nullopt, "it ended while its dialog was open");
         EXPECT_EQ(fallback.asked, 6);
     }

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -16,6 +18,11 @@
 /// Ends the body of `inPrivateMounts` with a word that this system does not allow it.
 [[noreturn]] inline void impossibleHere() {
     _exit(77);
+}
+
+/// Runs a command in a shell; whether it succeeds.
+inline bool runInShell(const std::string& command) {
+    return std::system(command.c_str()) == 0;  // NOLINT(cert-env33-c)
 }
 
 /// Runs a test's body in a child process that has a mount table of its own, as root or as an ordinary user in a user
@@ -47,6 +54,30 @@ inline void inPrivateMounts(const std::function<void()>& body) {
         GTEST_SKIP() << "nobody may mount that here";
     }
     EXPECT_EQ(status, 0) << "see above";
+}
+
+/// The same with a file system of this kind at `place`, open to everybody: in memory, or in an image that is made with
+/// these options.
+inline void onFileSystem(const std::string& kind, const std::filesystem::path& place, const std::function<void()>& body,
+                         const std::string& options = {}) {
+    const std::string image = place.string() + ".image";
+    const bool isMemory = kind == "tmpfs" || kind == "ramfs";
+    std::filesystem::create_directories(place);
+    inPrivateMounts([&] {
+        const std::string size = kind == "xfs" ? "320M" : "160M";
+        const std::string make = "PATH=$PATH:/usr/sbin:/sbin; I='" + image + "'; (truncate -s " + size +
+                                 " $I && mkfs." + kind + ' ' + options + " $I && mount -o loop $I '" + place.string() +
+                                 "') >/dev/null 2>&1";
+        const bool isMounted = isMemory ? mount("memory", place.c_str(), kind.c_str(), 0, nullptr) == 0
+                                        : geteuid() == 0 && runInShell(make);
+        if (!isMounted) {
+            impossibleHere();
+        }
+        std::error_code keepsNone;
+        std::filesystem::permissions(place, std::filesystem::perms::all, keepsNone);
+        body();
+    });
+    std::filesystem::remove(image);
 }
 
 /// Mounts a FUSE disk whose server, the open descriptor that is returned, reads no request: whoever asks it anything

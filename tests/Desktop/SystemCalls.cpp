@@ -1,12 +1,15 @@
 #include "Desktop/SystemCalls.h"
 
-#include <sys/ptrace.h>
-#include <sys/syscall.h>
-#include <sys/user.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "Foundation/Descriptor.h"
 
-#include <algorithm>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -15,124 +18,91 @@
 #include <string>
 #include <system_error>
 
-#ifdef __x86_64__
-
 namespace {
 
-/// What the child calls before and after the body; nothing else does.
-constexpr long marker = SYS_getpgid;
+/// Calls that concern memory, threads, time, pipes and who one is, which no disk makes fail: a sanitizer has its own,
+/// and looks into memory by way of a pipe.
+constexpr std::array others{
+#ifdef SYS_pipe
+    SYS_pipe,
+#endif
+    SYS_pipe2,   SYS_brk,    SYS_mmap,          SYS_munmap,         SYS_mprotect,     SYS_mremap,  SYS_madvise,
+    SYS_futex,   SYS_getpid, SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction, SYS_geteuid, SYS_getuid,
+    SYS_getegid, SYS_getgid, SYS_gettid,        SYS_tgkill,         SYS_exit_group,   SYS_close,   SYS_getrandom,
+};
 
-/// Lets the child run on until its next stop at a system call. False when it has ended.
-bool next(pid_t child, int& status) {
-    for (int signal = 0;;) {
-        if (ptrace(PTRACE_SYSCALL, child, nullptr, signal) != 0 || waitpid(child, &status, 0) != child ||
-            !WIFSTOPPED(status)) {
-            return false;
-        }
-        if (WSTOPSIG(status) == (SIGTRAP | 0x80)) {
-            return true;
-        }
-        signal = WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);
+/// From now on all other calls of this process wait for what is decided by the holder of the descriptor that is
+/// returned; -1 if that is not possible here.
+int interceptCalls() {
+    std::vector<sock_filter> filter{BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+    for (const int call : others) {
+        filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(call), 0, 1));
+        filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
     }
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_USER_NOTIF));
+    const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    return static_cast<int>(syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_NEW_LISTENER, &program));
 }
 
-/// Has the kernel refuse the call that the child is about to make.
-void failCall(pid_t child, int error, int& status) {
-    user_regs_struct registers{};
-    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-    registers.orig_rax = static_cast<unsigned long long>(-1);
-    ptrace(PTRACE_SETREGS, child, nullptr, &registers);
-    if (next(child, status)) {
-        ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-        registers.rax = static_cast<unsigned long long>(-error);
-        ptrace(PTRACE_SETREGS, child, nullptr, &registers);
-    }
-}
-
-/// Whether a disk could make the call fail. Those of memory, threads, time, pipes and who one is are left alone: a
-/// sanitizer has its own, and looks into memory by way of a pipe.
-bool concernsFiles(pid_t child, const user_regs_struct& registers) {
-    constexpr std::array others{SYS_brk,     SYS_mmap,   SYS_munmap,        SYS_mprotect,       SYS_mremap,
-                                SYS_madvise, SYS_futex,  SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction,
-                                SYS_geteuid, SYS_getuid, SYS_getegid,       SYS_getgid,         SYS_getpid,
-                                SYS_gettid,  SYS_tgkill, SYS_exit_group,    SYS_close,          SYS_getrandom,
-                                SYS_pipe,    SYS_pipe2};
-    const auto call = static_cast<long>(registers.orig_rax);
-    if (call == SYS_write) {
-        const std::string link = "/proc/" + std::to_string(child) + "/fd/" + std::to_string(registers.rdi);
-        std::error_code error;
-        return !std::filesystem::read_symlink(link, error).string().starts_with("pipe:");
-    }
-    return std::find(others.begin(), others.end(), call) == others.end();
+bool isWriteToPipe(pid_t child, const seccomp_data& call) {
+    const std::string link = "/proc/" + std::to_string(child) + "/fd/" + std::to_string(call.args[0]);
+    std::error_code error;
+    return call.nr == SYS_write && std::filesystem::read_symlink(link, error).string().starts_with("pipe:");
 }
 
 }  // namespace
 
 bool canTraceSystemCalls() {
     const TracedRun run = runTraced([] { return dup(-1) == -1 ? errno : 1; },
-                                    [](std::size_t, long call) {
+                                    [](std::size_t, int call) {
                                         return Interruption{false, call == SYS_dup ? 7 : 0};
                                     });
     return run.code == 7;
 }
 
-TracedRun runTraced(const std::function<int()>& body, const std::function<Interruption(std::size_t, long)>& decide) {
+TracedRun runTraced(const std::function<int()>& body, const std::function<Interruption(std::size_t, int)>& decide) {
     TracedRun run;
     std::fflush(nullptr);
+    // The child's next descriptor has the number that this process's next one has.
+    const int number = dup(STDERR_FILENO);
+    close(number);
     const pid_t child = fork();
     if (child == 0) {
-        if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+        if (interceptCalls() != number) {
             _exit(126);
         }
         raise(SIGSTOP);
-        syscall(marker, 0);
-        const int code = body();
-        syscall(marker, 0);
-        _exit(code);
+        _exit(body());
     }
     int status = 0;
-    waitpid(child, &status, 0);
-    if (WIFSTOPPED(status)) {
-        ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-        bool isInside = false;
-        while (next(child, status)) {
-            user_regs_struct registers{};
-            ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-            const auto call = static_cast<long>(registers.orig_rax);
-            if (call == marker) {
-                isInside = !isInside;
-            } else if (isInside && concernsFiles(child, registers)) {
-                const Interruption interruption = decide(run.calls.size(), call);
-                run.calls.push_back(call);
-                if (interruption.isKill) {
-                    kill(child, SIGKILL);
-                } else if (interruption.error != 0) {
-                    failCall(child, interruption.error, status);
-                    continue;
-                }
+    if (waitpid(child, &status, WUNTRACED) == child && WIFSTOPPED(status)) {
+        const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+        const Descriptor calls(static_cast<int>(syscall(SYS_pidfd_getfd, process.number(), number, 0)));
+        kill(child, calls.isOpen() ? SIGCONT : SIGKILL);
+        std::array<pollfd, 2> sources{{{calls.number(), POLLIN, 0}, {process.number(), POLLIN, 0}}};
+        while (poll(sources.data(), sources.size(), -1) > 0 && sources[1].revents == 0) {
+            seccomp_notif request{};
+            if (ioctl(calls.number(), SECCOMP_IOCTL_NOTIF_RECV, &request) != 0) {
+                continue;
             }
-            if (!next(child, status)) {
+            Interruption interruption;
+            if (!isWriteToPipe(child, request.data)) {
+                interruption = decide(run.calls.size(), request.data.nr);
+                run.calls.push_back(request.data.nr);
+            }
+            if (interruption.isKill) {
+                kill(child, SIGKILL);
                 break;
             }
+            const unsigned flags = interruption.error == 0 ? SECCOMP_USER_NOTIF_FLAG_CONTINUE : 0;
+            seccomp_notif_resp answer{request.id, 0, -interruption.error, flags};
+            ioctl(calls.number(), SECCOMP_IOCTL_NOTIF_SEND, &answer);
         }
-    }
-    while (!WIFEXITED(status) && !WIFSIGNALED(status) && waitpid(child, &status, 0) == child) {
+        waitpid(child, &status, 0);
     }
     if (WIFEXITED(status)) {
         run.code = WEXITSTATUS(status);
     }
     return run;
 }
-
-#else
-
-bool canTraceSystemCalls() {
-    return false;
-}
-
-TracedRun runTraced(const std::function<int()>& body, const std::function<Interruption(std::size_t, long)>& decide) {
-    static_cast<void>(decide);
-    return {{}, body()};
-}
-
-#endif

@@ -14,15 +14,15 @@ namespace {
 
 /// Everything that a copy could forget.
 void makeTreasure(const fs::path& tree) {
-    fs::create_directories(tree / "sub" / "closed to others");
-    std::ofstream(tree / "file") << std::string(100'000, 'x');
-    std::ofstream(tree / "empty").flush();
-    std::ofstream(tree / ".hidden") << "hidden";
-    std::ofstream(tree / "sub" / "name\n\xff%41") << "odd";
-    fs::create_hard_link(tree / "file", tree / "sub" / "again");
-    fs::create_hard_link(tree / "sub" / "name\n\xff%41", tree / "twice");
+    write(tree / "file", std::string(100'000, 'x'));
+    write(tree / "empty", "");
+    write(tree / ".hidden");
+    write(tree / "sub/name\n\xff%41");
+    fs::create_directories(tree / "sub/closed to others");
+    fs::create_hard_link(tree / "file", tree / "sub/again");
+    fs::create_hard_link(tree / "sub/name\n\xff%41", tree / "twice");
     fs::create_symlink("nowhere", tree / "dangling");
-    fs::create_symlink("file", tree / "sub" / "link");
+    fs::create_symlink("file", tree / "sub/link");
     ASSERT_EQ(mkfifo((tree / "pipe").c_str(), 0640), 0);
     {
         std::ofstream sparse(tree / "sparse");
@@ -41,7 +41,7 @@ void makeTreasure(const fs::path& tree) {
         44);
     (void)setxattr((tree / "file").c_str(), "system.posix_acl_access", list.data(), list.size(), 0);
     chmod((tree / "empty").c_str(), 0400);
-    chmod((tree / "sub" / "closed to others").c_str(), 0700);
+    chmod((tree / "sub/closed to others").c_str(), 0700);
     if (geteuid() == 0) {
         ASSERT_EQ(lchown((tree / "dangling").c_str(), 12, 34), 0);
         ASSERT_EQ(chown((tree / "empty").c_str(), 12, 34), 0);
@@ -55,34 +55,30 @@ void makeTreasure(const fs::path& tree) {
 }  // namespace
 
 TEST_F(TrashTest, CopiesWholeTreesOutOfMemory) {
-    const fs::path disk = root.path("disk");
     onFileSystem("tmpfs", disk, [&] {
         makeTreasure(disk / "tree");
-        const std::string before = portraitOf(disk / "tree");
-        std::int64_t last = 0;
-        std::int64_t total = 0;
-        const auto progress = [&](std::int64_t copied, std::int64_t all) {
-            EXPECT_GE(copied, last);
-            last = copied;
-            total = all;
-        };
-        ASSERT_EQ(move(FileURL((disk / "tree").string()), progress), std::nullopt);
-        EXPECT_FALSE(isThere(disk / "tree"));
-        EXPECT_EQ(originsIn(trash), Origins{(disk / "tree").string()});
-        EXPECT_EQ(portraitOf(trash / "files" / "tree"), before);
-        EXPECT_EQ(last, total);
-        EXPECT_GE(total, 100'000);
-        EXPECT_LT(total, 1'000'000) << "holes are no bytes to copy";
-        EXPECT_TRUE(contentOf(trash / "directorysizes").ends_with(" tree\n"));
-
-        std::ofstream(disk / "single") << "one";
+        write(disk / "single");
         fs::create_symlink("nowhere", disk / "link");
-        for (const char* name : {"single", "link"}) {
-            const std::string portrait = portraitOf(disk / name);
-            EXPECT_EQ(move(disk / name), std::nullopt);
-            EXPECT_FALSE(isThere(disk / name));
-            EXPECT_EQ(portraitOf(trash / "files" / name), portrait);
+        Origins expected;
+        for (const char* name : {"tree", "single", "link"}) {
+            const std::string before = portraitOf(disk / name);
+            std::int64_t last = 0;
+            std::int64_t total = 0;
+            const auto progress = [&](std::int64_t copied, std::int64_t all) {
+                EXPECT_GE(copied, last);
+                last = copied;
+                total = all;
+            };
+            ASSERT_EQ(move(disk / name, progress), std::nullopt) << name;
+            EXPECT_FALSE(isThere(disk / name)) << name;
+            EXPECT_EQ(portraitOf(trash / "files" / name), before);
+            EXPECT_EQ(last, total);
+            EXPECT_EQ(total >= 100'000, expected.empty()) << name;
+            EXPECT_LT(total, 1'000'000) << "holes are no bytes to copy";
+            expected.insert(disk / name);
         }
+        EXPECT_EQ(originsIn(trash), expected);
+        EXPECT_TRUE(contentOf(trash / "directorysizes").ends_with(" tree\n"));
         EXPECT_FALSE(isThere(disk / (".Trash-" + std::to_string(geteuid())))) << "nobody would see it";
     });
 }
@@ -91,83 +87,64 @@ TEST_F(TrashTest, CopiesWhereARenameStopsAtAMount) {
     inPrivateMounts([&] {
         const fs::path other = home / "other";
         const fs::path bound = home / "bound";
-        fs::create_directories(other / "tree");
         fs::create_directories(bound);
-        ASSERT_EQ(mount(other.c_str(), bound.c_str(), nullptr, MS_BIND, nullptr), 0);
         makeTreasure(other / "tree");
+        ASSERT_EQ(mount(other.c_str(), bound.c_str(), nullptr, MS_BIND, nullptr), 0);
         const std::string before = portraitOf(bound / "tree");
         EXPECT_EQ(move(bound / "tree"), std::nullopt);
-        EXPECT_EQ(originsIn(trash), Origins{(bound / "tree").string()});
-        EXPECT_EQ(portraitOf(trash / "files" / "tree"), before);
+        EXPECT_EQ(originsIn(trash), Origins{bound / "tree"});
+        EXPECT_EQ(portraitOf(trash / "files/tree"), before);
         EXPECT_TRUE(fs::is_empty(other));
     });
 }
 
 TEST_F(TrashTest, RefusesToCopyWhatIsClosedInside) {
-    const fs::path disk = root.path("disk");
     onFileSystem("tmpfs", disk, [&] {
-        fs::create_directories(disk / "tree" / "inner" / "empty");
-        std::ofstream(disk / "tree" / "inner" / "file") << "content";
+        write(disk / "tree/inner/file");
+        fs::create_directories(disk / "tree/inner/empty");
         becomeOrdinary(root.path());
-        struct Row {
-            const char* path = nullptr;
-            mode_t mode = 0;
-            std::optional<TrashError> error{};
-        };
-        const Row rows[] = {
+        const std::tuple<const char*, mode_t, std::optional<TrashError>> rows[] = {
             {"inner", 0555, TrashError::closedInside},
             {"inner", 0000, TrashError::closedInside},
             {"inner/file", 0200, TrashError::closedInside},
             {".", 0555, TrashError::closedInside},
             {"inner/empty", 0555, std::nullopt},
         };
-        for (const Row& row : rows) {
-            const fs::path path = disk / "tree" / row.path;
-            const fs::perms before = fs::status(path).permissions();
-            chmod(path.c_str(), row.mode);
-            EXPECT_EQ(move(disk / "tree"), row.error) << row.path;
-            if (row.error) {
-                fs::permissions(path, before);
-            }
+        for (const auto& [name, mode, error] : rows) {
+            const fs::path path = disk / "tree" / name;
+            const mode_t before = modeOf(path);
+            chmod(path.c_str(), mode);
+            EXPECT_EQ(move(disk / "tree"), error) << name;
+            chmod(path.c_str(), before);
         }
-        EXPECT_EQ(originsIn(trash), Origins{(disk / "tree").string()});
+        EXPECT_EQ(originsIn(trash), Origins{disk / "tree"});
     });
 }
 
 TEST_F(TrashTest, RefusesWhatCannotBeCopiedWhole) {
-    const fs::path disk = root.path("disk");
     onFileSystem("tmpfs", disk, [&] {
         // A home without room for it and a tenth more.
         ASSERT_EQ(mount("home", home.c_str(), "tmpfs", 0, "size=1m"), 0);
-        std::ofstream(disk / "big") << std::string(1'000'000, 'x');
-        EXPECT_EQ(move(disk / "big"), TrashError::homeFull);
+        EXPECT_EQ(move(write(disk / "big", std::string(1'000'000, 'x'))), TrashError::homeFull);
         EXPECT_EQ(fs::file_size(disk / "big"), 1'000'000U);
-        std::ofstream(disk / "fitting") << std::string(800'000, 'x');
-        EXPECT_EQ(move(disk / "fitting"), std::nullopt);
-        EXPECT_EQ(originsIn(trash), Origins{(disk / "fitting").string()});
+        EXPECT_EQ(move(write(disk / "fitting", std::string(800'000, 'x'))), std::nullopt);
 
+        const fs::path small = write(disk / "small", std::string(10'000, 'x'));
         std::stop_source stop;
-        std::ofstream(disk / "small") << std::string(10'000, 'x');
         const auto end = [&](std::int64_t, std::int64_t) { stop.request_stop(); };
-        EXPECT_EQ(move(FileURL((disk / "small").string()), end, stop.get_token()), TrashError::stopped);
-        EXPECT_EQ(fs::file_size(disk / "small"), 10'000U);
-
-        const auto write = [&](std::int64_t, std::int64_t) { std::ofstream(disk / "small", std::ios::app) << "more"; };
-        EXPECT_EQ(move(FileURL((disk / "small").string()), write), TrashError::changedMeanwhile);
-        EXPECT_TRUE(isThere(disk / "small"));
-
-        const auto swap = [&](std::int64_t, std::int64_t) {
-            fs::rename(disk / "small", disk / "small, moved");
-            std::ofstream(disk / "small") << "another";
+        EXPECT_EQ(move(small, end, stop.get_token()), TrashError::stopped);
+        EXPECT_EQ(fs::file_size(small), 10'000U);
+        const auto append = [&](std::int64_t, std::int64_t) { std::ofstream(small, std::ios::app) << "more"; };
+        EXPECT_EQ(move(small, append), TrashError::changedMeanwhile);
+        EXPECT_TRUE(isThere(small));
+        const auto swap = [&](std::int64_t done, std::int64_t all) {
+            if (done * 2 == all) {
+                fs::rename(small, disk / "moved");
+                write(small, "another");
+            }
         };
-        EXPECT_EQ(move(FileURL((disk / "small").string()),
-                       [&](std::int64_t done, std::int64_t all) {
-                           if (done * 2 == all) {
-                               swap(done, all);
-                           }
-                       }),
-                  TrashError::changedMeanwhile);
-        EXPECT_EQ(contentOf(disk / "small"), "another");
-        EXPECT_EQ(originsIn(trash), Origins{(disk / "fitting").string()}) << "nothing is left of all these";
+        EXPECT_EQ(move(small, swap), TrashError::changedMeanwhile);
+        EXPECT_EQ(contentOf(small), "another");
+        EXPECT_EQ(originsIn(trash), Origins{disk / "fitting"}) << "nothing is left of all these";
     });
 }

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
+#include <QtCore/QByteArrayList>
 
 #include <algorithm>
 #include <array>
@@ -20,17 +21,8 @@ namespace trashtest {
 
 namespace {
 
-std::string decoded(const std::string& text) {
-    std::string bytes;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%') {
-            bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-            i += 2;
-        } else {
-            bytes += text[i];
-        }
-    }
-    return bytes;
+fs::path noteOf(const fs::path& item) {
+    return item.parent_path().parent_path() / "info" / (item.filename().string() + ".trashinfo");
 }
 
 std::string originIn(const fs::path& note) {
@@ -39,25 +31,26 @@ std::string originIn(const fs::path& note) {
     const size_t date = text.find("\nDeletionDate=20");
     const bool isWhole = text.starts_with("[Trash Info]\n") && path != std::string::npos && date != std::string::npos &&
                          text.size() == date + 34 && text.ends_with('\n');
-    return isWhole ? decoded(text.substr(path + 6, text.find('\n', path + 1) - path - 6)) : "broken";
+    const auto encoded = isWhole ? text.substr(path + 6, text.find('\n', path + 1) - path - 6) : "broken";
+    return QByteArray::fromPercentEncoding(QByteArray::fromStdString(encoded)).toStdString();
+}
+
+/// Gives what `get` fills a buffer with.
+template <class Get>
+QByteArray filled(const Get& get) {
+    QByteArray buffer(4096, '\0');
+    buffer.truncate(std::max<ssize_t>(0, get(buffer.data(), static_cast<size_t>(buffer.size()))));
+    return buffer;
 }
 
 std::string attributesOf(const fs::path& path) {
-    std::string names(4096, '\0');
-    names.resize(static_cast<size_t>(std::max<ssize_t>(0, llistxattr(path.c_str(), names.data(), names.size()))));
-    std::map<std::string, std::string> attributes;
-    for (size_t at = 0; at < names.size(); at = names.find('\0', at) + 1) {
-        const std::string name = names.c_str() + at;
-        std::string value(4096, '\0');
-        value.resize(static_cast<size_t>(
-            std::max<ssize_t>(0, lgetxattr(path.c_str(), name.c_str(), value.data(), value.size()))));
-        attributes[name] = value;
+    QByteArrayList all;
+    const QByteArray names = filled([&](char* to, size_t size) { return llistxattr(path.c_str(), to, size); });
+    for (const QByteArray& name : names.split('\0')) {
+        all.append(name + filled([&](char* to, size_t size) { return lgetxattr(path.c_str(), name, to, size); }));
     }
-    std::string text;
-    for (const auto& [name, value] : attributes) {
-        text += ' ' + name + '=' + std::to_string(std::hash<std::string>()(value));
-    }
-    return text;
+    std::sort(all.begin(), all.end());
+    return all.join(' ').toPercentEncoding().toStdString();
 }
 
 }  // namespace
@@ -71,43 +64,44 @@ bool isThere(const fs::path& path) {
     return fs::symlink_status(path).type() != fs::file_type::not_found;
 }
 
+std::vector<fs::path> entriesOf(const fs::path& folder) {
+    std::error_code missing;
+    const fs::directory_iterator entries(folder, missing);
+    return {begin(entries), end(entries)};
+}
+
+mode_t modeOf(const fs::path& path) {
+    return static_cast<mode_t>(fs::status(path).permissions());
+}
+
 Origins originsIn(const fs::path& trash) {
     Origins origins;
-    if (!isThere(trash / "files") || !isThere(trash / "info")) {
-        return origins;
-    }
-    for (const fs::directory_entry& entry : fs::directory_iterator(trash)) {
-        const std::string name = entry.path().filename().string();
-        if (name != "files" && name != "info" && name != "directorysizes") {
+    for (const fs::path& each : entriesOf(trash)) {
+        if (each.filename() != "files" && each.filename() != "info" && each.filename() != "directorysizes") {
             origins.insert("litter");
         }
     }
-    for (const fs::directory_entry& item : fs::directory_iterator(trash / "files")) {
-        if (!isThere(trash / "info" / (item.path().filename().string() + ".trashinfo"))) {
+    for (const fs::path& item : entriesOf(trash / "files")) {
+        if (!isThere(noteOf(item))) {
             origins.insert("broken");
         }
     }
-    for (const fs::directory_entry& note : fs::directory_iterator(trash / "info")) {
-        const std::string origin = note.path().extension() == ".trashinfo" ? originIn(note.path()) : "litter";
-        origins.insert(isThere(trash / "files" / note.path().stem()) ? origin : "no item: " + origin);
+    for (const fs::path& note : entriesOf(trash / "info")) {
+        const std::string origin = note.extension() == ".trashinfo" ? originIn(note) : "litter";
+        origins.insert(isThere(trash / "files" / note.stem()) ? origin : "no item: " + origin);
     }
     return origins;
 }
 
 fs::path onlyItemIn(const fs::path& trash) {
-    std::vector<fs::path> items;
-    for (const fs::directory_entry& item : fs::directory_iterator(trash / "files")) {
-        items.push_back(item.path());
-    }
+    const std::vector<fs::path> items = entriesOf(trash / "files");
     return items.size() == 1 ? items.front() : fs::path();
 }
 
 std::string portraitOf(const fs::path& path) {
     std::vector<fs::path> all{path};
     if (fs::is_directory(fs::symlink_status(path))) {
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path)) {
-            all.push_back(entry.path());
-        }
+        std::copy(fs::recursive_directory_iterator(path), {}, std::back_inserter(all));
     }
     std::sort(all.begin(), all.end());
     std::map<ino_t, std::string> firstNames;
@@ -130,36 +124,10 @@ std::string portraitOf(const fs::path& path) {
     return text.str();
 }
 
-void onFileSystem(const std::string& kind, const fs::path& place, const std::function<void()>& body) {
-    const std::string image = place.string() + ".image";
-    const bool isMemory = kind == "tmpfs" || kind == "ramfs";
-    if (!isMemory) {
-        const std::map<std::string, std::string> makers = {
-            {"ext4", "truncate -s 64M $I && mkfs.ext4 -q -F $I"},
-            {"xfs", "truncate -s 320M $I && mkfs.xfs -q -f $I"},
-            {"btrfs", "truncate -s 160M $I && mkfs.btrfs -q -f $I"},
-            {"vfat", "truncate -s 32M $I && mkfs.vfat $I"},
-        };
-        const std::string command =
-            "export PATH=$PATH:/usr/sbin:/sbin; I='" + image + "'; (" + makers.at(kind) + ") >/dev/null 2>&1";
-        if (geteuid() != 0 || std::system(command.c_str()) != 0) {  // NOLINT(cert-env33-c)
-            GTEST_SKIP() << "no image of kind " << kind << " can be made here";
-        }
-    }
-    fs::create_directories(place);
-    inPrivateMounts([&] {
-        const std::string command = "mount -o loop '" + image + "' '" + place.string() + "' 2>/dev/null";
-        const bool isMounted = isMemory ? mount("memory", place.c_str(), kind.c_str(), 0, nullptr) == 0
-                                        : std::system(command.c_str()) == 0;  // NOLINT(cert-env33-c)
-        if (!isMounted) {
-            impossibleHere();
-        }
-        if (geteuid() == 0) {
-            EXPECT_EQ(chmod(place.c_str(), 0777), 0);
-        }
-        body();
-    });
-    fs::remove(image);
+fs::path write(const fs::path& path, std::string_view content) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
 }
 
 void becomeOrdinary(const fs::path& own) {
@@ -171,43 +139,36 @@ void becomeOrdinary(const fs::path& own) {
         ASSERT_EQ(syscall(SYS_capset, &header, none.data()), 0);
         return;
     }
-    const auto give = [](const fs::path& path) {
+    std::vector<fs::path> all{own};
+    std::copy(fs::recursive_directory_iterator(own), {}, std::back_inserter(all));
+    for (const fs::path& path : all) {
         struct stat status {};
         if (lstat(path.c_str(), &status) == 0 && status.st_uid != somebodyElse) {
             ASSERT_EQ(lchown(path.c_str(), ordinary, ordinary), 0);
         }
-    };
-    give(own);
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(own)) {
-        give(entry.path());
     }
     ASSERT_EQ(setgroups(0, nullptr), 0);
     ASSERT_EQ(setresgid(ordinary, ordinary, ordinary), 0);
     ASSERT_EQ(setresuid(ordinary, ordinary, ordinary), 0);
 }
 
-TrashTest::TrashTest()
-    : home(root.path("home")),
-      folder(home / "folder"),
-      trash(home / ".local/share/Trash"),
-      mover({FileURL(home.string()), FileURL((home / ".local/share").string())}) {
-    fs::create_directories(folder);
+std::optional<TrashError> TrashTest::move(const fs::path& path, const Trash::Progress& progress,
+                                          const std::stop_token& stop) {
+    const FileURL url(path.string());
+    return mover.move(url, fileStatus(url).value_or(FileStatus()).identity, progress, stop);
 }
 
-FileURL TrashTest::make(const std::string& name, std::string_view content) const {
-    std::ofstream(folder / name, std::ios::binary) << content;
-    return FileURL((folder / name).string());
-}
-
-std::optional<TrashError> TrashTest::moveWithShortWrites(const FileURL& url) {
+std::optional<TrashError> TrashTest::moveWithShortWrites(const fs::path& path) {
     std::signal(SIGXFSZ, SIG_IGN);
     const Limit limit(RLIMIT_FSIZE, 20);
-    return move(url);
+    return move(path);
 }
 
-std::optional<TrashError> TrashTest::move(const FileURL& url, const Trash::Progress& progress,
-                                          const std::stop_token& stop) {
-    return mover.move(url, fileStatus(url).value_or(FileStatus()).identity, progress, stop);
+void TrashTest::expectRefused(const fs::path& path, TrashError error) {
+    const bool wasThere = isThere(path);
+    EXPECT_EQ(mover.refusal(FileURL(path.string())), error) << path;
+    EXPECT_EQ(move(path), error) << path;
+    EXPECT_EQ(isThere(path), wasThere) << path;
 }
 
 }  // namespace trashtest

@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace trashtest {
 
@@ -21,6 +22,12 @@ using Origins = std::multiset<std::string>;
 
 /// Also true of a link that leads nowhere.
 [[nodiscard]] bool isThere(const fs::path& path);
+
+/// What lies in a folder; nothing if there is none.
+[[nodiscard]] std::vector<fs::path> entriesOf(const fs::path& folder);
+
+/// The last twelve bits of what may be done with a file or folder.
+[[nodiscard]] mode_t modeOf(const fs::path& path);
 
 /// Where the notes in a Trash folder say that the items came from, as a program that restores them would read it. An
 /// item without a note and a note that lacks something count as "broken", a note without an item as "no item:" and the
@@ -34,9 +41,8 @@ using Origins = std::multiset<std::string>;
 /// shares an inode with whom, and whether files have holes; a line an entry.
 [[nodiscard]] std::string portraitOf(const fs::path& path);
 
-/// Whether a file system of this kind can be made in an image and mounted; `body` runs with it mounted at `place`, in a
-/// mount table of its own. Skips the test, with a word, where that is not possible.
-void onFileSystem(const std::string& kind, const fs::path& place, const std::function<void()>& body);
+/// Makes a file, and the folders it needs.
+fs::path write(const fs::path& path, std::string_view content = "content");
 
 /// Makes this process, a child of the test, one that the kernel refuses what it refuses an ordinary user. What lies in
 /// `own` belongs to that user from then on, unless it is somebody else's already.
@@ -45,27 +51,37 @@ void becomeOrdinary(const fs::path& own);
 /// Whose things a test run by root makes that are neither root's nor the ordinary user's.
 inline constexpr unsigned somebodyElse = 23'456;
 
-/// A home with a Trash of its own, as empty as on the first day, and a folder to put things in.
+/// A home with a Trash of its own, as empty as on the first day, a folder to put things in, and a place for a disk.
 class TrashTest : public testing::Test {
 protected:
-    TrashTest();
+    TrashTest() { fs::create_directories(folder); }
 
-    /// Makes a file, and says where.
-    FileURL make(const std::string& name, std::string_view content = "content") const;
+    /// Makes a file in the folder.
+    fs::path make(const std::string& name, std::string_view content = "content") const {
+        return write(folder / name, content);
+    }
 
-    /// Moves what lies at `url` now.
-    std::optional<TrashError> move(const FileURL& url, const Trash::Progress& progress = {},
+    /// Moves what lies there now.
+    std::optional<TrashError> move(const fs::path& path, const Trash::Progress& progress = {},
                                    const std::stop_token& stop = {});
-    std::optional<TrashError> move(const fs::path& path) { return move(FileURL(path.string())); }
 
-    /// Moves while no file can grow beyond its first bytes.
-    std::optional<TrashError> moveWithShortWrites(const FileURL& url);
+    /// The same while no file can grow beyond its first bytes.
+    std::optional<TrashError> moveWithShortWrites(const fs::path& path);
+
+    /// Tries to move it, and sees that it is told before and after why not, and stays.
+    void expectRefused(const fs::path& path, TrashError error);
+
+    /// What another start of the program moves with.
+    [[nodiscard]] FreedesktopTrash nextMover() const {
+        return FreedesktopTrash({FileURL(home.string()), FileURL((home / ".local/share").string())});
+    }
 
     TemporaryFolder root;
-    fs::path home;
-    fs::path folder;
-    fs::path trash;
-    FreedesktopTrash mover;
+    const fs::path home = root.path("home");
+    const fs::path folder = home / "folder";
+    const fs::path trash = home / ".local/share/Trash";
+    const fs::path disk = root.path("disk");
+    FreedesktopTrash mover = nextMover();
 };
 
 }  // namespace trashtest

@@ -4,13 +4,9 @@
 #include "Desktop/TrashFixture.h"
 #include "support/NamedCase.h"
 
-#include <sys/stat.h>
 #include <sys/syscall.h>
 
-#include <array>
 #include <cerrno>
-#include <fstream>
-#include <map>
 
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
 
@@ -19,29 +15,29 @@ namespace {
 /// Something to move, and where.
 struct Scene {
     const char* what;
-    bool isFolder;
-    bool isCopied;    ///< From another file system.
-    bool isFirst;     ///< There is no Trash yet.
-    bool isDiskFull;  ///< No note can be written.
-    std::size_t nameLength;
+    bool isFolder = false;
+    bool isCopied = false;    ///< From another file system.
+    bool isFirst = false;     ///< There is no Trash yet.
+    bool isDiskFull = false;  ///< No note can be written.
+    std::size_t nameLength = 8;
+
+    friend std::ostream& operator<<(std::ostream& out, const Scene& scene) { return out << scene.what; }
 };
 
-constexpr std::array scenes{
-    Scene{"a file", false, false, false, false, 8},
-    Scene{"the first file", false, false, true, false, 8},
-    Scene{"a folder", true, false, false, false, 8},
-    Scene{"a long name", false, false, false, false, 255},
-    Scene{"a copied file", false, true, false, false, 8},
-    Scene{"a copied folder", true, true, false, false, 8},
-    Scene{"a file of a full disk", false, false, false, true, 8},
+const Scene scenes[] = {
+    {.what = "a file"},
+    {.what = "the first file", .isFirst = true},
+    {.what = "a folder", .isFolder = true},
+    {.what = "a long name", .nameLength = 255},
+    {.what = "a copied file", .isCopied = true},
+    {.what = "a copied folder", .isFolder = true, .isCopied = true},
+    {.what = "a file of a full disk", .isDiskFull = true},
 };
-
-std::ostream& operator<<(std::ostream& out, const Scene& scene) {
-    return out << scene.what;
-}
 
 class TrashInterruption : public TrashTest, public testing::WithParamInterface<Scene> {
 protected:
+    using Decide = std::function<Interruption(std::size_t, int)>;
+
     /// Runs the body with a home and another file system in memory, where nothing is slow.
     void onScene(const std::function<void()>& body) {
         if (!canTraceSystemCalls()) {
@@ -55,60 +51,57 @@ protected:
         });
     }
 
-    /// As before any move.
-    void arrange() {
+    /// Moves the scene's item, as before any move, in a process of its own.
+    TracedRun run(const Decide& decide) {
         for (const fs::path& top : {home, disk}) {
-            for (const fs::directory_entry& entry : fs::directory_iterator(top)) {
-                fs::remove_all(entry.path());
+            for (const fs::path& entry : entriesOf(top)) {
+                fs::remove_all(entry);
             }
         }
-        fs::create_directories(folder);
-        const Scene& scene = GetParam();
         if (!scene.isFirst) {
             fs::create_directories(trash / "files");
             fs::create_directories(trash / "info");
         }
-        item = (scene.isCopied ? disk : folder) / std::string(scene.nameLength, 'n');
+        fs::create_directories(folder);
         if (scene.isFolder) {
-            fs::create_directories(item / "sub" / "empty");
-            std::ofstream(item / "one") << "one";
-            std::ofstream(item / "sub" / "two") << "two";
-            fs::create_hard_link(item / "one", item / "sub" / "again");
+            write(item / "one");
+            write(item / "sub/two");
+            fs::create_directories(item / "sub/empty");
+            fs::create_hard_link(item / "one", item / "sub/again");
             fs::create_symlink("one", item / "link");
         } else {
-            std::ofstream(item) << "content";
+            write(item);
         }
         if (scene.isDiskFull) {
-            std::ofstream(home / "filling") << std::string(std::size_t{8} << 20U, 'x');
+            write(home / "filling", std::string(std::size_t{8} << 20U, 'x'));
         }
         before = portraitOf(item);
-    }
-
-    TracedRun run(const std::function<Interruption(std::size_t, long)>& decide) const {
         const FileURL url(item.string());
         const FileIdentity identity = fileStatus(url)->identity;
         return runTraced(
             [&] {
-                FreedesktopTrash program({FileURL(home.string()), FileURL((home / ".local/share").string())});
-                const std::optional<TrashError> error = program.move(url, identity);
+                const std::optional<TrashError> error = nextMover().move(url, identity);
                 return error ? static_cast<int>(*error) + 1 : 0;
             },
             decide);
     }
 
+    /// The calls of a move that nothing interrupts.
+    std::vector<int> callsOfMove() {
+        return run([](std::size_t, int) { return Interruption(); }).calls;
+    }
+
     /// Fails each system call about files in its turn, or each of the kind `only`.
-    void failEachCall(int error, std::optional<long> only = {}) {
-        arrange();
-        const std::vector<long> calls = run([](std::size_t, long) { return Interruption(); }).calls;
+    void failEachCall(int error, std::optional<int> only = {}) {
+        const std::vector<int> calls = callsOfMove();
         for (std::size_t at = 0; at < calls.size(); ++at) {
             if (only && calls[at] != *only) {
                 continue;
             }
-            arrange();
-            const TracedRun failed = run([at, error](std::size_t call, long) {
+            const TracedRun failed = run([at, error](std::size_t call, int) {
                 return Interruption{false, call == at ? error : 0};
             });
-            const std::string where = std::to_string(at) + ", call " + std::to_string(calls[at]);
+            const auto where = testing::Message() << at << ", call " << calls[at] << ", error " << error;
             ASSERT_TRUE(failed.code) << where;
             if (*failed.code == 0) {
                 EXPECT_TRUE(isWholeInTrash() && !isThere(item)) << "not moved: " << where;
@@ -123,19 +116,18 @@ protected:
     [[nodiscard]] bool isWholeInPlace() const { return isThere(item) && portraitOf(item) == before; }
 
     [[nodiscard]] bool isWholeInTrash() const {
-        const Origins origins = isThere(trash) ? originsIn(trash) : Origins();
-        return origins.count(item.string()) == 1 && portraitOf(onlyItemIn(trash)) == before;
+        return originsIn(trash).count(item) == 1 && portraitOf(onlyItemIn(trash)) == before;
     }
 
     /// What else lies in the Trash.
     [[nodiscard]] Origins others() const {
-        Origins origins = isThere(trash) ? originsIn(trash) : Origins();
-        origins.erase(item.string());
+        Origins origins = originsIn(trash);
+        origins.erase(item);
         return origins;
     }
 
-    fs::path disk = root.path("disk");
-    fs::path item;
+    const Scene& scene = GetParam();
+    const fs::path item = (scene.isCopied ? disk : folder) / std::string(scene.nameLength, 'n');
     std::string before;
 };
 
@@ -145,20 +137,17 @@ INSTANTIATE_TEST_SUITE_P(Scenes, TrashInterruption, testing::ValuesIn(scenes), c
 
 TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
     onScene([this] {
-        const Scene& scene = GetParam();
-        arrange();
-        const std::size_t calls = run([](std::size_t, long) { return Interruption(); }).calls.size();
+        const std::size_t calls = callsOfMove().size();
         ASSERT_GT(calls, 20U);
         EXPECT_EQ(isWholeInTrash(), !scene.isDiskFull);
         for (std::size_t kill = 0; kill < calls; ++kill) {
-            arrange();
-            const TracedRun killed = run([kill](std::size_t call, long) { return Interruption{call == kill, 0}; });
+            const TracedRun killed = run([kill](std::size_t call, int) { return Interruption{call == kill, 0}; });
             if (killed.code) {
                 // One that runs later has less to find out.
                 EXPECT_GT(kill, calls * 3 / 4);
                 break;
             }
-            const std::string at = std::to_string(kill) + ", call " + std::to_string(killed.calls.back());
+            const auto at = testing::Message() << kill << ", call " << killed.calls.back();
             EXPECT_TRUE(isWholeInPlace() || isWholeInTrash()) << at;
             for (const std::string& other : others()) {
                 // A whole note may lie there already; a copy, or a list of sizes, may be unfinished beside.
@@ -166,35 +155,26 @@ TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
                             (other == "litter" && (scene.isCopied || scene.isFolder)))
                     << other << ' ' << at;
             }
-            if (isWholeInPlace() && !isWholeInTrash() && !scene.isDiskFull) {
+            if (scene.isDiskFull) {
+                continue;
+            }
+            if (isWholeInPlace() && !isWholeInTrash()) {
                 EXPECT_EQ(move(item), std::nullopt) << at;
                 EXPECT_TRUE(isWholeInTrash()) << at;
                 EXPECT_FALSE(isThere(item)) << at;
             }
-            if (!scene.isDiskFull) {
-                FreedesktopTrash later({FileURL(home.string()), FileURL((home / ".local/share").string())});
-                const FileURL url = make("later");
-                EXPECT_EQ(later.move(url, fileStatus(url)->identity), std::nullopt);
-                EXPECT_EQ(originsIn(trash).count("litter"), 0U) << at;
-            }
+            const FileURL later(make("later").string());
+            EXPECT_EQ(nextMover().move(later, fileStatus(later)->identity), std::nullopt);
+            EXPECT_EQ(originsIn(trash).count("litter"), 0U) << at;
         }
     });
 }
 
-TEST_P(TrashInterruption, WithoutSpaceAnywhereTheAnswerIsTrue) {
-    onScene([this] { failEachCall(ENOSPC); });
-}
-
-TEST_P(TrashInterruption, OnABrokenDiskTheAnswerIsTrue) {
-    onScene([this] { failEachCall(EIO); });
-}
-
-TEST_P(TrashInterruption, WhereAnythingIsForbiddenTheAnswerIsTrue) {
-    onScene([this] { failEachCall(EACCES); });
-}
-
-TEST_P(TrashInterruption, WhereRenamesAreNotWhatTheyWereTheAnswerIsTrue) {
+TEST_P(TrashInterruption, WhicheverCallFailsTheAnswerIsTrue) {
     onScene([this] {
+        for (const int error : {ENOSPC, EIO, EACCES}) {
+            failEachCall(error);
+        }
         // The file system does not know the flag, or no rename leads there.
         failEachCall(EINVAL, SYS_renameat2);
         failEachCall(EXDEV, SYS_renameat2);
@@ -204,18 +184,16 @@ TEST_P(TrashInterruption, WhereRenamesAreNotWhatTheyWereTheAnswerIsTrue) {
 TEST_P(TrashInterruption, WhatIsSwappedOnTheWayIsNotTaken) {
     onScene([this] {
         // At each rename and each removal from the item's folder another item gets its name.
-        arrange();
-        const std::vector<long> calls = run([](std::size_t, long) { return Interruption(); }).calls;
+        const std::vector<int> calls = callsOfMove();
         for (std::size_t at = 0; at < calls.size(); ++at) {
             if (calls[at] != SYS_renameat2 && calls[at] != SYS_linkat && calls[at] != SYS_fsync) {
                 continue;
             }
-            arrange();
             const fs::path aside = item.parent_path() / "aside";
-            const TracedRun swapped = run([&](std::size_t call, long) {
+            const TracedRun swapped = run([&](std::size_t call, int) {
                 if (call == at && isThere(item)) {
                     fs::rename(item, aside);
-                    std::ofstream(item) << "another";
+                    write(item, "another");
                 }
                 return Interruption();
             });

@@ -8,82 +8,62 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <array>
-#include <fstream>
-
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
 
 TEST_F(TrashTest, RefusesWhatIsGoneOrAnotherThanWasConfirmed) {
-    const FileURL file = make("file");
-    const FileIdentity confirmed = fileStatus(file)->identity;
-    const std::array<std::pair<FileURL, TrashError>, 5> cases = {{
-        {FileURL((folder / "missing").string()), TrashError::gone},
-        {file.appendingPathComponent("below a file"), TrashError::gone},
-        {FileURL((folder / "." / "..").string()), TrashError::other},
-        {FileURL((folder / ".").string()), TrashError::other},
-        {FileURL("/"), TrashError::holdsHome},
-    }};
-    for (const auto& [url, error] : cases) {
-        EXPECT_EQ(mover.move(url, confirmed), error) << url.path();
-        EXPECT_EQ(mover.refusal(url), error) << url.path();
+    const fs::path file = make("file");
+    const std::pair<fs::path, TrashError> rows[] = {
+        {folder / "missing", TrashError::gone}, {file / "below a file", TrashError::gone},
+        {folder / "./..", TrashError::other},   {folder / ".", TrashError::other},
+        {"/", TrashError::holdsHome},
+    };
+    for (const auto& [path, error] : rows) {
+        expectRefused(path, error);
     }
-    fs::rename(file.path(), folder / "kept");
-    for (const auto& make : std::vector<std::function<void()>>{
-             [&] { std::ofstream(file.path()) << "content"; },
-             [&] { fs::create_directories(file.path()); },
-             [&] { fs::create_symlink("kept", file.path()); },
-         }) {
-        make();
-        EXPECT_EQ(mover.move(file, confirmed), TrashError::changed);
-        EXPECT_TRUE(isThere(file.path()));
-        fs::remove(file.path());
+    const FileIdentity confirmed = fileStatus(FileURL(file.string()))->identity;
+    fs::rename(file, folder / "kept");
+    for (const std::function<void()>& replace :
+         {std::function<void()>([&] { write(file); }), std::function<void()>([&] { fs::create_directories(file); }),
+          std::function<void()>([&] { fs::create_symlink("kept", file); })}) {
+        replace();
+        EXPECT_EQ(mover.move(FileURL(file.string()), confirmed), TrashError::changed);
+        EXPECT_TRUE(fs::remove(file));
     }
     EXPECT_FALSE(isThere(trash));
 }
 
 TEST_F(TrashTest, RefusesTheHomeAndTheTrash) {
     ASSERT_EQ(move(make("item")), std::nullopt);
-    fs::create_directories(trash / "files" / "deep" / "er");
-    const std::pair<fs::path, TrashError> rows[] = {
-        {home, TrashError::holdsHome},
-        {home.parent_path(), TrashError::holdsHome},
-        {home / ".local", TrashError::ofTrash},
-        {home / ".local/share", TrashError::ofTrash},
-        {trash, TrashError::ofTrash},
-        {trash / "files", TrashError::ofTrash},
-        {trash / "info", TrashError::ofTrash},
-        {trash / "files" / "item", TrashError::ofTrash},
-        {trash / "files" / "deep" / "er", TrashError::ofTrash},
-        {trash / "info" / "item.trashinfo", TrashError::ofTrash},
-    };
-    for (const auto& [path, error] : rows) {
-        EXPECT_EQ(move(path), error) << path;
-        EXPECT_EQ(mover.refusal(FileURL(path.string())), error) << path;
-        EXPECT_TRUE(isThere(path));
+    fs::create_directories(trash / "files/deep/er");
+    for (const fs::path& path : {home, home.parent_path()}) {
+        expectRefused(path, TrashError::holdsHome);
     }
     // By another way too.
     fs::create_directory_symlink(trash / "files", folder / "way");
-    EXPECT_EQ(move(folder / "way" / "item"), TrashError::ofTrash);
+    for (const fs::path& path :
+         {home / ".local", home / ".local/share", trash, trash / "files", trash / "info", trash / "files/item",
+          trash / "files/deep/er", trash / "info/item.trashinfo", folder / "way/item"}) {
+        expectRefused(path, TrashError::ofTrash);
+    }
     EXPECT_EQ(move(folder / "way"), std::nullopt) << "a link that leads there is only a link";
     inPrivateMounts([&] {
         fs::create_directories(folder / "bound");
         ASSERT_EQ(mount((trash / "files").c_str(), (folder / "bound").c_str(), nullptr, MS_BIND, nullptr), 0);
-        EXPECT_EQ(move(folder / "bound" / "item"), TrashError::ofTrash);
+        expectRefused(folder / "bound/item", TrashError::ofTrash);
     });
 }
 
 TEST_F(TrashTest, RefusesWhatMayNotBeTakenAway) {
     inPrivateMounts([&] {
-        fs::create_directories(folder / "closed");
-        make("closed/file");
+        const fs::path file = make("closed/file");
         becomeOrdinary(root.path());
         for (const mode_t mode : {0555U, 0000U, 0666U}) {
-            chmod((folder / "closed").c_str(), mode);
-            EXPECT_EQ(move(folder / "closed" / "file"), TrashError::noPermission) << std::oct << mode;
-            EXPECT_EQ(mover.refusal(FileURL((folder / "closed" / "file").string())), TrashError::noPermission);
+            chmod(file.parent_path().c_str(), mode);
+            EXPECT_EQ(mover.refusal(FileURL(file.string())), TrashError::noPermission) << std::oct << mode;
+            EXPECT_EQ(move(file), TrashError::noPermission) << std::oct << mode;
         }
-        chmod((folder / "closed").c_str(), 0755);
-        EXPECT_TRUE(isThere(folder / "closed" / "file"));
+        chmod(file.parent_path().c_str(), 0755);
+        EXPECT_TRUE(isThere(file));
     });
 }
 
@@ -93,94 +73,91 @@ TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
     }
     inPrivateMounts([&] {
         struct Row {
-            const char* name = nullptr;
-            mode_t mode = 0;  ///< Of the folder of somebody else.
-            bool isEmpty = false;
-            bool isInside = false;  ///< In a folder of one's own.
-            std::optional<TrashError> error{};
+            const char* item;
+            const char* theirs;  ///< What is somebody else's of it, with all in it.
+            mode_t mode;
+            std::optional<TrashError> error;
         };
         const Row rows[] = {
-            {"full", 0755, false, false, TrashError::cannotBeEmptied},
-            {"full, closed", 0700, false, false, TrashError::cannotBeEmptied},
-            {"full, open to all", 0777, false, false, std::nullopt},
-            {"sticky", 01777, false, false, TrashError::cannotBeEmptied},
-            {"full inside", 0755, false, true, TrashError::cannotBeEmptied},
-            {"closed inside", 0700, true, true, TrashError::cannotBeEmptied},
-            {"empty inside", 0755, true, true, std::nullopt},
+            {"full", "full/file", 0755, TrashError::cannotBeEmptied},
+            {"full, closed", "full, closed/file", 0700, TrashError::cannotBeEmptied},
+            {"full, open to all", "full, open to all/file", 0777, std::nullopt},
+            {"sticky", "sticky/file", 01777, TrashError::cannotBeEmptied},
+            {"full inside", "full inside/theirs/file", 0755, TrashError::cannotBeEmptied},
+            {"closed inside", "closed inside/theirs/", 0700, TrashError::cannotBeEmptied},
+            {"empty inside", "empty inside/theirs/", 0755, std::nullopt},
+            {"everybody's/their file", "everybody's/their file", 01777, TrashError::foreign},
         };
-        for (const Row& row : rows) {
-            const fs::path theirs = row.isInside ? folder / row.name / "theirs" : folder / row.name;
-            fs::create_directories(theirs);
-            if (!row.isEmpty) {
-                std::ofstream(theirs / "file") << "content";
-                ASSERT_EQ(chown((theirs / "file").c_str(), somebodyElse, somebodyElse), 0);
+        const auto giveAway = [](const fs::path& path) {
+            ASSERT_EQ(chown(path.c_str(), somebodyElse, somebodyElse), 0);
+        };
+        for (const auto& [item, theirs, mode, error] : rows) {
+            const fs::path path = folder / theirs;
+            fs::create_directories(path.parent_path());
+            if (path.has_filename()) {
+                giveAway(write(path));
             }
-            ASSERT_EQ(chown(theirs.c_str(), somebodyElse, somebodyElse), 0);
-            ASSERT_EQ(chmod(theirs.c_str(), row.mode), 0);
+            giveAway(path.parent_path());
+            ASSERT_EQ(chmod(path.parent_path().c_str(), mode), 0);
         }
-        make("their file");
-        ASSERT_EQ(chown((folder / "their file").c_str(), somebodyElse, somebodyElse), 0);
-        fs::create_directories(folder / "everybody's");
-        make("everybody's/their file");
-        ASSERT_EQ(chown((folder / "everybody's" / "their file").c_str(), somebodyElse, somebodyElse), 0);
-        ASSERT_EQ(chown((folder / "everybody's").c_str(), somebodyElse, somebodyElse), 0);
-        ASSERT_EQ(chmod((folder / "everybody's").c_str(), 01777), 0);
+        giveAway(make("their file"));
         becomeOrdinary(root.path());
-        for (const Row& row : rows) {
-            EXPECT_EQ(move(folder / row.name), row.error) << row.name;
-            EXPECT_NE(isThere(folder / row.name), !row.error) << row.name;
+        for (const auto& [item, theirs, mode, error] : rows) {
+            EXPECT_EQ(move(folder / item), error) << item;
+            EXPECT_NE(isThere(folder / item), !error) << item;
         }
-        EXPECT_EQ(move(folder / "everybody's" / "their file"), TrashError::foreign);
-        EXPECT_EQ(mover.refusal(FileURL((folder / "everybody's" / "their file").string())), TrashError::foreign);
+        expectRefused(folder / "everybody's/their file", TrashError::foreign);
         EXPECT_EQ(move(folder / "their file"), std::nullopt);
     });
 }
 
 TEST_F(TrashTest, RefusesWhatIsProtected) {
-    fs::create_directories(folder / "sub");
-    const FileURL url = make("sub/file");
-    const int file = open(url.path().c_str(), O_RDONLY | O_CLOEXEC);
-    int flags = 0;
-    ioctl(file, FS_IOC_GETFLAGS, &flags);
-    int fixed = flags | FS_IMMUTABLE_FL;
-    const bool isPossible = ioctl(file, FS_IOC_SETFLAGS, &fixed) == 0;
-    const std::optional<TrashError> itself = isPossible ? move(url) : TrashError::isProtected;
-    const std::optional<TrashError> inside = isPossible ? move(folder / "sub") : TrashError::isProtected;
-    ioctl(file, FS_IOC_SETFLAGS, &flags);
-    close(file);
-    EXPECT_EQ(itself, TrashError::isProtected);
-    EXPECT_EQ(inside, TrashError::isProtected) << "could not be emptied";
-    if (!isPossible) {
-        GTEST_SKIP() << "nothing can be protected here";
-    }
+    const auto protect = [](const fs::path& path, bool isProtected) {
+        const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        int flags = 0;
+        ioctl(file.number(), FS_IOC_GETFLAGS, &flags);
+        flags = isProtected ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+        return ioctl(file.number(), FS_IOC_SETFLAGS, &flags) == 0;
+    };
+    onFileSystem("tmpfs", disk, [&] {
+        // One would be renamed, and could not be emptied; the other copied.
+        for (const fs::path& path : {make("sub/file"), write(disk / "sub/file")}) {
+            if (!protect(path, true)) {
+                impossibleHere();
+            }
+            const auto itself = move(path);
+            const auto around = move(path.parent_path());
+            protect(path, false);
+            EXPECT_EQ(itself, TrashError::isProtected) << path;
+            EXPECT_EQ(around, TrashError::isProtected) << path;
+        }
+    });
 }
 
 TEST_F(TrashTest, TellsWhatIsWrongWithTheTrash) {
-    const FileURL url = make("file");
+    const fs::path path = make("file");
+    const FileURL url(path.string());
     FreedesktopTrash homeless({FileURL((home / "none").string()), FileURL((home / "none/share").string())});
     EXPECT_EQ(homeless.move(url, fileStatus(url)->identity), TrashError::noHome);
     EXPECT_EQ(homeless.refusal(url), TrashError::noHome);
     EXPECT_FALSE(isThere(home / "none"));
 
-    fs::create_directories(trash.parent_path());
-    std::ofstream(trash) << "a file";
-    EXPECT_EQ(move(url), TrashError::noTrash);
+    write(trash, "a file");
+    EXPECT_EQ(move(path), TrashError::noTrash);
     fs::remove(trash);
     ASSERT_EQ(move(make("first")), std::nullopt);
     inPrivateMounts([&] {
         becomeOrdinary(root.path());
         for (const char* closed : {"info", "files"}) {
             fs::permissions(trash / closed, fs::perms::owner_read | fs::perms::owner_exec);
-            EXPECT_EQ(move(url), TrashError::noTrash) << closed;
-            EXPECT_EQ(mover.refusal(url), TrashError::noTrash) << closed;
+            expectRefused(path, TrashError::noTrash);
             fs::permissions(trash / closed, fs::perms::owner_all);
         }
         EXPECT_EQ(originsIn(trash).size(), 1U) << "no note is left";
-        rlimit few{3, 3};
+        const rlimit few{3, 3};
         ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
         EXPECT_EQ(mover.move(url, {}), TrashError::tooManyOpen);
     });
-    EXPECT_TRUE(isThere(url.path()));
 }
 
 TEST(TrashErrorText, NamesTheFileAndDiffersByReason) {
@@ -191,8 +168,8 @@ TEST(TrashErrorText, NamesTheFileAndDiffersByReason) {
         EXPECT_TRUE(text.contains(QStringLiteral("“100%1 a\uFFFD\uFFFDb”"))) << qPrintable(text);
         EXPECT_TRUE(text.endsWith(QLatin1Char('.'))) << qPrintable(text);
         texts.insert(text);
-        const QString shortened = trashErrorText(static_cast<TrashError>(i), FileURL("/" + std::string(255, 'n')));
-        EXPECT_LT(shortened.size(), 200);
+        const FileURL longName("/" + std::string(255, 'n'));
+        EXPECT_LT(trashErrorText(static_cast<TrashError>(i), longName).size(), 200);
     }
     EXPECT_EQ(texts.size(), static_cast<size_t>(count));
 }

@@ -1,5 +1,6 @@
-#include "Desktop/PrivateMounts.h"
 #include "FolderBrowser/FolderBrowser.h"
+
+#include "Desktop/PrivateMounts.h"
 #include "support/FakeDesktop.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryFolder.h"
@@ -39,23 +40,25 @@ protected:
     void settle() {
         ASSERT_TRUE(waitUntil([this] { return browser.folders().rowCount() > 0 || !browser.message().isEmpty(); }));
     }
+    void select(const char* name) { browser.select(browser.folders().rowOf(name)); }
     void enter(const char* name) {
         select(name);
         browser.enter();
         settle();
     }
-    void select(const char* name) { browser.select(browser.folders().rowOf(name)); }
     [[nodiscard]] std::string selected() const {
-        return browser.selectedRow() < 0
-                   ? std::string()
-                   : browser.folders().folders()[static_cast<std::size_t>(browser.selectedRow())].name;
+        const auto row = static_cast<std::size_t>(browser.selectedRow());
+        return browser.selectedRow() < 0 ? std::string() : browser.folders().folders()[row].name;
     }
-    /// Whether it tells this, of the folder that is shown or of a path that was typed.
+    /// Whether it comes to show this folder, to tell this of it, or of a path that is typed.
+    [[nodiscard]] bool arrivesAt(const FileURL& url) const {
+        return waitUntil([&] { return browser.location() == url; });
+    }
     [[nodiscard]] bool tells(const char* text) const {
         return waitUntil([&] { return browser.message() == QString::fromUtf8(text); });
     }
-    [[nodiscard]] bool tellsOfPath(const QString& path, const char* text) {
-        browser.goTo(path);
+    [[nodiscard]] bool tellsOfPath(const char* path, const char* text) {
+        browser.goTo(QString::fromUtf8(path));
         return waitUntil([&] { return browser.typedError() == QString::fromUtf8(text); });
     }
 
@@ -71,11 +74,9 @@ TEST_F(FolderBrowserTest, ChoosesTheFolderThatIsSelectedOrElseTheOneShown) {
     EXPECT_EQ(browser.location(), tree.url("home"));
     EXPECT_EQ(browser.choice(), QStringLiteral("Inicio"));
     browser.accept();
-    select("\xff\n");
-    EXPECT_EQ(answers, Answers{tree.url("home")});
-    EXPECT_FALSE(browser.isOpen());
     browser.accept();
-    EXPECT_EQ(answers.size(), 1U) << "once";
+    EXPECT_EQ(answers, Answers{tree.url("home")}) << "once";
+    EXPECT_FALSE(browser.isOpen());
 
     open(tree.url("home"));
     select("\xff\n");
@@ -121,7 +122,7 @@ TEST_F(FolderBrowserTest, FindsTheWayBackAndUp) {
     EXPECT_EQ(selected(), "Fotos 2");
 
     browser.goTo(QStringLiteral("/"));
-    ASSERT_TRUE(waitUntil([this] { return browser.location() == FileURL("/"); }));
+    ASSERT_TRUE(arrivesAt(FileURL("/")));
     EXPECT_FALSE(browser.canGoUp());
     browser.goUp();
     EXPECT_EQ(browser.location(), FileURL("/"));
@@ -137,33 +138,28 @@ TEST_F(FolderBrowserTest, HasPlacesToBeginFrom) {
     EXPECT_EQ(places, (std::vector<std::string>{"|Inicio|" + tree.path("home"), "|Música|" + tree.path("home/Música"),
                                                 "|Equipo|/", "Discos|other|" + tree.path("other")}));
     EXPECT_EQ(browser.currentPlace(), 0);
-    browser.goToPlace(3);
-    EXPECT_TRUE(tells("No hay carpetas dentro de esta."));
-    EXPECT_EQ(browser.location(), tree.url("other"));
-    EXPECT_EQ(browser.currentPlace(), 3);
-    browser.goToPlace(4);
-    browser.goToPlace(-1);
-    EXPECT_EQ(browser.location(), tree.url("other"));
+    for (const int row : {3, 4, -1}) {
+        browser.goToPlace(row);
+        EXPECT_TRUE(tells("No hay carpetas dentro de esta."));
+        EXPECT_EQ(browser.location(), tree.url("other"));
+        EXPECT_EQ(browser.currentPlace(), 3);
+    }
 }
 
 TEST_F(FolderBrowserTest, GoesWhereATextSaysOrTellsWhyNot) {
     tree.text("home/file", "");
     open();
     const int rows = browser.folders().rowCount();
-    const std::pair<QString, const char*> wrong[] = {
-        {QStringLiteral("~/gone"), "No existe ninguna carpeta con esa ruta."},
-        {QStringLiteral("~/file"), "Esa ruta no es de una carpeta."},
-        {QStringLiteral(" "), "No existe ninguna carpeta con esa ruta."},
-    };
-    for (const auto& [text, error] : wrong) {
+    for (const auto& [text, error] : {std::pair("~/gone", "No existe ninguna carpeta con esa ruta."),
+                                      std::pair("~/file", "Esa ruta no es de una carpeta."),
+                                      std::pair(" ", "No existe ninguna carpeta con esa ruta.")}) {
         EXPECT_TRUE(tellsOfPath(text, error)) << error;
         EXPECT_EQ(browser.location(), tree.url("home"));
         EXPECT_EQ(browser.folders().rowCount(), rows) << "what was shown stays";
         EXPECT_FALSE(browser.canGoBack());
     }
-    browser.goTo(QStringLiteral("~/Fotos 2"));
-    ASSERT_TRUE(waitUntil([this] { return browser.location() == tree.url("home/Fotos 2"); }));
-    EXPECT_EQ(browser.typedError(), QString());
+    EXPECT_TRUE(tellsOfPath("~/Fotos 2", ""));
+    ASSERT_TRUE(arrivesAt(tree.url("home/Fotos 2")));
     EXPECT_EQ(browser.folders().rowCount(), 1);
     EXPECT_TRUE(browser.canGoBack());
 
@@ -193,8 +189,8 @@ TEST_F(FolderBrowserTest, FindsNamesByTheirFirstLetters) {
 
 TEST_F(FolderBrowserTest, SaysWhatHappenedToAFolder) {
     open(tree.url("gone"));
-    ASSERT_TRUE(waitUntil([this] { return browser.folders().rowCount() > 0; }));
-    EXPECT_EQ(browser.location(), tree.url("home")) << "a start that is gone";
+    ASSERT_TRUE(arrivesAt(tree.url("home"))) << "a start that is gone";
+    settle();
 
     fs::remove(tree.path("home/Fotos 10"));
     enter("Fotos 10");
@@ -203,7 +199,7 @@ TEST_F(FolderBrowserTest, SaysWhatHappenedToAFolder) {
     browser.accept();
     EXPECT_TRUE(browser.isOpen());
     browser.goBack();
-    ASSERT_TRUE(waitUntil([this] { return browser.folders().rowCount() > 0; }));
+    settle();
     EXPECT_EQ(browser.folders().rowOf("Fotos 10"), -1);
 
     for (const char* const folder : {"", "home", "home/Música"}) {
@@ -222,15 +218,15 @@ TEST_F(FolderBrowserTest, StaysUsableBesideAFolderThatDoesNotAnswer) {
     inPrivateMounts([this] {
         const int server = mountSilentDisk(tree.path("home/silent"));
         open();
-        EXPECT_GE(browser.folders().rowOf("silent"), 0) << "beside a link into it";
         for (int round = 0; round < 2; ++round) {
+            EXPECT_GE(browser.folders().rowOf("silent"), 0) << "beside a link into it";
             select("silent");
             browser.enter();
             EXPECT_TRUE(tells(message));
-            EXPECT_TRUE(tellsOfPath(QStringLiteral("~/silent"), message));
+            EXPECT_TRUE(tellsOfPath("~/silent", message));
             EXPECT_EQ(browser.choice(), QString());
             browser.goBack();
-            EXPECT_TRUE(waitUntil([this] { return browser.folders().rowCount() > 0; }));
+            settle();
         }
         EXPECT_LE(std::distance(fs::directory_iterator("/proc/self/task"), fs::directory_iterator()), 4)
             << "it is asked once, and the link once";

@@ -40,7 +40,7 @@ protected:
         Listed lines;
         for (const JunkItem& item : JunkScanner::scan(junkPlaces(paths), applications, {}).items) {
             EXPECT_EQ(item.size % 4096, 0);
-            EXPECT_EQ(item.isSafeForBulk, item.kind != JunkKind::leftover);
+            EXPECT_FALSE(item.isSafeForBulk && item.kind == JunkKind::leftover);
             lines.push_back(JunkKinds::rawValue(item.kind).toStdString() + " · " + item.origin.toStdString() + " " +
                             item.url.path().substr(tree.path().size() + 1) + " " + std::to_string(item.size / 4096));
         }
@@ -295,10 +295,10 @@ TEST_F(JunkScannerTest, OffersNothingOfARealDesktopButWhatMayGo) {
         offered.push_back(line.substr(line.rfind('/') + 1));
     }
     std::sort(offered.begin(), offered.end());
-    EXPECT_EQ(offered,
-              (Listed{"JuegoViejo 1", "Olvidado 1", "a 1", "fontconfig 1", "go-build 1", "google-chrome 1",
-                      "mesa_shader_cache 1", "mozilla 1", "org.gone.App 1", "pip 1", "thumbnails 1", "yarn 1"}))
-        << "the file called a is a log of the X server";
+    EXPECT_EQ(offered, (Listed{"JuegoViejo 1", "Olvidado 1", "a 1", "a 1", "a 1", "fontconfig 1", "go-build 1",
+                               "google-chrome 1", "mesa_shader_cache 1", "mozilla 1", "org.gone.App 1", "pip 1",
+                               "thumbnails 1", "yarn 1"}))
+        << "the files called a are a log of the X server, and what evolution and Poetry keep beside what they need";
 }
 
 TEST_F(JunkScannerTest, OneQuestionThatIsNotAnsweredHoldsUpNoOther) {

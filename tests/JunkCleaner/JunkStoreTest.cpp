@@ -16,6 +16,7 @@ class JunkStoreTest : public testing::Test {
 protected:
     JunkStoreTest() {
         folders.folders.home = tree.url("home");
+        folders.folders.systemRoot = tree.url("system");
         folders.folders.cacheHome = tree.url("home/.cache");
         folders.folders.configHome = tree.url("home/.config");
         for (int i = 1; i <= 10; ++i) {
@@ -115,6 +116,7 @@ TEST_F(JunkStoreTest, AsksBeforeItCleans) {
 TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
     scan();
     trash.refused = {cache(2), cache(5), cache(9)};
+    trash.reasons[cache(5)] = TrashError::gone;
     store->cleanSelected();
     std::vector<int> steps;
     QObject::connect(store.get(), &JunkStore::cleaningChanged, [&] { steps.push_back(store->cleanedCount()); });
@@ -123,6 +125,40 @@ TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
     EXPECT_EQ(store->count(), 4);
     EXPECT_EQ(store->selected(), (JunkStore::Selection{cache(2), cache(5), cache(9)}));
     EXPECT_EQ(store->message(), QStringLiteral("Limpieza parcial: 3 elementos no se pudieron mover."));
+    EXPECT_EQ(store->messageReasons(), QStringLiteral("No tienes permiso: 2\nYa no existe: 1"));
+    store->clearMessage();
+    EXPECT_EQ(store->messageReasons(), QString());
+}
+
+/// Applications that are listed when the test says so, the first time with the one whose folder is a leftover later.
+struct SlowApplications final : InstalledApplications {
+    [[nodiscard]] InstalledNames names() const override {
+        const bool isFirst = began++ == 0;
+        (isFirst ? first : second).acquire();
+        InstalledNames installed;
+        installed.programs.resize(isFirst ? 1 : 0, QStringLiteral("Olvidado"));
+        return installed;
+    }
+    mutable std::atomic<int> began = 0;
+    mutable std::binary_semaphore first{0};
+    mutable std::binary_semaphore second{0};
+};
+
+TEST_F(JunkStoreTest, KeepsTheListOfTheScanThatEndsLater) {
+    for (const bool isInOrder : {true, false}) {
+        const auto applications = std::make_shared<SlowApplications>();
+        JunkStore twice({dialogs, trash, fileManager, folders, applications});
+        twice.scan();
+        ASSERT_TRUE(waitUntil([&] { return applications->began == 1; }));
+        twice.scan();
+        ASSERT_TRUE(waitUntil([&] { return applications->began == 2; }));
+        (isInOrder ? applications->first : applications->second).release();
+        ASSERT_TRUE(waitUntil([&] { return twice.count() == (isInOrder ? 10 : 11); }));
+        EXPECT_FALSE(twice.isScanning());
+        (isInOrder ? applications->second : applications->first).release();
+        EXPECT_TRUE(waitUntil([&] { return twice.count() == (isInOrder ? 11 : 10); }));
+        EXPECT_EQ(twice.selected().size(), 10U);
+    }
 }
 
 TEST_F(JunkStoreTest, MovesOneAfterTheOtherAndNeverOnTheMainThread) {

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr KeepList lists[] = {KeepList::caches, KeepList::temporary, KeepList::support};
+constexpr KeepList lists[] = {KeepList::caches, KeepList::temporary, KeepList::support, KeepList::personal};
 
 bool isKept(KeepList list, const std::string& name) {
     return !reasonToKeep(list, name).empty();
@@ -43,8 +43,10 @@ TEST(KeepTable, KeepsWhatItsPatternsMeanAndNoMore) {
 /// What nobody could make again, and what running programs would miss at once.
 TEST(KeepTable, KeepsWhatIsDearest) {
     const std::vector<const char*> names[] = {
-        {"evolution", "rclone", "JetBrains", "keepassxc", "nvim", "emacs", "pypoetry", "ksycoca5_es_x", "x.kcache"},
-        {"ssh-x", "gpg-x", "dbus-x", "tmux-1000", "systemd-private-x", "snap.x", "lu1.tmp", "mozilla_x", "pulse-x"},
+        {"evolution", "rclone", "JetBrains", "keepassxc", "nvim", "emacs", "pypoetry", "ksycoca5_es_x", "x.kcache",
+         "simple-scan", "mypaint", "inkscape", "xournalpp", "FreeCAD", "huggingface", "ncspot", "zsh", "x.kdbx"},
+        {"ssh-x", "gpg-x", "dbus-x", "tmux-1000", "systemd-private-x", "snap.x", "lu1.tmp", "mozilla_x", "pulse-x",
+         "audacity-me", "wireshark_eth0", "krb5cc_1000", "notes.swp", "1_autosave.blend"},
         {"Trash",
          "keyrings",
          "kwalletd",
@@ -73,8 +75,10 @@ TEST(KeepTable, KeepsWhatIsDearest) {
          "joplin-desktop",
          "calibre",
          "Code"},
+        {"KeePassXC", "Bitwarden", "thunderbird", "telegram", "Steam", "Authenticator", "ollama", "gnucash",
+         "contacts"},
     };
-    for (std::size_t i = 0; i < std::size(lists); ++i) {
+    for (std::size_t i = 0; i < std::size(names); ++i) {
         for (const char* const name : names[i]) {
             EXPECT_TRUE(isKept(lists[i], name)) << name;
         }
@@ -82,9 +86,11 @@ TEST(KeepTable, KeepsWhatIsDearest) {
     const std::vector<const char*> others[] = {
         {"mozilla", "google-chrome", "thumbnails", "pip", "fontconfig", "mesa_shader_cache", "my.kcache.bak"},
         {"systemd", "snapshot", "lu.txt", "blu1.tmp", "screenshots", "temperature", "old-download.iso"},
-        {"pulseview", "chromium-clone", "google-earth", "autokey", "krita", "kdenlive", "gnomeish", "menu"},
+        {"pulseview", "chromium-clone", "google-earth", "autokey", "krita", "kdenlive", "gnomeish", "menu", "gimp",
+         "GIMP", "vlc", "transmission", "rhythmbox", "gedit", "okular", "blender", "audacity", "clementine"},
+        {"applications", "dconf", "gnome-shell", "icons", "kdeglobals", "xfce4", "org.gnome.Maps"},
     };
-    for (std::size_t i = 0; i < std::size(lists); ++i) {
+    for (std::size_t i = 0; i < std::size(others); ++i) {
         for (const char* const name : others[i]) {
             EXPECT_FALSE(isKept(lists[i], name)) << name;
         }

@@ -34,6 +34,7 @@ TEST(Leftovers, AreWhatMatchesNothingInstalled) {
                      QStringLiteral("--")};
     names.programs = {QStringLiteral("id"),          QStringLiteral("ar"),    QStringLiteral("gimp-2.10"),
                       QStringLiteral("org.kde.Foo"), QStringLiteral("Müsli"), QStringLiteral("vlc")};
+    names.words = {QStringLiteral("JetBrains"), QStringLiteral("gimp-data")};
     names.identifiers.insert("org.example.Player");
     const InstalledAppTokens tokens(names);
     const std::pair<const char16_t*, bool> rows[] = {
@@ -52,6 +53,8 @@ TEST(Leftovers, AreWhatMatchesNothingInstalled) {
         {u"mu\u0308sli", false},  // the same name, spelt in two characters
         {u"org.kde.foo", false},  // an entry's identifier
         {u"Unrelated", true},
+        {u"jetbrains", false},        // a maker's name
+        {u"JetBrainsToolbox", true},  // which counts as a whole only
     };
     for (const auto& [name, orphaned] : rows) {
         EXPECT_EQ(tokens.isOrphaned(QString::fromUtf16(name)), orphaned) << QString::fromUtf16(name).toStdString();
@@ -68,13 +71,33 @@ TEST(DesktopEntry, NamesItsApplication) {
          "[Desktop Action new]\nName=Otro\nExec=other\n",
          {text("Visor"), text("eog"), text("Eog")}},
         {"[Desktop Entry]\nExec=env -i LANG=C \"A=b c\" \"/opt/My App/run me\" --x\n", {text("run me")}},
-        {"[Desktop Entry]\nExec=/usr/bin/env\n", {QString()}},
-        {"garbage\n=\n[Desktop Entry\nName=no\n[Desktop Entry]\r\n Name = Sí \r\nExec=\n", {text("Sí"), QString()}},
+        {"[Desktop Entry]\nExec=/usr/bin/env\n", {}},
+        {"garbage\n=\n[Desktop Entry\nName=no\n[Desktop Entry]\r\n Name = Sí \r\nExec=\n", {text("Sí")}},
         {"", {}},
     };
     for (const auto& [contents, names] : rows) {
         EXPECT_EQ(namesInDesktopEntry(contents), names) << contents;
     }
+}
+
+TEST(DesktopEntry, FindsTheProgramBehindItsWrappers) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"env -u X LANG=C /usr/bin/foo %U", "foo"},
+        {"/usr/bin/flatpak run --branch=stable --command=player --file-forwarding org.x.Player @@u %U @@",
+         "player org.x.Player"},
+        {"/snap/bin/snap run spotify %U", "spotify"},
+        {"sh -c \"cd /opt/x && exec ./runner --flag; other\"", "runner other"},
+        {"bash /opt/tool/start.sh", "start.sh start"},
+        {"sudo -u me nice -n 5 firejail --quiet viewer", "viewer"},
+        {"python3 -W ignore /usr/share/app/main-app.py", "main-app.py main-app"},
+        {"java -cp a.jar:b.jar -jar /opt/x/Tool.jar", "Tool.jar Tool"},
+        {"env", ""},
+    };
+    for (const auto& [line, programs] : rows) {
+        EXPECT_EQ(programsOf(QString::fromUtf8(line)).join(QLatin1Char(' ')), QString::fromUtf8(programs)) << line;
+    }
+    EXPECT_EQ(piecesOfIdentifier(QStringLiteral("com.github.wwmm.easy_effects-git.Client")).join(QLatin1Char(' ')),
+              QStringLiteral("wwmm easy effects"));
 }
 
 TEST(PropertyList, NamesItsBundle) {
@@ -109,14 +132,29 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     tree.text("huge", std::string(3U << 20U, 'x') + "\n[Desktop Entry]\nName=Hidden far behind\n");
     tree.link("system/usr/share/applications/huge.desktop", tree.path("huge"));
     tree.folder("home/.local/share/flatpak/app/org.x.Game");
-    tree.text("system/usr/bin/gimp", "");
     tree.text("system/usr/bin/readme", "");
-    ASSERT_EQ(chmod(tree.path("system/usr/bin/gimp").c_str(), 0755), 0);
+    tree.text("system/var/lib/dpkg/status",
+              "Package: viewer\nStatus: install ok installed\n\nPackage: removed\nStatus: deinstall ok config-files\n");
+    tree.text("system/var/lib/snapd/snaps/notepad_17.snap", "");
+    tree.text("home/Downloads/Krita-5.2-x86_64.appimage", "");
+    tree.text("home/.local/share/Steam/steamapps/libraryfolders.vdf",
+              "\"libraryfolders\" { \"0\" {\n\"path\"\t\t\"" + tree.path("games") + "\"\n} }");
+    tree.text("games/steamapps/appmanifest_400.acf",
+              "\"AppState\" {\n\"name\"\t\"Portal 2\"\n\"installdir\" \"Portal Two\"\n}");
+    tree.text("home/.config/lutris/games/quake-1699.yml", "");
+    tree.text("home/.config/heroic/gog_store/installed.json",
+              R"({"installed":[{"install_path":"/g/Gone Home","x":[1]}]})");
+    for (const char* const own :
+         {"system/usr/bin/gimp", "home/.cargo/bin/ripper", "home/.local/share/gem/ruby/3.1.0/bin/gemmy"}) {
+        tree.text(own, "");
+        ASSERT_EQ(chmod(tree.path(own).c_str(), 0755), 0);
+    }
 
     UserFolderPaths paths;
     paths.home = tree.url("home");
     paths.systemRoot = tree.url("system");
     paths.dataHome = tree.url("home/.local/share");
+    paths.configHome = tree.url("home/.config");
     ApplicationFolders folders = applicationFolders(paths);
     // What the machine has installed is not what this is about.
     const auto isElsewhere = [&](const FileURL& url) { return !isAtOrBelow(url.path(), tree.path()); };
@@ -130,13 +168,19 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     std::sort(bundles.begin(), bundles.end());
     EXPECT_EQ(bundles, (std::vector<QString>{QStringLiteral("Bare"), QStringLiteral("Photo Editor"),
                                              QStringLiteral("PhotoEditor-Pro")}));
-    for (const char* const name : {"Archivos", "nautilus", "Nautilus", "org.gnome.Nautilus", "kde-konsole", "P",
-                                   "Player", "pipe", "huge", "gimp"}) {
+    for (const char* const name :
+         {"Archivos", "nautilus", "Nautilus", "org.gnome.Nautilus", "kde-konsole", "P", "Player", "pipe", "huge",
+          "gimp", "ripper", "gemmy", "notepad", "Krita-5.2-x86_64", "Portal 2", "Portal Two", "quake", "Gone Home"}) {
         EXPECT_TRUE(has(name)) << name;
     }
     for (const char* const name : {"readme", "Hidden far behind", "Nested"}) {
         EXPECT_FALSE(has(name)) << name;
     }
+    const auto hasWord = [&](const char* word) {
+        return std::count(names.words.begin(), names.words.end(), QString::fromUtf8(word)) > 0;
+    };
+    EXPECT_TRUE(hasWord("konsole") && hasWord("Krita") && hasWord("viewer"));
+    EXPECT_FALSE(hasWord("removed") || hasWord("gnome")) << "only settings are left; what many have in common";
     EXPECT_TRUE(names.identifiers.contains("org.x.Game"));
     EXPECT_TRUE(names.identifiers.contains("org.x.Player"));
 }

@@ -51,9 +51,10 @@ protected:
     [[nodiscard]] bool isTicked(const char* name) const { return driver.find(name, box)->state().checked; }
 
     /// Has what is asked about cleaned, and reads the message and the rows that are left.
-    void clean(const char* message, const Texts& rows) {
+    void clean(const char* message, const Texts& rows, const char* reasons = "") {
         ASSERT_TRUE(driver.press("Limpiar"));
         ASSERT_TRUE(driver.waitFor(message, dialog));
+        EXPECT_EQ(driver.names(dialog, QAccessible::Description), Texts{reasons});
         ASSERT_TRUE(driver.press("Aceptar"));
         ASSERT_TRUE(driver.waitForNoDialog());
         EXPECT_TRUE(waitUntil([&] { return driver.names(list) == rows; }));
@@ -74,10 +75,12 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     open();
     EXPECT_EQ(driver.names(list), (Texts{"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB",
                                          "Xorg.0.log, 102 KB"}));
-    EXPECT_EQ(
-        driver.names(list, QAccessible::Description),
-        (Texts{"Caché · navegador, 1 de 4", "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, 2 de 4",
-               "Caché · Editor, 3 de 4", "Registro · log, 4 de 4"}));
+    EXPECT_EQ(driver.names(list, QAccessible::Description),
+              (Texts{"Caché · navegador, " + tree.path("home/.cache") + ", 1 de 4",
+                     "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") +
+                         ", 2 de 4",
+                     "Caché · Editor, " + tree.path("home/Library/Caches") + ", 3 de 4",
+                     "Registro · log, " + tree.path("home/.local/share/xorg") + ", 4 de 4"}));
     for (const char* const text :
          {"Cachés, registros, temporales y posibles restos de apps", "ENCONTRADOS", "4", "SELECCIONADO", "1,3 MB",
           "BAJO RIESGO", "3", "Los “posibles restos” no se limpian automáticamente."}) {
@@ -129,7 +132,8 @@ TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
     ASSERT_TRUE(driver.press("Limpiar seleccionados"));
     fs::remove(tree.path("home/.local/share/xorg/Xorg.0.log"));
     clean("Limpieza parcial: 2 elementos no se pudieron mover.",
-          {"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "Xorg.0.log, 102 KB"});
+          {"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "Xorg.0.log, 102 KB"},
+          "No tienes permiso: 1\nYa no existe: 1");
     EXPECT_TRUE(isTicked("navegador"));
     EXPECT_TRUE(isTicked("Xorg.0.log"));
     EXPECT_TRUE(fs::exists(tree.path("home/.cache/navegador/a")));
@@ -153,6 +157,15 @@ TEST_F(JunkJourney, ByKeyboardAlone) {
     driver.key(Qt::Key_Return);
     EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/Library/Caches/com.example.Editor")});
     EXPECT_TRUE(driver.waitFor("717 KB"));
+    // From the list to the button, through the question and the message, with keys alone.
+    ASSERT_TRUE(driver.tabTo("Limpiar seleccionados"));
+    driver.key(Qt::Key_Space);
+    ASSERT_TRUE(driver.waitFor("¿Mover 3 elementos a la Papelera?", dialog));
+    driver.key(Qt::Key_Return);
+    ASSERT_TRUE(driver.waitFor("Limpieza completada.", dialog));
+    driver.key(Qt::Key_Return);
+    EXPECT_TRUE(waitUntil([&] { return driver.names(list) == Texts{"navegador, 1 MB"}; }));
+    EXPECT_TRUE(fs::exists(inTrash("files/org.ejemplo.Pintura/a")));
 }
 
 TEST_F(JunkJourney, NothingToCleanAndQuickChangesOfScreen) {

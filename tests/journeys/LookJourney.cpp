@@ -1,6 +1,7 @@
 // What is seen rather than done: colours, symbols, bubbles, the places of panes.
 
 #include "FolderBrowser/FolderPlace.h"
+#include "Shell/Renderer.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "StorageOverview/StorageCategory.h"
@@ -47,6 +48,63 @@ TEST_F(LookJourney, WithoutAPreferenceThePaletteTellsTheColours) {
         colorScheme.prefer(ColorScheme::Preference::none);
     }
     QGuiApplication::setPalette(before);
+}
+
+/// Where the drawn part of a busy progress bar begins, seen for a while.
+std::set<qreal> placesOf(const QQuickItem& bar) {
+    std::set<qreal> places;
+    for (int i = 0; i < 6; ++i) {
+        places.insert(bar.childItems().constFirst()->x());
+        QTest::qWait(50);
+    }
+    return places;
+}
+
+TEST_F(LookJourney, AProgressBarStandsStillForThoseWhoAskForLessMotion) {
+    const auto bar = itemOf(app.engine(), R"(import Duskfern.Theme
+        ProgressBar { width: 100; height: 6 })");
+    EXPECT_GT(placesOf(*bar).size(), 2U);
+    colorScheme.reduceMotion(true);
+    EXPECT_EQ(placesOf(*bar), std::set<qreal>{36}) << "in the middle";
+    colorScheme.reduceMotion(false);
+    EXPECT_GT(placesOf(*bar).size(), 2U);
+    bar->setProperty("value", 0.5);
+    EXPECT_EQ(placesOf(*bar), std::set<qreal>{0});
+}
+
+TEST(Renderer, IsQtsOwnWhereNoCardCanBeOpened) {
+    const auto expectCard = [](bool isThere, const TemporaryFolder& devices, const char* what) {
+        EXPECT_EQ(hasGraphicsCard(devices.path()), isThere) << what;
+    };
+    const TemporaryFolder devices;
+    expectCard(false, devices, "nothing");
+    devices.text("dri/card0", "");
+    expectCard(false, devices, "a screen without a card");
+    devices.folder("dri/renderD128");
+    expectCard(false, devices, "one that cannot be opened");
+    devices.text("dri/renderD129", "");
+    expectCard(true, devices, "one of two");
+    for (const char* const name : {"nvidiactl", "dxg"}) {
+        const TemporaryFolder other;
+        other.text(name, "");
+        expectCard(true, other, name);
+    }
+}
+
+TEST(Renderer, IsLeftToTheUsersChoice) {
+    const QByteArray before = qgetenv("QT_QUICK_BACKEND");
+    for (const auto& [value, isChosen] : {std::pair("", false), std::pair("rhi", true)}) {
+        setenv("QT_QUICK_BACKEND", value, 1);
+        EXPECT_EQ(isRendererChosen(), isChosen) << value;
+    }
+    unsetenv("QT_QUICK_BACKEND");
+    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
+    EXPECT_TRUE(isRendererChosen());
+    unsetenv("LIBGL_ALWAYS_SOFTWARE");
+    EXPECT_FALSE(isRendererChosen());
+    if (!before.isNull()) {
+        qputenv("QT_QUICK_BACKEND", before);
+    }
 }
 
 TEST_F(LookJourney, TextsAndNumbersAreSpanishWhateverTheLocale) {
@@ -124,6 +182,8 @@ TEST(Symbols, AllHaveAPicture) {
     EXPECT_GT(names.size(), 35U);
     for (const QString& name : names) {
         const QImage image = SymbolProvider::image(name, Qt::red, 16);
+        EXPECT_EQ(image.cacheKey(), SymbolProvider::image(name, Qt::red, 16).cacheKey()) << "drawn once";
+        EXPECT_NE(image, SymbolProvider::image(name, Qt::blue, 16)) << qPrintable(name);
         EXPECT_FALSE(image.isNull() || image == SymbolProvider::image(name, Qt::transparent, 16)) << qPrintable(name);
     }
 }
@@ -190,6 +250,20 @@ TEST_F(BubbleMap, WhatIsPaintedIsWhatCanBeHit) {
                 EXPECT_EQ(button->contains(button->mapFromScene({x + 0.5, y + 0.5})), isInside) << x << ' ' << y;
             }
         }
+    }
+}
+
+TEST_F(BubbleMap, ColoursRunAcrossABubble) {
+    canvas.setProperty("to", QColor(Qt::blue));
+    const QImage image = paint("a", {400, 300});
+    const Bubble bubble = model.bubbles().front();
+    // From the top left of the square around the bubble to its bottom right. The middle has a symbol and a text.
+    for (const double place : {-0.3, -0.2, 0.2, 0.3}) {
+        const QColor color =
+            image.pixelColor(qRound(bubble.x + place * bubble.diameter), qRound(bubble.y + place * bubble.diameter));
+        EXPECT_NEAR(color.blueF(), 0.5 + place, 0.02) << place;
+        EXPECT_NEAR(color.redF(), 0.5 - place, 0.02) << place;
+        EXPECT_EQ(color.alpha(), 255) << place;
     }
 }
 

@@ -33,18 +33,6 @@ QAccessibleInterface* Driver::find(const Text& name, Role role) const {
     return found;
 }
 
-bool Driver::shows(const Text& name, Role role) const {
-    return find(name, role) != nullptr;
-}
-
-bool Driver::waitFor(const Text& name, Role role) const {
-    return waitUntil([&] { return shows(name, role); });
-}
-
-bool Driver::waitForNoDialog() const {
-    return waitUntil([&] { return names(QAccessible::Dialog).empty(); });
-}
-
 std::vector<std::string> Driver::names(Role role, QAccessible::Text kind) const {
     std::vector<std::string> all;
     visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {

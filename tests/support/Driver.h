@@ -29,11 +29,15 @@ public:
     [[nodiscard]] QAccessibleInterface* find(const Text& name, Role role) const;
 
     /// Whether `name` can be read anywhere, now or after some time.
-    [[nodiscard]] bool shows(const Text& name, Role role = QAccessible::StaticText) const;
-    [[nodiscard]] bool waitFor(const Text& name, Role role = QAccessible::StaticText) const;
+    [[nodiscard]] bool shows(const Text& name, Role role = QAccessible::StaticText) const { return find(name, role); }
+    [[nodiscard]] bool waitFor(const Text& name, Role role = QAccessible::StaticText) const {
+        return waitUntil([&] { return shows(name, role); });
+    }
 
     /// Whether no dialog is shown, now or after some time.
-    [[nodiscard]] bool waitForNoDialog() const;
+    [[nodiscard]] bool waitForNoDialog() const {
+        return waitUntil([&] { return names(QAccessible::Dialog).empty(); });
+    }
 
     /// Every visible and enabled name, or description, of a role, in the order in which they are read.
     [[nodiscard]] std::vector<std::string> names(Role role, QAccessible::Text kind = QAccessible::Name) const;

@@ -9,6 +9,7 @@
 #include "Desktop/Trash.h"
 #include "Desktop/UserFolders.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -79,7 +80,8 @@ struct FakeTrash final : Trash {
             onMove(url);
         }
         if (refused.contains(url)) {
-            return TrashError::noPermission;
+            const auto reason = reasons.find(url);
+            return reason == reasons.end() ? TrashError::noPermission : reason->second;
         }
         moved.push_back(url);
         identities.push_back(item);
@@ -93,6 +95,7 @@ struct FakeTrash final : Trash {
     std::vector<FileURL> moved;
     std::vector<FileIdentity> identities;
     std::set<FileURL> refused;
+    std::map<FileURL, TrashError> reasons;       ///< Why, where it is not a lack of permission.
     std::function<void(const FileURL&)> onMove;  ///< Called first, on the thread that moves.
 };
 
@@ -135,7 +138,13 @@ public:
         m_preference = preference;
         Q_EMIT preferenceChanged();
     }
+    [[nodiscard]] bool reducesMotion() const override { return m_reducesMotion; }
+    void reduceMotion(bool reduces) {
+        m_reducesMotion = reduces;
+        Q_EMIT reducesMotionChanged();
+    }
 
 private:
     Preference m_preference = Preference::light;
+    bool m_reducesMotion = false;
 };

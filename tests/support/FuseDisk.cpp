@@ -1,53 +1,27 @@
 #include "support/FuseDisk.h"
 
-#include <spawn.h>
 #include <sys/mount.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include <array>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <utility>
 
 FuseDisk::FuseDisk(std::string folder) : m_folder(std::move(folder)) {
     (void)mkdir(m_folder.c_str(), 0755);
-    start();
-    char answer = 0;
-    m_isMounted = m_server > 0 && read(m_control.number(), &answer, 1) == 1;
-}
-
-/// Starts the server, which sends a byte when the disk is mounted and ends when it cannot be.
-void FuseDisk::start() {
-    std::array<int, 2> ends{};
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-        return;
-    }
-    m_control.reset(ends[0]);
-    const Descriptor other(ends[1]);
-    posix_spawn_file_actions_t actions{};
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, other.number(), STDIN_FILENO);
-    std::string program = DUSKFERN_FUSE_SERVER;
-    const std::array<char*, 3> arguments{program.data(), m_folder.data(), nullptr};
-    if (posix_spawn(&m_server, program.c_str(), &actions, nullptr, arguments.data(), environ) != 0) {
-        m_server = -1;
-    }
-    posix_spawn_file_actions_destroy(&actions);
+    m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_server.start(QStringLiteral(DUSKFERN_FUSE_SERVER), {QString::fromStdString(m_folder)});
+    m_isMounted = isConfirmed();
 }
 
 FuseDisk::~FuseDisk() {
     for (const std::string& part : m_parts) {
         umount2(part.c_str(), MNT_DETACH);
     }
-    m_control.reset();
-    if (m_server > 0) {
-        kill(m_server, SIGCONT);
-        waitpid(m_server, nullptr, 0);
-    }
+    signal(SIGCONT);
+    m_server.closeWriteChannel();
+    m_server.waitForFinished(-1);
 }
 
 bool FuseDisk::mountPart(std::string_view relative, const std::string& folder) {
@@ -60,25 +34,30 @@ bool FuseDisk::mountPart(std::string_view relative, const std::string& folder) {
 }
 
 void FuseDisk::release() {
-    kill(m_server, SIGCONT);
-    tell(Order::Kind::release);
+    signal(SIGCONT);
+    tell("release");
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the disk does
 void FuseDisk::freeze() {
-    kill(m_server, SIGSTOP);
-    waitpid(m_server, nullptr, WUNTRACED);
+    signal(SIGSTOP);
+    waitpid(static_cast<pid_t>(m_server.processId()), nullptr, WUNTRACED);
+}
+
+void FuseDisk::signal(int number) {
+    if (m_server.processId() > 0) {
+        kill(static_cast<pid_t>(m_server.processId()), number);
+    }
 }
 
 /// Returns when the order is obeyed.
-void FuseDisk::tell(Order::Kind kind, int value, std::string_view path) {
-    const Order order{kind, value};
-    std::string message(sizeof order, '\0');
-    std::memcpy(message.data(), &order, sizeof order);
-    message += path;
-    char answer = 0;
-    if (write(m_control.number(), message.data(), message.size()) < 0 || read(m_control.number(), &answer, 1) != 1) {
-        std::fputs("the server of a FUSE disk has ended\n", stderr);
-        std::abort();
+void FuseDisk::tell(const char* order, int value, std::string_view path) {
+    m_server.write((std::string(order) + ' ' + std::to_string(value) + ' ' + std::string(path)).c_str());
+    if (!isConfirmed()) {
+        qFatal("the server of a FUSE disk has ended");
     }
+}
+
+/// Waits for the byte that the server sends when it has mounted the disk, and after each order.
+bool FuseDisk::isConfirmed() {
+    return m_server.waitForReadyRead() && m_server.read(1).size() == 1;
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Foundation/Descriptor.h"
-
-#include <sys/types.h>
+#include <QtCore/QProcess>
 
 #include <string>
 #include <string_view>
@@ -42,7 +40,7 @@ public:
     /// What is asked of this entry and all below it is not answered, until `release`. The empty path is the whole disk.
     /// A thread that waits cannot be ended meanwhile, not even with its process.
     void hang(std::string_view path, Operation operation = Operation::any) {
-        tell(Order::Kind::hang, static_cast<int>(operation), path);
+        tell("hang", static_cast<int>(operation), path);
     }
 
     /// Answers everything that was held back, and all to come.
@@ -53,23 +51,17 @@ public:
     void freeze();
 
     /// The status of this entry cannot be read: `error` instead, an errno.
-    void failStatus(std::string_view path, int error) { tell(Order::Kind::failStatus, error, path); }
+    void failStatus(std::string_view path, int error) { tell("fail", error, path); }
 
-    void set(Habit habit) { tell(Order::Kind::habit, static_cast<int>(habit)); }
-
-    /// What the program that serves a disk is told: this, followed by the path it is about.
-    struct Order {
-        enum class Kind { hang, release, failStatus, habit } kind;
-        int value;
-    };
+    void set(Habit habit) { tell("habit", static_cast<int>(habit)); }
 
 private:
-    void start();
-    void tell(Order::Kind kind, int value = 0, std::string_view path = {});
+    void signal(int number);
+    void tell(const char* order, int value = 0, std::string_view path = {});
+    [[nodiscard]] bool isConfirmed();
 
     std::string m_folder;
-    Descriptor m_control;
     std::vector<std::string> m_parts;
-    pid_t m_server = -1;
+    QProcess m_server;
     bool m_isMounted = false;
 };

@@ -4,97 +4,57 @@
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusVariant>
+#include <QtDBus/QDBusVirtualObject>
 
-#include <string>
-#include <string_view>
-#include <vector>
-
-/// What the services of the tests can do.
-constexpr const char* interfaces =
-    "<node>"
-    "<interface name='org.freedesktop.FileManager1'><method name='ShowItems'>"
-    "<arg type='as' direction='in'/><arg type='s' direction='in'/></method></interface>"
-    "<interface name='org.freedesktop.portal.Settings'><method name='Read'>"
-    "<arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='v' direction='out'/></method></interface>"
-    "<interface name='org.freedesktop.portal.FileChooser'><method name='OpenFile'>"
-    "<arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='a{sv}' direction='in'/>"
-    "<arg type='o' direction='out'/></method><property name='version' type='u' access='read'/></interface>"
-    "<interface name='org.freedesktop.portal.Request'><method name='Close'/></interface>"
-    "</node>";
-
-/// A service on the bus that keeps every call until the test answers it.
-class FakeService {
+/// A service on the bus that keeps every call of any of its objects until the test answers it.
+class FakeService : public QDBusVirtualObject {
 public:
-    FakeService(const char* address, const char* name, const char* path, const char* interface) {
-        const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-        m_bus.reset(g_dbus_connection_new_for_address_sync(address, flags, nullptr, nullptr, nullptr));
-        addObject(path, interface);
-        const GPtr<GVariant> owned(g_dbus_connection_call_sync(
-            m_bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-            g_variant_new("(su)", name, 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
-        EXPECT_NE(owned, nullptr);
+    FakeService(const QString& address, const QString& name)
+        : m_bus(QDBusConnection::connectToBus(address, connection())) {
+        EXPECT_TRUE(m_bus.registerVirtualObject(QString(u'/'), this, QDBusConnection::SubPath));
+        EXPECT_TRUE(m_bus.registerService(name));
     }
-    ~FakeService() {
+    ~FakeService() override {
         while (!m_calls.empty()) {
             fail();
         }
-        g_dbus_connection_close_sync(m_bus.get(), nullptr, nullptr);
+        QDBusConnection::disconnectFromBus(connection());
     }
-    FakeService(const FakeService&) = delete;
-    FakeService& operator=(const FakeService&) = delete;
+    Q_DISABLE_COPY_MOVE(FakeService)
 
+    /// The call that has waited longest; one of no method if none comes.
+    [[nodiscard]] QDBusMessage call() const {
+        waitUntil([this] { return !m_calls.empty(); });
+        return m_calls.value(0);
+    }
     [[nodiscard]] bool isCalled() const { return !m_calls.empty(); }
-    [[nodiscard]] bool isCalled(std::string_view method) const {
-        return isCalled() && method == g_dbus_method_invocation_get_method_name(m_calls.front().get());
-    }
-    [[nodiscard]] std::string caller() const { return g_dbus_method_invocation_get_sender(m_calls.front().get()); }
-    [[nodiscard]] std::string object() const { return g_dbus_method_invocation_get_object_path(m_calls.front().get()); }
-    [[nodiscard]] GVariant* arguments() const { return g_dbus_method_invocation_get_parameters(m_calls.front().get()); }
 
-    void answer(GVariant* value) {
-        g_dbus_method_invocation_return_value(m_calls.front().release(), value);
-        sent();
-    }
-    void fail() {
-        g_dbus_method_invocation_return_dbus_error(m_calls.front().release(), "org.duskfern.Refused", "refused");
-        sent();
-    }
+    void answer(const QVariantList& values) { send(m_calls.takeFirst().createReply(values)); }
+    void fail() { send(m_calls.takeFirst().createErrorReply(QStringLiteral("org.duskfern.Refused"), {})); }
 
-    /// Sends a signal, to one receiver or (null) to all.
-    void tell(const char* receiver, const char* path, const char* interface, const char* signal, GVariant* value) {
-        g_dbus_connection_emit_signal(m_bus.get(), receiver, path, interface, signal, value, nullptr);
-        g_dbus_connection_flush_sync(m_bus.get(), nullptr, nullptr);
-    }
+    /// Sends an answer or a signal.
+    void send(const QDBusMessage& message) { EXPECT_TRUE(m_bus.send(message)); }
 
-    /// One more object, whose calls are kept like those of the first.
-    void addObject(const char* path, const char* interface) {
-        GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(interfaces, nullptr);
-        const GDBusInterfaceVTable table = {onCall, onGet, nullptr, {}};
-        g_dbus_connection_register_object(m_bus.get(), path, g_dbus_node_info_lookup_interface(node, interface), &table,
-                                          this, nullptr, nullptr);
-        g_dbus_node_info_unref(node);
+    QString introspect(const QString& /*path*/) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
+        m_calls.append(message);
+        return true;
     }
-
-    guint32 version = 0;  ///< What the objects say of themselves.
 
 private:
-    void sent() {
-        m_calls.erase(m_calls.begin());
-        g_dbus_connection_flush_sync(m_bus.get(), nullptr, nullptr);
-    }
-    static GVariant* onGet(GDBusConnection*, const char*, const char*, const char*, const char*, GError**,
-                           gpointer service) {
-        return g_variant_new_uint32(static_cast<FakeService*>(service)->version);
-    }
-    static void onCall(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
-                       GDBusMethodInvocation* invocation, gpointer service) {
-        static_cast<FakeService*>(service)->m_calls.emplace_back(invocation);
-    }
+    static QString connection() { return QStringLiteral("service"); }
 
-    GObjectPtr<GDBusConnection> m_bus;
-    std::vector<GObjectPtr<GDBusMethodInvocation>> m_calls;
+    QDBusConnection m_bus;
+    QList<QDBusMessage> m_calls;
 };
+
+/// A value as a method returns it, or a signal carries it, that may be of any type.
+inline QVariant anything(const QVariant& value) {
+    return QVariant::fromValue(QDBusVariant(value));
+}
 
 /// Gives the tests a session bus of their own: nothing reaches the one of the desktop they are run from.
 class PrivateBusTest : public testing::Test {
@@ -117,5 +77,5 @@ protected:
         static GTestDBus* bus = nullptr;
         return bus;
     }
-    static const char* address() { return g_test_dbus_get_bus_address(dbus()); }
+    static QString address() { return QString::fromUtf8(g_test_dbus_get_bus_address(dbus())); }
 };

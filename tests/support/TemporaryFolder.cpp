@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -63,4 +64,20 @@ void TemporaryFolder::link(std::string_view relative, const std::string& target)
 
 void TemporaryFolder::fifo(std::string_view relative) const {
     check(mkfifo(place(relative).c_str(), 0600) == 0, path(relative));
+}
+
+std::string TemporaryFolder::deepFolder(std::string_view relative) const {
+    folder(relative);
+    std::string path = this->path(relative);
+    int at = open(path.c_str(), O_PATH | O_CLOEXEC);
+    for (const std::string& name : std::vector<std::string>(25, std::string(200, 'd'))) {
+        check(mkdirat(at, name.c_str(), 0755) == 0, path);
+        const int below = openat(at, name.c_str(), O_PATH | O_CLOEXEC);
+        close(at);
+        at = below;
+        path += '/' + name;
+    }
+    check(mkdirat(at, "end", 0755) == 0, path);
+    close(at);
+    return path + "/end";
 }

@@ -17,7 +17,7 @@ ListRow {
     signal toggled(row: int)
 
     function hint(): string {
-        return nameLabel.truncated || detail.truncated ? root.name + "\n" + detail.text : "";
+        return (nameLabel.truncated || detail.truncated ? root.name + "\n" + detail.text + "\n" : "") + root.folder;
     }
 
     Accessible.checkable: true
@@ -120,12 +120,6 @@ ListRow {
             text: reveal.text
             visible: reveal.hovered
         }
-    }
-
-    HoverTip {
-        text: root.folder
-        visible: root.hovered
-        x: nameLabel.x
     }
 
     Divider {

@@ -48,28 +48,11 @@ Window {
     onClosing: root.dialogs.answer(false)
     onFrameSwapped: root.seen = true
 
-    Binding {
-        property: "dark"
-        target: Theme
-        value: root.dark
-    }
-
-    Binding {
-        property: "windowHeight"
-        target: Theme
-        value: root.height
-    }
-
-    Binding {
-        property: "keyboard"
-        target: Theme
-        value: focusWatcher.keyboard
-    }
-
-    Binding {
-        property: "still"
-        target: Theme
-        value: root.reducesMotion
+    WindowLook {
+        dark: root.dark
+        keyboard: focusWatcher.keyboard
+        still: root.reducesMotion
+        windowHeight: root.height
     }
 
     FocusWatcher {

@@ -22,8 +22,6 @@ Item {
     property real leftInset: 6
     property real rightInset: 6
 
-    readonly property alias hovered: pointer.containsMouse
-
     signal pressed(row: int)
     signal opened(row: int)
 

@@ -3,6 +3,7 @@
 #include "SpaceMap/BubbleLayout.h"
 #include "SpaceScan/FileCategory.h"
 
+#include <QtCore/QStringList>
 #include <QtGui/QFont>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>

@@ -41,18 +41,6 @@ struct Root {
     std::uint8_t marks = 0;  ///< By the name of the folder itself.
 };
 
-/// The path of a folder relative to its root.
-std::string pathOf(const WalkFolder& folder) {
-    std::string path(folder.pathLength, '/');
-    std::size_t end = path.size();
-    for (const WalkFolder* at = &folder; at->parent != nullptr; at = at->parent.get()) {
-        end -= at->name.size();
-        std::copy(at->name.begin(), at->name.end(), path.begin() + static_cast<std::ptrdiff_t>(end));
-        end -= end > 0 ? 1 : 0;
-    }
-    return path;
-}
-
 /// The marks of a folder as the walk keeps them: a pointer to their value.
 void* tagOf(std::uint8_t marks) {
     static auto values = [] {
@@ -70,7 +58,6 @@ public:
         : m_roots(roots), m_sums(roots.size()), m_hasSign(roots.size()) {}
 
     void beginFolder(const WalkFolder& folder) override {
-        finishFolder();
         m_folder = &folder;
         m_root = folder.root;
         m_look = m_hasSign[m_root] != 0 ? ContentLook::byName : m_roots[m_root].look;
@@ -120,8 +107,7 @@ public:
 
     void unreadable() override {}
 
-    /// To be called after the walk.
-    void finishFolder() {
+    void endFolder() override {
         if (m_look == ContentLook::localBuilds && (m_isBuiltHere || (m_hasArtifact && !m_isFetched))) {
             found(Test::none, {});
         }
@@ -153,7 +139,7 @@ private:
             m_hasSign[m_root] = 1;
             m_look = ContentLook::byName;
         } else if (m_questions.size() < maximumQuestions) {
-            m_questions.push_back({m_root, {}, pathOf(*m_folder), std::string(name), test});
+            m_questions.push_back({m_root, {}, m_folder->path(), std::string(name), test});
         }
     }
 
@@ -267,7 +253,6 @@ std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates, 
         walk.run(walkVisitors);
         late = walk.lateAnswer();
         for (ContentVisitor& visitor : visitors) {
-            visitor.finishFolder();
             for (std::size_t i = 0; i < roots.size(); ++i) {
                 JunkCandidate& candidate = candidates[roots[i].candidate];
                 candidate.item.size = checkedSum(candidate.item.size, visitor.sums()[i]);

@@ -43,6 +43,8 @@ Rectangle {
         root.closed();
     }
 
+    Accessible.name: "Menú"
+    Accessible.role: Accessible.MenuBar
     color: Theme.sidebar
     implicitHeight: title.implicitHeight + 4
 
@@ -53,36 +55,17 @@ Rectangle {
         width: parent.width
     }
 
-    Pressable {
+    MainMenuTitle {
         id: title
 
-        Accessible.role: Accessible.MenuItem
         anchors.verticalCenter: parent.verticalCenter
-        implicitHeight: Math.ceil(contentItem.implicitHeight) + 8
-        implicitWidth: contentItem.implicitWidth + 20
+        height: implicitHeight
+        open: root.open
         text: "Archivo"
+        width: implicitWidth
         x: 6
 
-        Keys.onDownPressed: root.toggle()
         onClicked: root.toggle()
-
-        background: Rectangle {
-            color: Theme.tint(Theme.primary, root.open || title.down ? 0.12 : title.hovered ? 0.07 : 0)
-            radius: 5
-
-            FocusRing {
-                cornerRadius: 6
-                inset: -1
-                shown: title.activeFocus
-            }
-        }
-        contentItem: Label {
-            Accessible.ignored: true
-            font.pixelSize: Theme.callout
-            horizontalAlignment: Text.AlignHCenter
-            text: title.text
-            verticalAlignment: Text.AlignVCenter
-        }
     }
 
     // Loaded when it is first opened, because that takes time and memory. Given as a file, because the type of an inline

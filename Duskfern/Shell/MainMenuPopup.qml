@@ -18,6 +18,7 @@ T.Menu {
     margins: 4
     modal: false
     padding: 5
+    title: root.bar.name
 
     // Closes when another item takes the focus; later, because the change may come from the menu's own closing.
     onActiveFocusChanged: {
@@ -40,8 +41,6 @@ T.Menu {
         radius: 9
     }
     contentItem: ListView {
-        Accessible.name: root.bar.name
-        Accessible.role: Accessible.PopupMenu
         currentIndex: root.currentIndex
         implicitHeight: contentHeight
         interactive: false

@@ -52,22 +52,11 @@ Window {
     onBlockedChanged: root.restoreFocus()
     onClosing: root.dialogs.answer(false)
 
-    Binding {
-        property: "dark"
-        target: Theme
-        value: root.dark
-    }
-
-    Binding {
-        property: "keyboard"
-        target: Theme
-        value: focusWatcher.keyboard
-    }
-
-    Binding {
-        property: "still"
-        target: Theme
-        value: root.reducesMotion
+    WindowLook {
+        dark: root.dark
+        keyboard: focusWatcher.keyboard
+        still: root.reducesMotion
+        windowHeight: root.height
     }
 
     FocusWatcher {
@@ -127,6 +116,13 @@ Window {
             store: root.store
             width: parent.width
         }
+    }
+
+    HintTip {}
+
+    WindowAnnouncer {
+        screens: root.screens
+        store: root.store
     }
 
     // Loaded when it is first needed, because that takes time and memory. Given as a file, because the type of an inline

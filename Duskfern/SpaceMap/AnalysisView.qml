@@ -36,7 +36,7 @@ Item {
     Item {
         id: titleRow
 
-        height: overview.height + 4
+        height: Math.max(overview.height, search.height) + Theme.inset(4)
         width: parent.width
 
         Column {
@@ -50,7 +50,9 @@ Item {
 
             Label {
                 font.bold: true
-                font.pixelSize: Theme.title
+                font.pixelSize: Theme.compact ? Theme.body : Theme.title
+                // Less than its implicit height where it shrinks.
+                height: contentHeight
                 text: "Tu almacenamiento, de un vistazo"
                 width: parent.width
             }
@@ -58,6 +60,7 @@ Item {
             Label {
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
+                height: contentHeight
                 text: StatusTexts.analysis(root.store.isScanning, counter.count, root.store.skippedCount)
                 width: parent.width
             }
@@ -70,7 +73,7 @@ Item {
             anchors.verticalCenter: overview.verticalCenter
             placeholderText: "Buscar archivos"
             value: root.store.search
-            width: 230
+            width: Math.max(230, implicitWidth)
 
             onEdited: text => root.store.search = text
         }
@@ -82,7 +85,7 @@ Item {
         readonly property real cardWidth: (width - 2 * spacing) / 3
 
         anchors.top: titleRow.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: Theme.inset(14)
         spacing: 10
         width: parent.width
 
@@ -114,11 +117,13 @@ Item {
     SplitPane {
         anchors.bottom: parent.bottom
         anchors.top: metrics.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: Theme.inset(14)
+        dividerName: "Ancho de la lista de archivos"
         gap: 12
-        idealFirst: Math.max(430, 0.42 * room)
-        minimumFirst: 360
-        minimumSecond: 430
+        // At most as wide as a row is read.
+        idealFirst: Math.max(430, Math.min(0.42 * room, 960))
+        minimumFirst: Theme.compact ? 430 : 360
+        minimumSecond: Theme.compact ? 300 : 430
         width: parent.width
 
         first: FileListView {

@@ -25,8 +25,8 @@ Item {
     ScreenHeader {
         id: header
 
+        isPath: root.store.hasRoot
         subtitle: root.store.hasRoot ? root.store.rootPath : "Elige una carpeta para empezar"
-        subtitleElide: Text.ElideMiddle
         title: "Mapa de espacio"
         width: parent.width
 
@@ -70,7 +70,7 @@ Item {
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
-        anchors.margins: 18
+        anchors.margins: Theme.inset(18)
         anchors.right: parent.right
         anchors.top: header.bottom
         asynchronous: !root.store.hasRoot

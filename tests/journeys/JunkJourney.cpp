@@ -133,7 +133,7 @@ TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
     fs::remove(tree.path("home/.local/share/xorg/Xorg.0.log"));
     clean("Limpieza parcial: 2 elementos no se pudieron mover.",
           {"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "Xorg.0.log, 102 KB"},
-          "No tienes permiso: 1\nYa no existe: 1");
+          "Ya no existe: 1\nNo tienes permiso: 1");
     EXPECT_TRUE(isTicked("navegador"));
     EXPECT_TRUE(isTicked("Xorg.0.log"));
     EXPECT_TRUE(fs::exists(tree.path("home/.cache/navegador/a")));

@@ -18,7 +18,7 @@ constexpr KeepRow rows[] = {
      "plasma-vault|Vaults",
      "keys and vaults"},
     {"cryfs|zulu*|ecryptfs|fscrypt|luks*|picocrypt*", "keys and vaults"},
-    {"Bitcoin*|electr*|monero*|feather*|Exodus|atomic*|sparrow*|wasabi*|WalletWasabi", "wallets"},
+    {"Bitcoin*|electr*|monero*|feather|FeatherWallet|Exodus|atomic*|sparrow*|wasabi*|WalletWasabi", "wallets"},
     {"Armory|Litecoin|Dogecoin|Dash|DashCore|Zcash*|zecwallet*|Ethereum*|Parity|io.parity*|openethereum|"
      "Nethermind|lighthouse|prysm",
      "wallets"},

@@ -10,7 +10,7 @@ namespace {
 
 /// A program that only starts another one, named by its first argument that is neither an option nor an assignment.
 struct Wrapper {
-    const char* name;
+    const char* name = "";
     const char* optionsWithValue = "";  ///< Options whose value is the next word, each followed by a blank.
     int leading = 0;                    ///< How many words precede the program, for instance "run".
 };

@@ -82,7 +82,7 @@ void addLutris(const FileURL& folder, std::vector<QString>& names) {
 /// The lists of the stores differ; all name their games by these keys.
 // NOLINTNEXTLINE(misc-no-recursion): the parser limits the depth.
 void addHeroic(const QJsonValue& value, std::vector<QString>& names) {
-    for (const QJsonValue& element : value.toArray()) {
+    for (const auto& element : value.toArray()) {
         addHeroic(element, names);
     }
     const QJsonObject object = value.toObject();

@@ -2,7 +2,7 @@
 
 namespace {
 
-enum class Base : unsigned char { home, cache, data, config };
+enum class Base : std::size_t { home, cache, data, config };
 
 struct Row {
     Base base;

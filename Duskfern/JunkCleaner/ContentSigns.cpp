@@ -20,41 +20,44 @@ namespace {
 
 struct SignRow {
     Place place;
-    std::string_view names;  ///< Separated by "|", each with at most one "*".
     Test test;
     Owner owner;
+    std::string_view names;  ///< Separated by "|", each with at most one "*".
     std::string_view reason;
 };
 
 constexpr SignRow signRows[] = {
-    {Place::file, "*.odt|*.ods|*.odp|*.odg|*.fodt|*.doc|*.docx|*.xls|*.xlsx|*.ppt|*.pptx|*.lyx|*.gnumeric|*.abw",
-     Test::none, Owner::somebody, "office documents"},
-    {Place::file,
+    {Place::file, Test::none, Owner::somebody,
+     "*.odt|*.ods|*.odp|*.odg|*.fodt|*.doc|*.docx|*.xls|*.xlsx|*.ppt|*.pptx|*.lyx|*.gnumeric|*.abw",
+     "office documents"},
+    {Place::file, Test::none, Owner::somebody,
      "*.xcf|*.kra|*.ora|*.psd|*.xopp|*.rnote|*.blend|*.clip|*.afdesign|*.afphoto|*.cdr|*.drawio|*.dia|*.fcstd|"
      "*.dwg|*.skp|*.kicad_pcb|*.kicad_sch|*.sla",
-     Test::none, Owner::somebody, "drawings"},
-    {Place::file,
+     "drawings"},
+    {Place::file, Test::none, Owner::somebody,
      "*.aup|*.aup3|*.aup3unsaved|*.ardour|*.rpp|*.flp|*.mmp|*.mmpz|*.mscz|*.mscx|*.h2song|*.qtr|*.bwproject|"
      "*.cpr",
-     Test::none, Owner::somebody, "sound projects"},
-    {Place::file, "*.kdenlive|*.mlt|*.osp|*.veg|*.prproj|*.flb", Test::none, Owner::somebody, "film projects"},
-    {Place::file, "*.autosave|*.asd|*.recover|fc_recovery_file.xml|autosave.book|*_autosave.blend", Test::none,
-     Owner::somebody, "unsaved work"},
-    {Place::hidden, ".*.swp|.*.swo|.*.kate-swp|.backup", Test::none, Owner::somebody, "unsaved work"},
-    {Place::file, "id_rsa|id_dsa|id_ecdsa|id_ed25519|id_ecdsa_sk|id_ed25519_sk|secring.gpg|*.ppk|*.p12|*.pfx|*.jks",
-     Test::none, Owner::somebody, "private keys"},
-    {Place::file, "*.pem|*.key|*.asc", Test::privateKey, Owner::somebody, "private keys, but certificates as well"},
-    {Place::file, "*.kdbx|*.kdb|*.psafe3|*.opvault|*.agilekeychain|wallet.dat|*.wallet|credentials.json", Test::none,
-     Owner::somebody, "password stores, wallets, log-in tokens"},
-    {Place::file, "mbox|*.mbox|*.mbx|*.pst|*.ost", Test::none, Owner::somebody, "mailboxes"},
-    {Place::hidden, ".git", Test::ownCommits, Owner::somebody, "repositories, but clones as well"},
-    {Place::hidden, ".stfolder|.sync_*.db|.dropbox|.owncloudsync.log", Test::none, Owner::somebody, "sync folders"},
-    {Place::file, "*.ics|*.vcf|*_history|*.gnucash|*.kmy|*.anki2|*.opml|*.jrnl", Test::none, Owner::leftover,
+     "sound projects"},
+    {Place::file, Test::none, Owner::somebody, "*.kdenlive|*.mlt|*.osp|*.veg|*.prproj|*.flb", "film projects"},
+    {Place::file, Test::none, Owner::somebody,
+     "*.autosave|*.asd|*.recover|fc_recovery_file.xml|autosave.book|*_autosave.blend", "unsaved work"},
+    {Place::hidden, Test::none, Owner::somebody, ".*.swp|.*.swo|.*.kate-swp|.backup", "unsaved work"},
+    {Place::file, Test::none, Owner::somebody,
+     "id_rsa|id_dsa|id_ecdsa|id_ed25519|id_ecdsa_sk|id_ed25519_sk|secring.gpg|*.ppk|*.p12|*.pfx|*.jks", "private keys"},
+    {Place::file, Test::privateKey, Owner::somebody, "*.pem|*.key|*.asc", "private keys, but certificates as well"},
+    {Place::file, Test::none, Owner::somebody,
+     "*.kdbx|*.kdb|*.psafe3|*.opvault|*.agilekeychain|wallet.dat|*.wallet|credentials.json",
+     "password stores, wallets, log-in tokens"},
+    {Place::file, Test::none, Owner::somebody, "mbox|*.mbox|*.mbx|*.pst|*.ost", "mailboxes"},
+    {Place::hidden, Test::ownCommits, Owner::somebody, ".git", "repositories, but clones as well"},
+    {Place::hidden, Test::none, Owner::somebody, ".stfolder|.sync_*.db|.dropbox|.owncloudsync.log", "sync folders"},
+    {Place::file, Test::none, Owner::leftover, "*.ics|*.vcf|*_history|*.gnucash|*.kmy|*.anki2|*.opml|*.jrnl",
      "calendars, contacts, histories, accounts, cards"},
-    {Place::file, "*.sav|*.save|*.savegame|*.srm|*.gguf|*.safetensors", Test::none, Owner::leftover,
+    {Place::file, Test::none, Owner::leftover, "*.sav|*.save|*.savegame|*.srm|*.gguf|*.safetensors",
      "saves of games, models"},
-    {Place::file, "PG_VERSION|ibdata1|dump.rdb|WiredTiger|*.fdb|*.accdb|*.odb|logins.json|key4.db|Login Data",
-     Test::none, Owner::leftover, "databases, passwords of browsers"},
+    {Place::file, Test::none, Owner::leftover,
+     "PG_VERSION|ibdata1|dump.rdb|WiredTiger|*.fdb|*.accdb|*.odb|logins.json|key4.db|Login Data",
+     "databases, passwords of browsers"},
 };
 
 struct MarkRow {

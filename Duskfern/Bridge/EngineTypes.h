@@ -67,18 +67,24 @@ public:
     Q_INVOKABLE static QString grouped(qint64 number) { return Formatters::grouped(number); }
 };
 
-/// The file categories by index, for the rows of the sidebar.
+/// The file categories in their order, for the rows of the sidebar.
 class QmlFileCategories : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(FileCategories)
     QML_SINGLETON
 
 public:
-    Q_PROPERTY(int count READ count CONSTANT)
-    [[nodiscard]] static int count() { return static_cast<int>(FileCategories::allCases.size()); }
-    Q_INVOKABLE static QString title(int category) { return FileCategories::rawValue(at(category)); }
-    Q_INVOKABLE static QString icon(int category) { return FileCategories::icon(at(category)); }
+    Q_PROPERTY(QStringList titles READ titles CONSTANT)
+    Q_PROPERTY(QStringList icons READ icons CONSTANT)
+    [[nodiscard]] static QStringList titles() { return all(FileCategories::rawValue); }
+    [[nodiscard]] static QStringList icons() { return all(FileCategories::icon); }
 
 private:
-    static FileCategory at(int category) { return FileCategories::allCases.at(static_cast<size_t>(category)); }
+    static QStringList all(QString (*text)(FileCategory)) {
+        QStringList texts;
+        for (const FileCategory category : FileCategories::allCases) {
+            texts.append(text(category));
+        }
+        return texts;
+    }
 };

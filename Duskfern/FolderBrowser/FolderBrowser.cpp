@@ -22,7 +22,6 @@ constexpr std::chrono::milliseconds updateDelay{250};
 constexpr std::size_t maximumReadings = 6;
 
 /// Letters typed within this interval belong to one text.
-constexpr qint64 typeAheadPause = 1000;
 
 QString notResponding() {
     return QStringLiteral("Esta carpeta no responde.");
@@ -157,26 +156,13 @@ void FolderBrowser::select(int row) {
 }
 
 bool FolderBrowser::typeAhead(const QString& text) {
-    if (text.isEmpty() || !text.at(0).isPrint()) {
-        return false;
+    const std::optional<int> row = m_typeAhead.type(text, m_selectedRow, m_folders.rowCount(), [this](int candidate) {
+        return m_folders.folders()[static_cast<std::size_t>(candidate)].name;
+    });
+    if (row && *row >= 0) {
+        setSelectedRow(*row);
     }
-    if (!m_sinceTypeAhead.isValid() || m_sinceTypeAhead.elapsed() > typeAheadPause) {
-        m_typeAhead.clear();
-    }
-    if (m_typeAhead.isEmpty() && text.at(0).isSpace()) {
-        return false;
-    }
-    m_sinceTypeAhead.start();
-    const bool isRepeated = !m_typeAhead.isEmpty() && m_typeAhead == QString(m_typeAhead.size(), text.at(0));
-    m_typeAhead += text;
-    int row = m_folders.findPrefix(m_typeAhead, std::max(0, m_selectedRow + (m_typeAhead.size() == 1 ? 1 : 0)));
-    if (row < 0 && isRepeated) {
-        row = m_folders.findPrefix(text, m_selectedRow + 1);
-    }
-    if (row >= 0) {
-        setSelectedRow(row);
-    }
-    return true;
+    return row.has_value();
 }
 
 void FolderBrowser::enter() {
@@ -255,7 +241,7 @@ void FolderBrowser::remember(const FileURL& next) {
 void FolderBrowser::show(const FileURL& url, const std::string& selected, std::shared_ptr<FolderReading> reading) {
     m_typed.reset();
     setTypedError({});
-    m_typeAhead.clear();
+    m_typeAhead.reset();
     m_location = url;
     m_pendingSelection = selected;
     setSelectedRow(-1);

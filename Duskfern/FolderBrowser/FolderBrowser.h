@@ -4,9 +4,9 @@
 #include "FolderBrowser/FolderListModel.h"
 #include "FolderBrowser/FolderPlace.h"
 #include "FolderBrowser/FolderReading.h"
+#include "Foundation/TypeAhead.h"
 
 #include <QtQml/qqmlregistration.h>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 #include <QtCore/QVariantList>
@@ -157,6 +157,5 @@ private:
     QTimer m_updateTimer;
     QTimer m_timeout;
 
-    QString m_typeAhead;
-    QElapsedTimer m_sinceTypeAhead;
+    TypeAhead m_typeAhead;
 };

@@ -14,16 +14,14 @@ Item {
         width: parent.width
     }
 
-    Label {
+    NameLabel {
         anchors.left: parent.left
         anchors.leftMargin: 18
         anchors.right: cancel.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.secondary
-        elide: Text.ElideMiddle
         font.pixelSize: Theme.callout
-        maximumLineCount: 1
         text: root.browser.choice === "" ? "" : "Se elegirá “" + root.browser.choice + "”"
     }
 

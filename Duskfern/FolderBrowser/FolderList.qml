@@ -23,6 +23,7 @@ FocusScope {
         Accessible.name: "Carpetas"
         anchors.fill: parent
         bottomMargin: 6
+        current: root.browser.selectedRow
         focus: true
         model: root.browser.folders
         rowHeight: root.rowHeight
@@ -42,25 +43,14 @@ FocusScope {
         }
 
         Keys.onPressed: event => {
-            const isPlain = (event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier)) === 0;
-            if (event.accepted || !isPlain) {
-                return;
-            }
-            if (event.key === Qt.Key_Backspace) {
+            if (event.key === Qt.Key_Backspace && event.modifiers === Qt.NoModifier) {
                 root.browser.goUp();
                 event.accepted = true;
-            } else {
-                event.accepted = root.browser.typeAhead(event.text);
             }
         }
         onEntered: root.browser.enter()
         onMoved: rows => list.move(rows)
-    }
-
-    FocusRing {
-        cornerRadius: 4
-        inset: 2
-        shown: list.activeFocus && root.browser.selectedRow < 0
+        onTyped: text => root.browser.typeAhead(text)
     }
 
     Label {

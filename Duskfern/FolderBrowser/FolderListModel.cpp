@@ -1,7 +1,6 @@
 #include "FolderBrowser/FolderListModel.h"
 
 #include "Foundation/FileURL.h"
-#include "Foundation/NameFolding.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,22 +17,6 @@ int FolderListModel::rowOf(std::string_view name) const {
     const auto found = std::find_if(m_folders.begin(), m_folders.end(),
                                     [&](const FolderEntry& folder) { return folder.name == name; });
     return found == m_folders.end() ? -1 : static_cast<int>(found - m_folders.begin());
-}
-
-int FolderListModel::findPrefix(const QString& text, int first) const {
-    const NameFolding folding{QLocale()};
-    const std::optional<std::string> wanted = folding.foldText(text);
-    const int count = rowCount();
-    std::string name;
-    for (int step = 0; wanted && step < count; ++step) {
-        const int row = (first + step) % count;
-        name.clear();
-        folding.fold(m_folders[static_cast<std::size_t>(row)].name, name);
-        if (name.starts_with(*wanted)) {
-            return row;
-        }
-    }
-    return -1;
 }
 
 int FolderListModel::rowCount(const QModelIndex& parent) const {

@@ -23,9 +23,6 @@ public:
     /// The row of the folder with this name; -1 if there is none.
     [[nodiscard]] int rowOf(std::string_view name) const;
 
-    /// The first row from `first` on, then from the top, whose name begins with `text`, ignoring case; -1 if none does.
-    [[nodiscard]] int findPrefix(const QString& text, int first) const;
-
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;

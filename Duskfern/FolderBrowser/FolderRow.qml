@@ -8,6 +8,10 @@ ListRow {
     required property string name
     required property bool isLink
 
+    function hint(): string {
+        return title.truncated ? root.name : "";
+    }
+
     Accessible.description: root.isLink ? "Enlace a una carpeta" : ""
     opensWhenChosen: true
     rightInset: 12

@@ -33,7 +33,7 @@ T.TextField {
     rightPadding: 12
     selectByMouse: true
     selectedTextColor: Theme.onTint
-    selectionColor: Theme.blue
+    selectionColor: Theme.blueFill
     text: root.browser.location
     verticalAlignment: TextInput.AlignVCenter
     bottomPadding: 8

@@ -18,14 +18,15 @@ RowList {
     }
 
     Accessible.name: "Elementos encontrados"
-    ringShown: root.currentIndex < 0
-    rowHeight: Math.max(48, Theme.body + Theme.caption + 26)
+    current: root.currentIndex
+    rowHeight: Math.max(48, Theme.compact ? Math.ceil(1.3 * (Theme.body + Theme.caption)) : Theme.body + Theme.caption + 26)
 
     delegate: JunkRow {
         chosen: root.activeFocus && index === root.currentIndex
         focused: true
         height: root.rowHeight
-        width: ListView.view.width - 44
+        // At most as wide as a row is read.
+        width: Math.min(ListView.view.width - 44, 1600)
         x: 22
 
         onOpened: row => root.store.revealRow(row)
@@ -33,6 +34,8 @@ RowList {
         onToggled: row => root.store.toggleRow(row)
     }
     model: JunkListModel {
+        id: items
+
         store: root.store
 
         // A new list has no current row.
@@ -42,4 +45,16 @@ RowList {
     Keys.onSpacePressed: root.store.toggleRow(root.currentIndex)
     onEntered: root.store.revealRow(root.currentIndex)
     onMoved: rows => root.go(root.currentIndex + rows)
+    onTyped: text => {
+        const row = typeAhead.type(text, root.currentIndex);
+        if (row >= 0) {
+            root.go(row);
+        }
+    }
+
+    ListTypeAhead {
+        id: typeAhead
+
+        model: items
+    }
 }

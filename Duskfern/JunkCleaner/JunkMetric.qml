@@ -2,18 +2,18 @@ import QtQuick
 import Duskfern.Theme
 
 /// A number with its title and symbol.
-Rectangle {
+Card {
     id: root
 
     required property string title
     required property string value
     required property string icon
 
-    border.color: Theme.tint(Theme.red, 0.15)
-    border.width: 1
-    color: Theme.tint(Theme.red, 0.07)
-    implicitHeight: texts.height + 28
+    fillOpacity: 0.07
+    implicitHeight: texts.height + 2 * Theme.inset(14)
     radius: 12
+    strokeOpacity: 0.15
+    tone: Theme.red
 
     Symbol {
         id: symbol

@@ -24,7 +24,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 16
         anchors.top: parent.top
-        anchors.topMargin: 16
+        anchors.topMargin: Theme.inset(16)
         spacing: 10
 
         JunkMetric {
@@ -52,22 +52,26 @@ Item {
     Item {
         id: actions
 
+        // The note stands above the buttons where both do not fit side by side.
+        readonly property bool stacked: note.implicitWidth + 12 + all.implicitWidth + chosen.implicitWidth + buttons.spacing > width
+        readonly property real widest: (width - buttons.spacing) / 2
+
         anchors.left: parent.left
         anchors.leftMargin: 16
         anchors.right: parent.right
         anchors.rightMargin: 16
         anchors.top: metrics.bottom
-        anchors.topMargin: 8
-        height: buttons.height
+        anchors.topMargin: Theme.inset(8)
+        height: buttons.y + buttons.height
 
         Label {
-            anchors.left: parent.left
-            anchors.right: buttons.left
-            anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
+            id: note
+
             color: Theme.secondary
             font.pixelSize: Theme.caption
             text: "Los “posibles restos” no se limpian automáticamente."
+            width: actions.stacked ? parent.width : implicitWidth
+            y: actions.stacked ? 0 : (buttons.height - height) / 2
         }
 
         Row {
@@ -75,17 +79,24 @@ Item {
 
             anchors.right: parent.right
             spacing: 8
+            y: actions.stacked ? note.height + 4 : 0
 
             PushButton {
+                id: all
+
                 text: "Limpiar todo lo seguro"
+                width: Math.min(implicitWidth, actions.widest)
 
                 onClicked: root.store.cleanAllSafe()
             }
 
             PushButton {
+                id: chosen
+
                 available: root.store.hasSelection
                 kind: PushButton.Prominent
                 text: "Limpiar seleccionados"
+                width: Math.min(implicitWidth, actions.widest)
 
                 onClicked: root.store.cleanSelected()
             }
@@ -99,7 +110,7 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: actions.bottom
-        anchors.topMargin: 12
+        anchors.topMargin: Theme.inset(12)
         store: root.store
     }
 }

@@ -16,11 +16,19 @@ ListRow {
 
     signal toggled(row: int)
 
+    function hint(): string {
+        return (nameLabel.truncated || detail.truncated ? root.name + "\n" + detail.text + "\n" : "") + root.folder;
+    }
+
+    Accessible.checkable: true
+    Accessible.checked: root.ticked
     Accessible.description: detail.text + ", " + root.folder
     chosenColor: "transparent"
     leftInset: -6
     rightInset: -6
     spoken: root.name + ", " + root.sizeText
+
+    Accessible.onToggleAction: root.toggled(root.index)
 
     PlainButton {
         id: box
@@ -33,7 +41,7 @@ ListRow {
         anchors.verticalCenter: parent.verticalCenter
         symbol: root.ticked ? "checkmark.square.fill" : "square"
         text: root.name
-        tint: root.ticked ? Theme.red : Theme.secondary
+        tint: root.ticked ? Theme.redMark : Theme.secondary
 
         onClicked: root.toggled(root.index)
     }
@@ -79,6 +87,7 @@ ListRow {
         anchors.top: parent.verticalCenter
         anchors.topMargin: 1
         color: Theme.secondary
+        elide: Text.ElideMiddle
         font.pixelSize: Theme.caption
         maximumLineCount: 1
         text: root.kind + " · " + root.origin
@@ -91,7 +100,7 @@ ListRow {
         anchors.right: reveal.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.red
+        color: Theme.redText
         text: root.sizeText
     }
 
@@ -111,12 +120,6 @@ ListRow {
             text: reveal.text
             visible: reveal.hovered
         }
-    }
-
-    HoverTip {
-        text: root.folder
-        visible: root.hovered
-        x: nameLabel.x
     }
 
     Divider {

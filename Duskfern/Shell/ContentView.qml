@@ -54,10 +54,12 @@ SplitPane {
         }
     }
 
+    dividerName: "Ancho de la barra lateral"
     hairline: true
-    idealFirst: 200
-    maximumFirst: 230
-    minimumFirst: 180
+    // Follows the font, but leaves most of the width to the screen.
+    idealFirst: Math.min(200 * Theme.growth, Math.max(200, 0.3 * width))
+    maximumFirst: 230 * Theme.growth
+    minimumFirst: Math.min(180 * Theme.growth, Math.max(180, 0.25 * width))
     minimumSecond: 600
 
     first: SidebarView {

@@ -19,8 +19,8 @@ Window {
     /// Whether nothing should move that need not; set by the application.
     property bool reducesMotion: false
 
-    /// Whether the first frame was shown.
-    property bool seen: false
+    /// Whether there may be a dialog or a message to show.
+    readonly property bool alerting: root.dialogs.isOpen || root.store.errorMessage !== "" || (root.screens.junk?.isCleaning ?? false) || (root.screens.junk?.message ?? "") !== ""
 
     readonly property bool blocked: root.dialogs.isOpen || alerts.open
 
@@ -44,26 +44,19 @@ Window {
     title: "Duskfern"
     width: 1180
 
+    onAlertingChanged: {
+        if (alerts.item === null) {
+            alerts.setSource("qrc:/qt/qml/Duskfern/Shell/WindowAlerts.qml", {dialogs: root.dialogs, focus: true, folderBrowser: root.folderBrowser, screens: root.screens, store: root.store});
+        }
+    }
     onBlockedChanged: root.restoreFocus()
     onClosing: root.dialogs.answer(false)
-    onFrameSwapped: root.seen = true
 
-    Binding {
-        property: "dark"
-        target: Theme
-        value: root.dark
-    }
-
-    Binding {
-        property: "keyboard"
-        target: Theme
-        value: focusWatcher.keyboard
-    }
-
-    Binding {
-        property: "still"
-        target: Theme
-        value: root.reducesMotion
+    WindowLook {
+        dark: root.dark
+        keyboard: focusWatcher.keyboard
+        still: root.reducesMotion
+        windowHeight: root.height
     }
 
     FocusWatcher {
@@ -125,21 +118,20 @@ Window {
         }
     }
 
-    // Created after the first frame, because it takes time.
+    HintTip {}
+
+    WindowAnnouncer {
+        screens: root.screens
+        store: root.store
+    }
+
+    // Loaded when it is first needed, because that takes time and memory. Given as a file, because the type of an inline
+    // one would be loaded at launch.
     Loader {
         id: alerts
 
-        readonly property bool open: (alerts.item as WindowAlerts)?.open ?? false
+        readonly property bool open: alerts.item?.open ?? false // qmllint disable type
 
-        active: root.seen
         anchors.fill: parent
-
-        sourceComponent: WindowAlerts {
-            dialogs: root.dialogs // qmllint disable unqualified
-            focus: true
-            folderBrowser: root.folderBrowser // qmllint disable unqualified
-            junk: root.screens.junk // qmllint disable unqualified
-            store: root.store // qmllint disable unqualified
-        }
     }
 }

@@ -5,7 +5,7 @@ import Duskfern.Theme
 Item {
     id: root
 
-    implicitHeight: icon.height + 32
+    implicitHeight: Math.max(icon.height, texts.height) + 2 * Theme.inset(16)
 
     AppIcon {
         id: icon
@@ -19,6 +19,8 @@ Item {
     }
 
     Column {
+        id: texts
+
         anchors.left: icon.right
         anchors.leftMargin: 10
         anchors.right: parent.right

@@ -6,7 +6,7 @@ Rectangle {
     id: root
 
     color: Theme.tint(Theme.primary, 0.06)
-    implicitHeight: promise.height + 24
+    implicitHeight: promise.height + 2 * Theme.inset(12)
     radius: 12
 
     Symbol {

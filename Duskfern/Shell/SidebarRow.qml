@@ -1,51 +1,73 @@
 import QtQuick
 import Duskfern.Theme
 
-/// A button of the sidebar. The whole row is clickable.
-Pressable {
+/// A row of a list in the sidebar. The whole row is clickable.
+Item {
     id: root
 
+    required property int index
+    required property string text
     required property string symbol
     required property color highlight
-    required property bool current
+    required property bool chosen
+
+    /// Whether the keyboard acts on this row.
+    property bool focused: false
+
+    signal clicked
 
     Accessible.checkable: true
-    Accessible.checked: root.current
+    Accessible.checked: root.chosen
+    Accessible.focusable: true
+    Accessible.focused: root.focused
+    Accessible.name: root.text
+    Accessible.role: Accessible.PageTab
     Accessible.selectable: true
-    Accessible.selected: root.current
-    horizontalPadding: 10
-    implicitHeight: Math.ceil(contentItem.implicitHeight) + topPadding + bottomPadding
-    verticalPadding: 8
+    Accessible.selected: root.chosen
 
-    background: Rectangle {
-        color: root.current ? root.highlight : Theme.tint(Theme.primary, root.down ? 0.1 : root.hovered ? 0.05 : 0)
-        radius: 8
-
-        FocusRing {
-            cornerRadius: 8
-            inset: 0
-            shown: root.activeFocus
+    Accessible.onPressAction: {
+        if (root.enabled) {
+            root.clicked();
         }
     }
-    contentItem: Item { // qmllint disable deferred-property-id
-        implicitHeight: title.implicitHeight
 
-        Symbol {
-            id: icon
+    Rectangle {
+        anchors.fill: parent
+        color: root.chosen ? root.highlight : Theme.tint(Theme.primary, pointer.pressed ? 0.1 : pointer.containsMouse ? 0.05 : 0)
+        radius: 8
+    }
 
-            anchors.verticalCenter: parent.verticalCenter
-            name: root.symbol
-        }
+    Symbol {
+        id: icon
 
-        Label {
-            id: title
+        anchors.left: parent.left
+        anchors.leftMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.symbol
+    }
 
-            Accessible.ignored: true
-            anchors.left: icon.right
-            anchors.leftMargin: 10
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.text
-        }
+    Label {
+        Accessible.ignored: true
+        anchors.left: icon.right
+        anchors.leftMargin: 10
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.text
+    }
+
+    FocusRing {
+        cornerRadius: 8
+        inset: 0
+        shown: root.focused
+    }
+
+    MouseArea {
+        id: pointer
+
+        anchors.fill: parent
+        hoverEnabled: true
+
+        onClicked: root.clicked()
     }
 }

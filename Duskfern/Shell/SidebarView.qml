@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Duskfern.Engine
 import Duskfern.Theme
@@ -20,16 +18,6 @@ Rectangle {
         topPadding: 8
     }
 
-    component ModeRow: SidebarRow {
-        required property int mode
-
-        current: root.store.mode === mode
-        highlight: Theme.tint(Theme.red, 0.2)
-        width: parent.width
-
-        onClicked: root.store.mode = mode
-    }
-
     color: Theme.sidebar
 
     SidebarBrand {
@@ -48,33 +36,17 @@ Rectangle {
             text: "HERRAMIENTAS"
         }
 
-        Column {
-            padding: 8
-            spacing: 4
+        SidebarList {
+            Accessible.name: "Herramientas"
+            chosen: root.store.mode
+            height: contentHeight + topMargin + bottomMargin
+            highlight: Theme.tint(Theme.red, 0.2)
+            symbols: ["house.fill", "circle.grid.2x2.fill", "sparkles"]
+            titles: ["Inicio", "Mapa de espacio", "Limpiar basura"]
             width: parent.width
 
-            Column {
-                spacing: 4
-                width: parent.width - 16
-
-                ModeRow {
-                    mode: Mode.Home
-                    symbol: "house.fill"
-                    text: "Inicio"
-                }
-
-                ModeRow {
-                    mode: Mode.Space
-                    symbol: "circle.grid.2x2.fill"
-                    text: "Mapa de espacio"
-                }
-
-                ModeRow {
-                    mode: Mode.Junk
-                    symbol: "sparkles"
-                    text: "Limpiar basura"
-                }
-            }
+            // The rows are in the order of the modes.
+            onPicked: row => root.store.mode = row
         }
 
         SectionLabel {
@@ -82,45 +54,19 @@ Rectangle {
         }
     }
 
-    ListView {
+    SidebarList {
         id: categories
 
-        anchors.bottom: footer.top
-        anchors.left: parent.left
-        anchors.leftMargin: 8
-        anchors.right: parent.right
-        anchors.rightMargin: 8
+        Accessible.name: "Explorar"
+        anchors.bottom: footer.visible ? footer.top : parent.bottom
         anchors.top: screens.bottom
-        bottomMargin: 8
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        currentIndex: -1
-        interactive: contentHeight + topMargin + bottomMargin > height
-        keyNavigationEnabled: false
-        model: FileCategories.count
-        spacing: 4
-        topMargin: 8
+        chosen: root.store.category
+        highlight: Theme.tint(Theme.purple, 0.18)
+        symbols: FileCategories.icons
+        titles: FileCategories.titles
+        width: parent.width
 
-        delegate: SidebarRow {
-            required property int index
-
-            current: root.store.category === index // qmllint disable type
-            highlight: Theme.tint(Theme.purple, 0.18)
-            symbol: FileCategories.icon(index)
-            text: FileCategories.title(index)
-            width: ListView.view.width
-
-            onActiveFocusChanged: {
-                if (activeFocus) {
-                    categories.positionViewAtIndex(index, ListView.Contain);
-                }
-            }
-            onClicked: root.store.category = index
-        }
-
-        ScrollThumb {
-            view: categories
-        }
+        onPicked: row => root.store.category = row
     }
 
     SidebarPromise {
@@ -128,7 +74,9 @@ Rectangle {
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
-        anchors.margins: 12
+        anchors.margins: Theme.inset(12)
         anchors.right: parent.right
+        // Yields to the categories, of which at least four are seen.
+        visible: root.height - screens.y - screens.height - height - 2 * anchors.margins > 4 * (categories.rowHeight + categories.spacing) + categories.topMargin
     }
 }

@@ -19,10 +19,24 @@ Item {
         return files.firstFocus();
     }
 
+    // The running count changes no more often than it can be read, because each text that is drawn holds up the scan.
+    Timer {
+        id: counter
+
+        property real count: 0
+
+        interval: 100
+        repeat: true
+        running: root.store.isScanning
+        triggeredOnStart: true
+
+        onTriggered: counter.count = root.store.scannedCount
+    }
+
     Item {
         id: titleRow
 
-        height: overview.height + 4
+        height: Math.max(overview.height, search.height) + Theme.inset(4)
         width: parent.width
 
         Column {
@@ -36,7 +50,9 @@ Item {
 
             Label {
                 font.bold: true
-                font.pixelSize: Theme.title
+                font.pixelSize: Theme.compact ? Theme.body : Theme.title
+                // Less than its implicit height where it shrinks.
+                height: contentHeight
                 text: "Tu almacenamiento, de un vistazo"
                 width: parent.width
             }
@@ -44,7 +60,8 @@ Item {
             Label {
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
-                text: StatusTexts.analysis(root.store.isScanning, root.store.scannedCount, root.store.skippedCount)
+                height: contentHeight
+                text: StatusTexts.analysis(root.store.isScanning, counter.count, root.store.skippedCount)
                 width: parent.width
             }
         }
@@ -56,7 +73,7 @@ Item {
             anchors.verticalCenter: overview.verticalCenter
             placeholderText: "Buscar archivos"
             value: root.store.search
-            width: 230
+            width: Math.max(230, implicitWidth)
 
             onEdited: text => root.store.search = text
         }
@@ -68,7 +85,7 @@ Item {
         readonly property real cardWidth: (width - 2 * spacing) / 3
 
         anchors.top: titleRow.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: Theme.inset(14)
         spacing: 10
         width: parent.width
 
@@ -100,11 +117,13 @@ Item {
     SplitPane {
         anchors.bottom: parent.bottom
         anchors.top: metrics.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: Theme.inset(14)
+        dividerName: "Ancho de la lista de archivos"
         gap: 12
-        idealFirst: Math.max(430, 0.42 * room)
-        minimumFirst: 360
-        minimumSecond: 430
+        // At most as wide as a row is read.
+        idealFirst: Math.max(430, Math.min(0.42 * room, 960))
+        minimumFirst: Theme.compact ? 430 : 360
+        minimumSecond: Theme.compact ? 300 : 430
         width: parent.width
 
         first: FileListView {

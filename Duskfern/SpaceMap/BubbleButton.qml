@@ -33,7 +33,6 @@ T.AbstractButton {
     Accessible.name: root.name + ", " + root.sizeText
     Accessible.role: Accessible.Button
     containmentMask: circle
-    focusPolicy: Qt.StrongFocus
     height: root.diameter
     hoverEnabled: true
     width: root.diameter
@@ -55,6 +54,7 @@ T.AbstractButton {
     FocusRing {
         cornerRadius: root.diameter / 2
         inset: 0
+        onPicture: true
         shown: root.activeFocus
     }
 }

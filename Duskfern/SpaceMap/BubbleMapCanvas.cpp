@@ -1,87 +1,23 @@
 #include "SpaceMap/BubbleMapCanvas.h"
 
 #include "Foundation/Formatters.h"
-#include "Theme/SymbolProvider.h"
+#include "SpaceMap/BubblePainting.h"
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
-#include <QtGui/QTextLayout>
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace {
 
 constexpr qreal padding = 8;
 constexpr qreal spacing = 3;
 
-/// The square around a bubble.
-QRectF boxOf(const Bubble& bubble) {
-    const qreal radius = bubble.diameter / 2;
-    return {bubble.x - radius, bubble.y - radius, bubble.diameter, bubble.diameter};
-}
-
-/// Device pixels per logical one.
-qreal deviceScale(const QPainter& painter) {
-    return painter.device()->devicePixelRatioF() * painter.transform().m11();
-}
-
-/// The name in at most two lines; the second one is elided.
-QStringList nameLines(const QString& name, const QFont& font, qreal width) {
-    QTextLayout layout(name, font);
-    QTextOption option(Qt::AlignHCenter);
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    QTextLine first = layout.createLine();
-    first.setLineWidth(width);
-    layout.endLayout();
-    const QString rest = name.mid(first.textLength());
-    QStringList lines{name.left(first.textLength()).trimmed()};
-    if (!rest.isEmpty()) {
-        lines << QFontMetricsF(font).elidedText(rest, Qt::ElideRight, width);
-    }
-    return lines;
-}
-
-/// `color`, premultiplied, where `coverage` of 255 of a pixel is covered. Multiplies two channels at a time.
-QRgb covered(QRgb color, QRgb coverage) {
-    constexpr QRgb even = 0x00ff00ff;
-    const auto rounded = [](QRgb product) { return product + ((product >> 8) & even) + 0x00800080; };
-    return ((rounded((color & even) * coverage) >> 8) & even) | (rounded((color >> 8 & even) * coverage) & ~even);
-}
-
-/// The disc in `box`, in device pixels of which the first is at (0, 0), with a colour that runs from the top left of
-/// the box to its bottom right. Painted here because Qt shares the work of a gradient among threads, and takes longer
-/// to wake them than to paint.
-QImage gradientDisc(const QRectF& box, const QColor& from, const QColor& to) {
-    const int side = qCeil(std::max(box.right(), box.bottom()));
-    QImage disc(side, side, QImage::Format_ARGB32_Premultiplied);
-    disc.fill(Qt::transparent);
-    QPainter painter(&disc);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
-    painter.drawEllipse(box);
-    painter.end();
-
-    // Each row has the colours of the one above, moved by a pixel.
-    QImage line(2 * side, 1, QImage::Format_ARGB32_Premultiplied);
-    line.fill(Qt::transparent);
-    QLinearGradient gradient(box.left() + box.top(), 0, box.right() + box.bottom(), 0);
-    gradient.setColorAt(0, from);
-    gradient.setColorAt(1, to);
-    QPainter(&line).fillRect(line.rect(), gradient);
-    const auto* const colors = reinterpret_cast<const QRgb*>(line.constScanLine(0));  // NOLINT: pixels of 32 bits
-    for (int y = 0; y < side; ++y) {
-        auto* const row = reinterpret_cast<QRgb*>(disc.scanLine(y));  // NOLINT
-        for (int x = 0; x < side; ++x) {
-            row[x] = covered(colors[x + y], row[x] >> 24);
-        }
-    }
-    return disc;
-}
+/// How far a text may reach beyond its bubble.
+constexpr qreal overhang = 60;
 
 }  // namespace
 
@@ -111,13 +47,35 @@ void BubbleMapCanvas::paint(QPainter* painter) {
     if (!fits) {
         painter->setClipPath(area);
     }
-    for (int index = 0; m_model != nullptr && index < m_model->count(); ++index) {
-        paintBubble(*painter, index);
+    std::vector<int> order(m_model == nullptr ? 0 : m_model->bubbles().size());
+    std::iota(order.begin(), order.end(), 0);
+    for (const int raised : {m_focused, m_hovered}) {
+        const auto place = std::find(order.begin(), order.end(), raised);
+        if (place != order.end()) {
+            std::rotate(place, place + 1, order.end());
+        }
+    }
+    for (std::span<const int> rest = order; !rest.empty(); rest = rest.subspan(1)) {
+        paintBubble(*painter, rest.front(), bubblesAbove(rest));
     }
 }
 
-void BubbleMapCanvas::paintBubble(QPainter& painter, int index) const {
-    const QRectF box = boxOf(m_model->bubbles()[static_cast<size_t>(index)]);
+/// The circles of all but the first of `order` that touch the first one.
+std::vector<Bubble> BubbleMapCanvas::bubblesAbove(std::span<const int> order) const {
+    const Bubble& lowest = m_model->bubbles()[static_cast<size_t>(order.front())];
+    std::vector<Bubble> above;
+    for (const int index : order.subspan(1)) {
+        const Bubble& bubble = m_model->bubbles()[static_cast<size_t>(index)];
+        if (std::hypot(bubble.x - lowest.x, bubble.y - lowest.y) < (bubble.diameter + lowest.diameter) / 2 + overhang) {
+            above.push_back(bubble);
+        }
+    }
+    return above;
+}
+
+void BubbleMapCanvas::paintBubble(QPainter& painter, int index, std::span<const Bubble> above) const {
+    const Bubble& bubble = m_model->bubbles()[static_cast<size_t>(index)];
+    const QRectF box = boxOf(bubble);
     const qreal scale = deviceScale(painter);
     const QPointF corner(std::floor(box.left() * scale), std::floor(box.top() * scale));
     QImage disc = gradientDisc({box.topLeft() * scale - corner, box.size() * scale}, m_from, m_to);
@@ -125,44 +83,30 @@ void BubbleMapCanvas::paintBubble(QPainter& painter, int index) const {
     painter.drawImage(corner / scale, disc);
     painter.setPen(Qt::NoPen);
     if (index == m_hovered) {
-        painter.setBrush(m_pressed ? QColor(0, 0, 0, 50) : QColor(255, 255, 255, 40));
+        painter.setBrush(m_pressed ? QColor(0, 0, 0, 40) : QColor(255, 255, 255, 16));
         painter.drawEllipse(box);
     }
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor::fromRgbF(1, 1, 1, 0.35F), 1));
     painter.drawEllipse(box.adjusted(0.5, 0.5, -0.5, -0.5));
-    paintContent(painter, index, box.adjusted(padding, padding, -padding, -padding));
+    paintContent(painter, index, above);
 }
 
-/// Paints the symbol, the name if the bubble is large enough, and the size, centred in `box`.
-void BubbleMapCanvas::paintContent(QPainter& painter, int index, const QRectF& box) const {
+/// Paints the symbol, the name if the bubble is large enough, and the size, centred in the bubble.
+void BubbleMapCanvas::paintContent(QPainter& painter, int index, std::span<const Bubble> above) const {
     const FileItem& item = m_model->items()[static_cast<size_t>(index)];
+    const Bubble& bubble = m_model->bubbles()[static_cast<size_t>(index)];
     const QFontMetricsF body(m_bodyFont);
-    const QFontMetricsF caption(m_sizeFont);
     const qreal symbolSize = m_bodyFont.pixelSize() * 1.15;
-    const bool named = m_model->bubbles()[static_cast<size_t>(index)].diameter > namedBubbleDiameter;
-    const QStringList lines = named ? nameLines(item.name(), m_bodyFont, box.width()) : QStringList();
+    const bool isNamed = bubble.diameter > namedBubbleDiameter;
+    const QStringList name =
+        isNamed ? nameLines(item.name(), m_bodyFont, bubble.diameter - 2 * padding) : QStringList();
+    const QStringList size{Formatters::size(item.size)};
 
-    qreal height = symbolSize + spacing + caption.height();
-    height += lines.isEmpty() ? 0 : spacing + static_cast<qreal>(lines.size()) * body.height();
-    qreal top = box.center().y() - height / 2;
-
-    const QImage symbol = SymbolProvider::image(FileCategories::icon(item.category), Qt::white,
-                                                qRound(symbolSize * deviceScale(painter)));
-    painter.drawImage(QRectF(box.center().x() - symbolSize / 2, top, symbolSize, symbolSize), symbol);
+    const qreal nameHeight = name.isEmpty() ? 0 : spacing + static_cast<qreal>(name.size()) * body.height();
+    qreal top = bubble.y - (symbolSize + nameHeight + spacing + QFontMetricsF(m_sizeFont).height()) / 2;
+    paintSymbol(painter, item.category, QRectF(bubble.x - symbolSize / 2, top, symbolSize, symbolSize), above);
     top += symbolSize + spacing;
-
-    painter.setPen(Qt::white);
-    const auto write = [&](const QString& text, const QFont& font, const QFontMetricsF& metrics) {
-        painter.setFont(font);
-        // Text wider than the circle extends equally on both sides.
-        const QRectF line(box.center().x() - 500, top, 1000, metrics.height());
-        painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine, text);
-        top += metrics.height();
-    };
-    for (const QString& line : lines) {
-        write(line, m_bodyFont, body);
-    }
-    top += lines.isEmpty() ? 0 : spacing;
-    write(Formatters::size(item.size), m_sizeFont, caption);
+    paintText(painter, name, m_bodyFont, {bubble.x, top}, bubble, above);
+    paintText(painter, size, m_sizeFont, {bubble.x, top + nameHeight}, bubble, above);
 }

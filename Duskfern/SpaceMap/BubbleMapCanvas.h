@@ -7,7 +7,11 @@
 #include <QtGui/QFont>
 #include <QtQuick/QQuickPaintedItem>
 
-/// Paints the bubbles of a model, the first one lowest, clipped to a rounded rectangle.
+#include <span>
+#include <vector>
+
+/// Paints the bubbles of a model, the first one lowest, clipped to a rounded rectangle. Of a bubble's symbol and texts
+/// it paints only what no bubble above it covers, and no text that would be cut by that.
 class BubbleMapCanvas : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -20,9 +24,12 @@ public:
     void setModel(BubbleMapModel* model);
     Q_SIGNAL void modelChanged();
 
-    /// The bubble under the pointer, or -1, and whether the button is pressed there.
+    /// The bubble under the pointer, or -1, and whether the button is pressed there. Painted above all others.
     Q_PROPERTY(int hovered MEMBER m_hovered NOTIFY appearanceChanged)
     Q_PROPERTY(bool pressed MEMBER m_pressed NOTIFY appearanceChanged)
+
+    /// The bubble with the keyboard focus, or -1. Painted above all others but the one under the pointer.
+    Q_PROPERTY(int focused MEMBER m_focused NOTIFY appearanceChanged)
 
     Q_PROPERTY(qreal cornerRadius MEMBER m_cornerRadius NOTIFY appearanceChanged)
     Q_PROPERTY(QColor background MEMBER m_background NOTIFY appearanceChanged)
@@ -35,11 +42,13 @@ public:
     void paint(QPainter* painter) override;
 
 private:
-    void paintBubble(QPainter& painter, int index) const;
-    void paintContent(QPainter& painter, int index, const QRectF& box) const;
+    [[nodiscard]] std::vector<Bubble> bubblesAbove(std::span<const int> order) const;
+    void paintBubble(QPainter& painter, int index, std::span<const Bubble> above) const;
+    void paintContent(QPainter& painter, int index, std::span<const Bubble> above) const;
 
     BubbleMapModel* m_model = nullptr;
     int m_hovered = -1;
+    int m_focused = -1;
     bool m_pressed = false;
     qreal m_cornerRadius = 0;
     QColor m_background;

@@ -72,6 +72,7 @@ void BubbleMapModel::show(std::vector<FileItem> items) {
         Q_EMIT dataChanged(index(0), index(kept - 1));
     }
     if (count() != before) {
+        Q_EMIT tabStopChanged();
         Q_EMIT countChanged();
     }
 }
@@ -79,6 +80,31 @@ void BubbleMapModel::show(std::vector<FileItem> items) {
 void BubbleMapModel::setFocus(int bubble, bool hasFocus) {
     if (!m_isUpdating && (hasFocus || bubble == m_focused)) {
         m_focused = hasFocus ? bubble : -1;
+        if (hasFocus && std::exchange(m_lastFocused, bubble) != bubble) {
+            Q_EMIT tabStopChanged();
+        }
+    }
+}
+
+int BubbleMapModel::bubbleAfter(int key, int bubble) const {
+    const auto nearest = [&](Direction direction) {
+        return static_cast<int>(nearestBubble(m_bubbles, static_cast<std::size_t>(bubble), direction));
+    };
+    switch (key) {
+        case Qt::Key_Left:
+            return nearest(Direction::left);
+        case Qt::Key_Right:
+            return nearest(Direction::right);
+        case Qt::Key_Up:
+            return nearest(Direction::up);
+        case Qt::Key_Down:
+            return nearest(Direction::down);
+        case Qt::Key_Home:
+            return 0;
+        case Qt::Key_End:
+            return count() - 1;
+        default:
+            return -1;
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QtCore/QAbstractListModel>
 #include <QtCore/QSizeF>
 
+#include <algorithm>
 #include <vector>
 
 /// The bubbles of the map: the first files that match the store's filter, each with its circle in the map's area.
@@ -39,6 +40,15 @@ public:
     [[nodiscard]] int focused() const { return m_focused; }
     Q_SIGNAL void focusedMoved();
 
+    /// The bubble that Tab goes to: the one that had the focus last.
+    Q_PROPERTY(int tabStop READ tabStop NOTIFY tabStopChanged)
+    [[nodiscard]] int tabStop() const { return std::max(0, std::min(m_lastFocused, count() - 1)); }
+    Q_SIGNAL void tabStopChanged();
+
+    /// The bubble to which a key goes from `bubble`: an arrow to the nearest in its direction, Home and End to the
+    /// first and the last. -1 for any other key.
+    [[nodiscard]] Q_INVOKABLE int bubbleAfter(int key, int bubble) const;
+
     /// To be called when a bubble gets or loses the focus. Ignored while the bubbles change.
     Q_INVOKABLE void setFocus(int bubble, bool hasFocus);
 
@@ -59,5 +69,6 @@ private:
     std::vector<FileItem> m_items;
     std::vector<Bubble> m_bubbles;
     int m_focused = -1;
+    int m_lastFocused = 0;
     bool m_isUpdating = false;
 };

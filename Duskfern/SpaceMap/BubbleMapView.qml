@@ -46,6 +46,8 @@ Card {
 
         anchors.bottom: parent.bottom
         anchors.top: header.bottom
+        Accessible.name: header.title
+        Accessible.role: Accessible.Grouping
         clip: true
         width: parent.width
 
@@ -105,6 +107,17 @@ Card {
             delegate: BubbleButton {
                 id: bubble
 
+                // The others are reached by the arrow keys.
+                focusPolicy: index === bubbles.tabStop || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+
+                Keys.onPressed: event => {
+                    const next = bubbles.bubbleAfter(event.key, index);
+                    if (next >= 0) {
+                        buttons.itemAt(next).forceActiveFocus(Qt.TabFocusReason);
+                        event.accepted = true;
+                    }
+                }
+                onActiveFocusChanged: canvas.focused = activeFocus ? index : canvas.focused === index ? -1 : canvas.focused
                 onFocusChanged: bubbles.setFocus(index, focus)
                 onClicked: root.store.selectRow(index)
                 onHoveredChanged: tip.bubble = hovered ? bubble : tip.bubble === bubble ? null : tip.bubble

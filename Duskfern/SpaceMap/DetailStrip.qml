@@ -9,7 +9,7 @@ Item {
 
     required property ScanStore store
 
-    implicitHeight: Math.max(actions.implicitHeight, placeholder.implicitHeight) + 24
+    implicitHeight: Math.max(actions.implicitHeight, placeholder.implicitHeight) + 2 * Theme.inset(12)
 
     Label {
         id: placeholder
@@ -23,15 +23,13 @@ Item {
         visible: !root.store.hasSelection
     }
 
-    Label {
+    NameLabel {
         anchors.left: parent.left
         anchors.leftMargin: 12
         anchors.right: root.store.isMoving ? moving.left : actions.left
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        elide: Text.ElideMiddle
         font.pixelSize: Theme.caption
-        maximumLineCount: 1
         text: root.store.selectedName
         visible: root.store.hasSelection
     }
@@ -69,7 +67,7 @@ Item {
         PushButton {
             font.pixelSize: Theme.caption
             text: "A la papelera"
-            titleColor: Theme.red
+            titleColor: Theme.redText
 
             onClicked: root.store.moveSelectedToTrash()
         }

@@ -11,7 +11,7 @@ Card {
 
     required property ScanStore store
 
-    readonly property int rowHeight: Math.max(46, Theme.body + Theme.caption2 + 24)
+    readonly property int rowHeight: Math.max(46, Theme.compact ? Math.ceil(1.25 * (Theme.body + Theme.caption2)) : Theme.body + Theme.caption2 + 24)
 
     function select(row: int) {
         list.forceActiveFocus();
@@ -37,6 +37,12 @@ Card {
         store: root.store
     }
 
+    ListTypeAhead {
+        id: typeAhead
+
+        model: files
+    }
+
     CardHeader {
         id: header
 
@@ -52,11 +58,11 @@ Card {
         Accessible.name: "Archivos más grandes"
         anchors.bottom: lowerDivider.top
         anchors.top: header.bottom
-        bottomMargin: 6
+        bottomMargin: Theme.inset(6)
+        current: files.selectedRow
         model: files
-        ringShown: files.selectedRow < 0
         rowHeight: root.rowHeight
-        topMargin: 6
+        topMargin: Theme.inset(6)
         width: parent.width
 
         delegate: FileRow {
@@ -71,6 +77,12 @@ Card {
 
         onEntered: root.store.revealSelected()
         onMoved: rows => root.select(files.rowAfter(rows))
+        onTyped: text => {
+            const row = typeAhead.type(text, files.selectedRow);
+            if (row >= 0) {
+                root.select(row);
+            }
+        }
     }
 
     Connections {

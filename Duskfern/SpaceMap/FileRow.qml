@@ -11,6 +11,10 @@ ListRow {
     required property string sizeText
     required property string icon
 
+    function hint(): string {
+        return nameLabel.truncated || folderLabel.truncated ? root.name + "\n" + root.folder : "";
+    }
+
     Accessible.description: root.folder
     spoken: root.name + ", " + root.sizeText
 
@@ -26,7 +30,7 @@ ListRow {
         font.pixelSize: Theme.caption2
         horizontalAlignment: Text.AlignHCenter
         text: root.number
-        width: 24
+        width: 24 * Theme.growth
     }
 
     IconTile {
@@ -41,6 +45,7 @@ ListRow {
         symbol: root.icon
         symbolSize: Theme.body * 1.1
         tint: Theme.teal
+        visible: !Theme.compact
     }
 
     Label {
@@ -48,21 +53,25 @@ ListRow {
 
         Accessible.ignored: true
         anchors.bottom: parent.verticalCenter
-        anchors.left: tile.right
+        anchors.left: tile.visible ? tile.right : numberLabel.right
         anchors.leftMargin: 10
         anchors.right: sizeLabel.left
         anchors.rightMargin: 10
+        elide: Text.ElideMiddle
         maximumLineCount: 1
         text: root.name
     }
 
     Label {
+        id: folderLabel
+
         Accessible.ignored: true
         anchors.left: nameLabel.left
         anchors.right: nameLabel.right
         anchors.top: parent.verticalCenter
-        anchors.topMargin: 2
+        anchors.topMargin: Theme.inset(2)
         color: Theme.secondary
+        elide: Text.ElideMiddle
         font.pixelSize: Theme.caption2
         maximumLineCount: 1
         text: root.folder
@@ -75,7 +84,7 @@ ListRow {
         anchors.right: parent.right
         anchors.rightMargin: 18
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.teal
+        color: Theme.tealText
         font.pixelSize: Theme.caption
         text: root.sizeText
     }

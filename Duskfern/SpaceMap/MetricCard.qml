@@ -11,7 +11,7 @@ Card {
     required property string value
 
     fillOpacity: 0.055
-    implicitHeight: Math.max(tile.height, texts.height) + 26
+    implicitHeight: Math.max(tile.visible ? tile.height : 0, texts.height) + 2 * Theme.inset(13)
     radius: 12
 
     IconTile {
@@ -25,12 +25,13 @@ Card {
         symbol: root.icon
         symbolSize: Theme.title2 * 1.15
         tint: root.accent
+        visible: !Theme.compact
     }
 
     MetricTexts {
         id: texts
 
-        anchors.left: tile.right
+        anchors.left: tile.visible ? tile.right : parent.left
         anchors.leftMargin: 12
         anchors.right: parent.right
         anchors.rightMargin: 13

@@ -35,10 +35,11 @@ Item {
 
         Label {
             font.bold: true
-            font.pixelSize: Theme.largeTitle
+            font.pixelSize: Theme.compact ? Theme.title : Theme.largeTitle
             horizontalAlignment: Text.AlignHCenter
             text: "Descubre qué ocupa tu Mac"
             width: parent.width
+            wrapMode: Text.Wrap
         }
 
         Label {

@@ -6,11 +6,18 @@ import Duskfern.Theme
 Card {
     id: root
 
+    required property int index
     required property storageCategory item
     required property color accent
 
+    /// Whether the keyboard acts on this card.
+    property bool focused: false
+
+    Accessible.description: size.text
+    Accessible.focusable: true
+    Accessible.focused: root.focused
     Accessible.name: root.item.label
-    Accessible.role: Accessible.Grouping
+    Accessible.role: Accessible.ListItem
     fillOpacity: 0.04
     implicitHeight: Math.max(tile.height, texts.height) + 28
     radius: 12
@@ -48,10 +55,18 @@ Card {
         }
 
         Label {
+            id: size
+
             font.bold: true
             font.pixelSize: Theme.title3
             text: Formatters.size(root.item.size)
             width: parent.width
         }
+    }
+
+    FocusRing {
+        cornerRadius: root.radius + 2
+        inset: -2
+        shown: root.focused
     }
 }

@@ -24,15 +24,17 @@ Item {
 
         Label {
             font.bold: true
-            font.pixelSize: Theme.largeTitle
+            font.pixelSize: Theme.compact ? Theme.title : Theme.largeTitle
             text: "Estado de almacenamiento"
             width: parent.width
+            wrapMode: Text.Wrap
         }
 
         Label {
             color: Theme.secondary
             text: "Una vista general de tus discos y del espacio usado"
             width: parent.width
+            wrapMode: Text.Wrap
         }
     }
 

@@ -51,7 +51,7 @@ ScrollPage {
         target: root.Window.window
 
         function onFrameSwapped() {
-            root.appear();
+            Qt.callLater(root.appear); // qmllint disable type
         }
     }
 
@@ -93,15 +93,12 @@ ScrollPage {
             }
         }
 
-        Repeater {
-            model: root.store.volumes
+        VolumeList {
+            store: root.store
+            visible: count > 0
+            width: parent.width
 
-            VolumeCard {
-                required property var modelData
-
-                volume: modelData
-                width: content.width
-            }
+            onReached: card => root.reveal(card)
         }
 
         Label {
@@ -124,6 +121,8 @@ ScrollPage {
             colors: root.colors
             store: root.store
             width: parent.width
+
+            onReached: card => root.reveal(card)
         }
 
         Label {

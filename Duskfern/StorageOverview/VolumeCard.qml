@@ -6,10 +6,17 @@ import Duskfern.Theme
 Card {
     id: root
 
+    required property int index
     required property volumeInfo volume
 
+    /// Whether the keyboard acts on this card.
+    property bool focused: false
+
+    Accessible.description: used.text + ", " + free.text
+    Accessible.focusable: true
+    Accessible.focused: root.focused
     Accessible.name: name.text
-    Accessible.role: Accessible.Grouping
+    Accessible.role: Accessible.ListItem
     implicitHeight: Math.max(tile.height, texts.height) + 32
     radius: 14
 
@@ -41,7 +48,7 @@ Card {
             height: Math.max(name.height, used.height)
             width: parent.width
 
-            Label {
+            NameLabel {
                 id: name
 
                 anchors.left: parent.left
@@ -50,7 +57,6 @@ Card {
                 anchors.verticalCenter: parent.verticalCenter
                 font.pixelSize: Theme.headline
                 font.weight: Font.DemiBold
-                maximumLineCount: 1
                 text: root.volume.name === "" ? "Macintosh HD" : root.volume.name
             }
 
@@ -71,10 +77,18 @@ Card {
         }
 
         Label {
+            id: free
+
             color: Theme.secondary
             font.pixelSize: Theme.caption
             text: Formatters.size(root.volume.available) + " disponibles · " + root.volume.usedPercent + "% ocupado"
             width: parent.width
         }
+    }
+
+    FocusRing {
+        cornerRadius: root.radius + 2
+        inset: -2
+        shown: root.focused
     }
 }

@@ -8,7 +8,7 @@ Item {
     required property string subtitle
     property string badge: ""
 
-    implicitHeight: texts.height + 28 + divider.height
+    implicitHeight: texts.height + 2 * texts.y + divider.height
 
     Column {
         id: texts
@@ -18,7 +18,7 @@ Item {
         anchors.right: capsule.visible ? capsule.left : parent.right
         anchors.rightMargin: 14
         spacing: 2
-        y: 14
+        y: Theme.inset(14)
 
         Label {
             font.pixelSize: Theme.headline
@@ -31,6 +31,7 @@ Item {
             color: Theme.secondary
             font.pixelSize: Theme.caption
             text: root.subtitle
+            visible: !Theme.compact
             width: parent.width
         }
     }

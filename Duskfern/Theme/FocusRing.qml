@@ -11,6 +11,9 @@ Rectangle {
     property real inset: -3
     property real cornerRadius: 9
 
+    /// Whether its parent may have any colour: a second ring inside the first then stands out from one of the two.
+    property bool onPicture: false
+
     anchors.fill: parent
     anchors.margins: root.inset
     border.color: Theme.focus
@@ -18,4 +21,14 @@ Rectangle {
     color: "transparent"
     radius: root.cornerRadius
     visible: root.shown && (root.always || Theme.keyboard)
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: 3
+        border.color: Theme.window
+        border.width: 2
+        color: "transparent"
+        radius: root.radius - 3
+        visible: root.onPicture
+    }
 }

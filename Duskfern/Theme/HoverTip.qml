@@ -20,6 +20,7 @@ T.ToolTip {
         radius: 6
     }
     contentItem: Label {
+        Accessible.ignored: true
         font.pixelSize: Theme.caption
         text: root.text
         wrapMode: Text.WrapAnywhere

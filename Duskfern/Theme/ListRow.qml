@@ -22,11 +22,16 @@ Item {
     property real leftInset: 6
     property real rightInset: 6
 
-    readonly property alias hovered: pointer.containsMouse
-
     signal pressed(row: int)
     signal opened(row: int)
 
+    /// What a hint shows while the pointer is on the row: what is shortened, as a whole. Empty if nothing is.
+    function hint(): string {
+        return "";
+    }
+
+    Accessible.focusable: true
+    Accessible.focused: root.chosen && root.focused
     Accessible.name: root.spoken
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true
@@ -68,6 +73,13 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
 
+        onContainsMouseChanged: {
+            if (pointer.containsMouse) {
+                Hints.show(root, root.hint());
+            } else {
+                Hints.hide(root);
+            }
+        }
         onDoubleClicked: root.opened(root.index)
         onPressed: root.pressed(root.index)
     }

@@ -16,7 +16,7 @@ Pressable {
     /// Whether the action is possible. Only this changes the look to disabled, not `enabled`, which is false while a
     /// dialog is open.
     property bool available: true
-    property color tint: Theme.red
+    property color tint: Theme.redFill
     property color titleColor: root.prominent ? Theme.onTint : Theme.primary
 
     readonly property bool prominent: root.kind === PushButton.Prominent
@@ -28,7 +28,7 @@ Pressable {
     font.pixelSize: root.large ? Theme.title3 : Theme.body
     implicitHeight: Math.ceil(contentItem.implicitHeight) + topPadding + bottomPadding
     implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
-    horizontalPadding: root.large ? 22 : 12
+    horizontalPadding: root.large ? 22 : Theme.compact ? 8 : 12
     opacity: root.available ? 1 : 0.45
     verticalPadding: root.large ? 10 : 6
 
@@ -40,8 +40,8 @@ Pressable {
 
         Rectangle {
             anchors.fill: parent
-            color: root.down || !(Theme.dark || root.prominent) ? Theme.darken : Theme.lighten
-            opacity: root.down ? 0.16 : root.hovered ? (root.prominent ? 0.12 : 0.05) : 0
+            color: root.down || root.prominent || !Theme.dark ? Theme.darken : Theme.lighten
+            opacity: root.down ? (root.prominent ? 0.22 : 0.08) : root.hovered ? (root.prominent ? 0.1 : 0.05) : 0
             radius: parent.radius
         }
 
@@ -52,7 +52,7 @@ Pressable {
     }
     contentItem: Item { // qmllint disable deferred-property-id
         implicitHeight: title.implicitHeight
-        implicitWidth: row.width
+        implicitWidth: title.implicitWidth + (icon.visible ? icon.width + row.spacing : 0)
 
         Row {
             id: row
@@ -61,11 +61,13 @@ Pressable {
             spacing: 8
 
             Symbol {
+                id: icon
+
                 anchors.verticalCenter: parent.verticalCenter
                 color: root.titleColor
                 name: root.symbol
-                size: title.font.pixelSize * 1.1
-                visible: root.symbol !== ""
+                size: root.font.pixelSize * 1.1
+                visible: root.symbol !== "" && !Theme.compact
             }
 
             Label {
@@ -76,6 +78,7 @@ Pressable {
                 font.pixelSize: root.font.pixelSize
                 font.weight: root.prominent ? Font.Medium : Font.Normal
                 text: root.text
+                width: Math.min(implicitWidth, root.availableWidth - (icon.visible ? icon.width + row.spacing : 0))
             }
         }
     }

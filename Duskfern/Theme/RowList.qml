@@ -1,4 +1,5 @@
 import QtQuick
+import Duskfern.Theme
 
 /// A list of rows of equal height, with a single Tab stop. Its owner keeps the selection and handles the signals of the
 /// keys.
@@ -7,8 +8,8 @@ ListView {
 
     required property int rowHeight
 
-    /// Whether the list itself shows the focus ring, because no row is selected.
-    property bool ringShown: false
+    /// The row that the keys act on; -1 if there is none, and the list itself shows the focus ring.
+    property int current: -1
 
     readonly property int page: Math.max(1, Math.floor(root.height / root.rowHeight) - 1)
 
@@ -17,6 +18,16 @@ ListView {
 
     /// Return or Enter was pressed.
     signal entered
+
+    /// A key gave text.
+    signal typed(text: string)
+
+    /// Screen readers follow the row; a list that has the focus is all that Qt tells them.
+    function tellRow() {
+        if (root.activeFocus) {
+            ScreenReader.moveFocus(root.current < 0 ? root : root.itemAtIndex(root.current));
+        }
+    }
 
     Accessible.role: Accessible.List
     activeFocusOnTab: true
@@ -30,17 +41,23 @@ ListView {
     keyNavigationEnabled: false
     reuseItems: true
 
+    // Later, when the list has scrolled to the row.
+    onActiveFocusChanged: Qt.callLater(root.tellRow)
+    onCurrentChanged: Qt.callLater(root.tellRow)
     Keys.onPressed: event => {
         const rows = {[Qt.Key_Up]: -1, [Qt.Key_Down]: 1, [Qt.Key_PageUp]: -root.page, [Qt.Key_PageDown]: root.page, [Qt.Key_Home]: -root.count, [Qt.Key_End]: root.count};
         if ((event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier)) !== 0) {
             return;
         }
+        event.accepted = true;
         if (event.key in rows) {
             root.moved(rows[event.key]);
-            event.accepted = true;
         } else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
             root.entered();
-            event.accepted = true;
+        } else if (event.text >= " " && event.key !== Qt.Key_Delete) {
+            root.typed(event.text);
+        } else {
+            event.accepted = false;
         }
     }
 
@@ -52,6 +69,6 @@ ListView {
         cornerRadius: 4
         inset: 0
         parent: root
-        shown: root.activeFocus && root.ringShown
+        shown: root.activeFocus && root.current < 0
     }
 }

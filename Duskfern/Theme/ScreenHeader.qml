@@ -7,12 +7,12 @@ Item {
     required property string title
     required property string subtitle
 
-    /// Where the line below the title is shortened.
-    property int subtitleElide: Text.ElideRight
+    /// Whether the line below the title is a path, which is shortened where another text wraps.
+    property bool isPath: false
 
     default property alias buttons: row.data
 
-    implicitHeight: Math.max(titles.height, row.height) + 32 + divider.height
+    implicitHeight: Math.max(titles.height, row.height) + 2 * Theme.inset(16) + divider.height
 
     Column {
         id: titles
@@ -31,13 +31,14 @@ Item {
             width: parent.width
         }
 
-        Label {
+        NameLabel {
             color: Theme.secondary
-            elide: root.subtitleElide
+            elide: root.isPath ? Text.ElideMiddle : Text.ElideRight
             font.pixelSize: Theme.caption
-            maximumLineCount: 1
+            maximumLineCount: root.isPath ? 1 : 2
             text: root.subtitle
             width: parent.width
+            wrapMode: root.isPath ? Text.NoWrap : Text.Wrap
         }
     }
 

@@ -10,6 +10,17 @@ Flickable {
         root.contentY = Math.max(0, Math.min(root.contentY + distance, root.contentHeight - root.height));
     }
 
+    /// Scrolls until an item of the page is in sight.
+    function reveal(item: Item) {
+        const top = item.mapToItem(root.contentItem, 0, 0).y - 12;
+        const bottom = top + item.height + 24;
+        if (top < root.contentY) {
+            root.scroll(top - root.contentY);
+        } else if (bottom > root.contentY + root.height) {
+            root.scroll(bottom - root.contentY - root.height);
+        }
+    }
+
     // The page may have the focus when it does not scroll; turning this off would take it away.
     activeFocusOnTab: root.scrolls || root.activeFocus
     boundsBehavior: Flickable.StopAtBounds

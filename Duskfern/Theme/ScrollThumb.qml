@@ -7,6 +7,7 @@ T.ScrollBar {
 
     required property Flickable view
 
+    Accessible.name: "Desplazamiento"
     active: root.view.moving || root.hovered || root.pressed
     anchors.bottom: parent?.bottom
     anchors.right: parent?.right

@@ -17,14 +17,15 @@ T.TextField {
     font.family: Theme.family
     font.pixelSize: Theme.body
     hoverEnabled: true
+    implicitWidth: Math.ceil(placeholder.implicitWidth) + leftPadding + rightPadding
     implicitHeight: Math.ceil(contentHeight) + topPadding + bottomPadding
-    leftPadding: 30
+    leftPadding: 18 + Theme.body
     placeholderTextColor: Theme.secondary
     renderType: Text.NativeRendering
     rightPadding: 28
     selectByMouse: true
     selectedTextColor: Theme.onTint
-    selectionColor: Theme.blue
+    selectionColor: Theme.blueFill
     text: root.value
     verticalAlignment: TextInput.AlignVCenter
     bottomPadding: 7
@@ -58,6 +59,8 @@ T.TextField {
     }
 
     Label {
+        id: placeholder
+
         Accessible.ignored: true
         anchors.left: parent.left
         anchors.leftMargin: root.leftPadding

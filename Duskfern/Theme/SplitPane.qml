@@ -8,6 +8,8 @@ import Duskfern.Theme
 Item {
     id: root
 
+    /// Name of the divider for assistive technologies.
+    required property string dividerName
     required property real minimumFirst
     required property real minimumSecond
     property real maximumFirst: Infinity
@@ -39,23 +41,17 @@ Item {
     }
 
     Item {
-        id: secondPane
-
-        height: parent.height
-        width: root.room - root.firstWidth
-        x: root.firstWidth + root.gap
-    }
-
-    Item {
         id: divider
 
         Accessible.focusable: true
-        Accessible.name: "Divisor"
+        Accessible.name: root.dividerName
         Accessible.role: Accessible.Splitter
         activeFocusOnTab: true
         height: parent.height
         width: root.gap
         x: root.firstWidth
+        // Read between the panes, but wider than its gap for the pointer.
+        z: 1
 
         Keys.onLeftPressed: root.chosenFirst = root.fitted(root.firstWidth - 20)
         Keys.onRightPressed: root.chosenFirst = root.fitted(root.firstWidth + 20)
@@ -93,5 +89,13 @@ Item {
             }
             onPressed: event => drag.grip = drag.mapToItem(root, event.x, 0).x - root.firstWidth
         }
+    }
+
+    Item {
+        id: secondPane
+
+        height: parent.height
+        width: root.room - root.firstWidth
+        x: root.firstWidth + root.gap
     }
 }

@@ -11,6 +11,9 @@ QtObject {
     /// Set by the window.
     property bool dark: false
 
+    /// Set by the window: its height.
+    property real windowHeight: 760
+
     /// Set by the window: whether nothing should move that need not.
     property bool still: false
 
@@ -26,9 +29,17 @@ QtObject {
     readonly property color teal: root.dark ? "#40C8E0" : "#30B0C7"
     readonly property color gray: root.dark ? "#98989D" : "#8E8E93"
 
+    /// Tones of the colours above for text, and for fills under white text: with them a text has a contrast of 4.5 at
+    /// least on every surface it stands on.
+    readonly property color redText: root.dark ? "#FF8F87" : "#B0160D"
+    readonly property color tealText: root.dark ? "#40C8E0" : "#1A6371"
+    readonly property color redFill: root.dark ? "#D92015" : "#DE2015"
+    readonly property color redMark: root.dark ? root.red : "#E8291E"
+    readonly property color blueFill: "#0067D6"
+
     /// The colour of text, and of fills in shades of it.
     readonly property color primary: root.dark ? "#F5F5F7" : "#1D1D1F"
-    readonly property color secondary: root.dark ? "#A8A8AE" : "#5F5F65"
+    readonly property color secondary: root.dark ? "#B6B6BC" : "#58585E"
 
     readonly property color window: root.dark ? "#1C1C1E" : "#F9F9FA"
     readonly property color sidebar: root.dark ? "#242427" : "#F0F0F2"
@@ -43,7 +54,7 @@ QtObject {
     readonly property color darken: "#000000"
     readonly property color divider: root.tint(root.primary, root.dark ? 0.12 : 0.1)
     readonly property color selection: root.tint(root.blue, root.dark ? 0.3 : 0.18)
-    readonly property color focus: root.tint(root.blue, 0.75)
+    readonly property color focus: root.dark ? "#5CADFF" : "#0056B3"
     readonly property color shade: root.dark ? "#80000000" : "#4D000000"
 
     readonly property string family: SystemFont.family
@@ -58,6 +69,16 @@ QtObject {
     readonly property int caption2: root.scaled(0.8)
     readonly property int fixed9: root.scaled(0.69)
     readonly property int fixed8: root.scaled(0.62)
+
+    /// How much wider than usual the text is; widths that hold a text follow it.
+    readonly property real growth: Math.max(1, root.body / 15)
+
+    /// Whether the text leaves little room in the window. Insets then shrink, and what only decorates yields.
+    readonly property bool compact: root.windowHeight < 34 * root.body
+
+    function inset(length: real): real {
+        return root.compact ? Math.round(length / 2) : length;
+    }
 
     function scaled(factor: real): int {
         return Math.max(10, Math.round(SystemFont.pixelSize * factor));

@@ -2,6 +2,7 @@
 
 #include <QtTest/QSignalSpy>
 
+#include <array>
 #include <filesystem>
 #include <random>
 
@@ -15,6 +16,18 @@ protected:
 
     /// Whether a bubble of this file has the focus.
     [[nodiscard]] bool isOnBubble(const std::string& file) const { return driver.focused().starts_with(file + ", "); }
+
+    /// Tabs to the bubbles, and goes about by arrow keys until that of a file has the focus.
+    void goToBubble(const std::string& file) {
+        for (int step = 0; step < 60 && !driver.focused().starts_with("f"); ++step) {
+            press(Qt::Key_Tab);
+        }
+        std::mt19937 random(1);
+        for (int step = 0; step < 500 && !isOnBubble(file); ++step) {
+            press(std::array{Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}[random() % 4]);
+        }
+        ASSERT_TRUE(isOnBubble(file)) << driver.focused();
+    }
 
     void trashSelected() {
         const qint64 before = app.store().fileCount();
@@ -81,8 +94,8 @@ TEST_F(FocusJourney, WithoutRowsTheMainButtonIsFirst) {
 TEST_F(FocusJourney, TheKeysOfTheWindowWorkFromEverywhere) {
     tree.file("home/.cache/app0/a", 4096);
     showMap();
-    const auto places = {"Archivo",        "Inicio",          "Vídeos", "Divisor",
-                         "Elegir carpeta", "Buscar archivos", files,    "f10.mov"};
+    const auto places = {"Archivo",        "Herramientas",    "Explorar", "Ancho de la barra lateral",
+                         "Elegir carpeta", "Buscar archivos", files,      "f10.mov"};
     for (const char* const place : places) {
         for (const Qt::Key screen : {Qt::Key_1, Qt::Key_3}) {
             ASSERT_TRUE(driver.tabTo(place)) << place;
@@ -114,7 +127,7 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
     showMap();
     const std::pair<Qt::Key, Qt::KeyboardModifier> keys[] = {{Qt::Key_F10, Qt::NoModifier},
                                                              {Qt::Key_A, Qt::AltModifier}};
-    for (const char* const place : {"Vídeos", "Buscar archivos", files}) {
+    for (const char* const place : {"Explorar", "Buscar archivos", files}) {
         for (const auto& [key, modifier] : keys) {
             ASSERT_TRUE(driver.tabTo(place));
             press(key, modifier);
@@ -134,7 +147,7 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
     // So does the folder dialog, opened from the menu or by its keys.
     chooser.next = &browser;
     for (const bool fromMenu : {true, false}) {
-        ASSERT_TRUE(driver.tabTo("Vídeos"));
+        ASSERT_TRUE(driver.tabTo("Explorar"));
         if (fromMenu) {
             press(Qt::Key_F10);
             driver.key(Qt::Key_Return);
@@ -146,13 +159,19 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
         press(Qt::Key_Tab);
         press(Qt::Key_Escape);
         EXPECT_EQ(openDialog(), "");
-        EXPECT_EQ(driver.focused(), "Vídeos");
+        EXPECT_EQ(driver.focused(), "Explorar");
     }
 }
 
 TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
     showMap();
-    ASSERT_TRUE(driver.tabTo("f13.zip"));
+    ASSERT_TRUE(driver.tabTo("f10.mov"));
+    press(Qt::Key_End);
+    EXPECT_TRUE(isOnBubble("f23.zip")) << driver.focused();
+    press(Qt::Key_Tab);
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(isOnBubble("f23.zip")) << "one Tab stop, where one was";
+    goToBubble("f13.zip");
     app.store().setSearch(QStringLiteral("zip"));
     EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
     app.store().setSearch(QStringLiteral("f13"));
@@ -171,7 +190,7 @@ TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
     EXPECT_EQ(driver.focused(), files);
 
     // The focus of who types a search is not taken.
-    ASSERT_TRUE(driver.tabTo("f14.mov"));
+    goToBubble("f14.mov");
     press(Qt::Key_F, Qt::ControlModifier);
     driver.type("zip");
     EXPECT_EQ(driver.focused(), "Buscar archivos");

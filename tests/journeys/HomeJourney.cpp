@@ -45,7 +45,7 @@ TEST_F(HomeJourney, TheDisksAndWhatFillsTheMainOne) {
           "380 GB disponibles · 81% ocupado", "Uso del disco principal", "102 KB", "2 MB", "119,99 GB", estimate}) {
         EXPECT_TRUE(driver.shows(text)) << text;
     }
-    EXPECT_EQ(driver.names(group),
+    EXPECT_EQ(driver.names(list),
               (std::vector<std::string>{"Macintosh HD", "Copias", "Música", "Vídeos", "Imágenes", "Documentos",
                                         "Descargas", "Aplicaciones", "Sistema y otros"}));
     EXPECT_EQ(symbolsOfDisks(*app.window().contentItem()), "internaldrive.fill externaldrive.fill ");
@@ -82,12 +82,12 @@ TEST_F(HomeJourney, NarrowWideAndWithoutVolumes) {
     showWindow();
     ASSERT_TRUE(waitForSizes());
     EXPECT_TRUE(driver.waitFor("Uso del disco principal"));
-    EXPECT_EQ(driver.names(group).size(), 7U);
+    EXPECT_EQ(driver.names(list).size(), 7U);
     const auto columns = [&] {
-        const int top = driver.find("Música", group)->rect().top();
+        const int top = driver.find("Música", list)->rect().top();
         int count = 0;
-        for (const std::string& name : driver.names(group)) {
-            const QRect card = driver.find(name, group)->rect();
+        for (const std::string& name : driver.names(list)) {
+            const QRect card = driver.find(name, list)->rect();
             EXPECT_GE(card.width(), 209) << name;
             count += card.top() == top ? 1 : 0;
         }

@@ -76,10 +76,11 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     EXPECT_EQ(driver.names(list), (Texts{"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB",
                                          "Xorg.0.log, 102 KB"}));
     EXPECT_EQ(driver.names(list, QAccessible::Description),
-              (Texts{"Caché · navegador, " + tree.path("home/.cache"),
-                     "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config"),
-                     "Caché · Editor, " + tree.path("home/Library/Caches"),
-                     "Registro · log, " + tree.path("home/.local/share/xorg")}));
+              (Texts{"Caché · navegador, " + tree.path("home/.cache") + ", 1 de 4",
+                     "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") +
+                         ", 2 de 4",
+                     "Caché · Editor, " + tree.path("home/Library/Caches") + ", 3 de 4",
+                     "Registro · log, " + tree.path("home/.local/share/xorg") + ", 4 de 4"}));
     for (const char* const text :
          {"Cachés, registros, temporales y posibles restos de apps", "ENCONTRADOS", "4", "SELECCIONADO", "1,3 MB",
           "BAJO RIESGO", "3", "Los “posibles restos” no se limpian automáticamente."}) {

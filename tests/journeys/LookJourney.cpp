@@ -6,6 +6,7 @@
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "StorageOverview/StorageCategory.h"
 #include "Theme/SymbolProvider.h"
+#include "support/Contrast.h"
 #include "support/Journey.h"
 
 #include <QtCore/QDirIterator>
@@ -17,7 +18,9 @@
 #include <QtQml/QQmlComponent>
 #include <QtTest/QSignalSpy>
 
+#include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 
 namespace {
@@ -163,7 +166,7 @@ TEST(Symbols, AllHaveAPicture) {
     for (const FolderPlace& place : folderPlaces(folders, {FileURL("/disk")})) {
         names.insert(place.symbol);
     }
-    const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbol|icon|name): (.*"))x"));
+    const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbols?|icon|name): (.*"))x"));
     const QRegularExpression literal(QStringLiteral(R"x("([^"]+)")x"));
     for (QDirIterator files(QStringLiteral(":/qt/qml/Duskfern"), {QStringLiteral("*.qml")}, QDir::Files,
                             QDirIterator::Subdirectories);
@@ -187,15 +190,22 @@ TEST(Symbols, AllHaveAPicture) {
 
 class BubbleMap : public testing::Test {
 protected:
-    /// What the map of one file of this name paints.
-    QImage paint(const std::string& name, const QSize& area) {
+    /// What the map of one file of this name paints, or with others of the same size that lie above it.
+    QImage paint(const std::string& name, const QSize& area, int others = 0) {
         TemporaryFolder tree;
-        tree.file(name, 4096);
+        tree.file(name, 2 * 4096);
+        for (int i = 0; i < others; ++i) {
+            tree.file("o" + std::to_string(i), 4096);
+        }
         store.setRootURL(tree.url());
         store.startScan();
         EXPECT_TRUE(waitUntil([&] { return !store.isScanning(); }));
         model.setArea(area);
         canvas.setSize(area);
+        return paintAgain();
+    }
+    QImage paintAgain() {
+        const QSize area = canvas.size().toSize();
         QImage image(area, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         QPainter painter(&image);
@@ -262,6 +272,45 @@ TEST_F(BubbleMap, NamesStandInBubblesOverTheirLeastDiameterOnly) {
         const QImage one = paint("iiii", {width, 300});
         EXPECT_EQ(model.bubbles().front().diameter > namedBubbleDiameter, isNamed);
         EXPECT_NE(one == paint("wwww", {width, 300}), isNamed) << width;
+    }
+}
+
+TEST_F(BubbleMap, WhatABubbleCoversIsNotPaintedUntilItIsRaised) {
+    // The name and the symbol of the lowest bubble, under thirteen others.
+    std::vector<QImage> covered;
+    std::vector<QImage> hovered;
+    std::vector<QImage> focused;
+    for (const char* const name : {"iiii.mov", "wwww.zip"}) {
+        covered.push_back(paint(name, {800, 200}, 13));
+        canvas.setProperty("hovered", 0);
+        hovered.push_back(paintAgain());
+        canvas.setProperty("hovered", -1);
+        canvas.setProperty("focused", 0);
+        focused.push_back(paintAgain());
+        canvas.setProperty("focused", -1);
+    }
+    EXPECT_EQ(covered[0], covered[1]);
+    EXPECT_NE(hovered[0], hovered[1]);
+    EXPECT_NE(focused[0], focused[1]);
+    EXPECT_NE(covered[0], focused[0]);
+}
+
+TEST_F(BubbleMap, WhiteTextStandsOutOnItsShade) {
+    for (const char* const color : {"#F230B0C7", "#D1AF52DE", "#F240C8E0", "#D1BF5AF2"}) {
+        canvas.setProperty("from", QColor(color));
+        canvas.setProperty("to", QColor(color));
+        canvas.setProperty("background", QColor(Qt::white));
+        const QImage image = paint("aaaaaaaa", {250, 300});  // Without a name: symbol and size.
+        const Bubble bubble = model.bubbles().front();
+        std::map<QRgb, int> colors;
+        for (int x = -14; x <= 14; ++x) {
+            for (int y = 4; y <= 14; ++y) {
+                ++colors[image.pixel(static_cast<int>(bubble.x) + x, static_cast<int>(bubble.y) + y)];
+            }
+        }
+        const auto behind = std::max_element(colors.begin(), colors.end(),
+                                             [](const auto& a, const auto& b) { return a.second < b.second; });
+        EXPECT_GE(contrast(Qt::white, QColor(behind->first)), 4.5) << color;
     }
 }
 

@@ -101,23 +101,4 @@ TEST_F(SpaceMapJourney, FromTheFirstLookToTheTrashAndBack) {
     EXPECT_TRUE(exists("copia.zip"));
 }
 
-TEST_F(SpaceMapJourney, StrangeSearchesAndSizesDoNoHarm) {
-    analyse();
-    ASSERT_TRUE(driver.waitFor("Boda.mov", list));
-    EXPECT_EQ(app.window().minimumSize(), QSize(980, 650));
-    for (const Text& text : {Text("🌿"), Text(std::string(10'000, 'x')), Text("\n\u202E%1<b>")}) {
-        app.store().setSearch(text);
-        EXPECT_TRUE(driver.waitFor("No hay archivos que mostrar"));
-    }
-    app.store().setSearch({});
-    for (const QSize size : {QSize(980, 650), QSize(1440, 900), QSize(2400, 1300)}) {
-        app.window().resize(size);
-        EXPECT_TRUE(waitUntil([&] {
-            const QRect search = driver.find("Buscar archivos", QAccessible::EditableText)->rect();
-            return search.width() == 230 && search.right() <= app.window().geometry().right() &&
-                   app.window().size() == size;
-        })) << size.width();
-    }
-}
-
 }  // namespace

@@ -23,7 +23,10 @@ QAccessibleInterface* Driver::find(const Text& name, Role role) const {
     QAccessibleInterface* found = nullptr;
     visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {
         const QString text = node->text(QAccessible::Name);
-        const bool isIt = node->role() == role && (text == name || text.startsWith(name + QLatin1String(", ")));
+        // What the sidebar lists is pressed like a button.
+        const bool isRole =
+            node->role() == role || (role == QAccessible::Button && node->role() == QAccessible::PageTab);
+        const bool isIt = isRole && (text == name || text.startsWith(name + QLatin1String(", ")));
         found = isIt ? node : nullptr;
         return isIt;
     });
@@ -33,7 +36,7 @@ QAccessibleInterface* Driver::find(const Text& name, Role role) const {
 std::vector<std::string> Driver::names(Role role, QAccessible::Text kind) const {
     std::vector<std::string> all;
     visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {
-        if (node->role() == role) {
+        if (node->role() == role && !node->state().disabled) {
             all.push_back(node->text(kind).toStdString());
         }
         return false;

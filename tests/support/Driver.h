@@ -39,7 +39,7 @@ public:
         return waitUntil([&] { return names(QAccessible::Dialog).empty(); });
     }
 
-    /// Every visible name, or description, of a role, in the order in which they are read.
+    /// Every visible and enabled name, or description, of a role, in the order in which they are read.
     [[nodiscard]] std::vector<std::string> names(Role role, QAccessible::Text kind = QAccessible::Name) const;
 
     [[nodiscard]] bool isEnabled(const Text& name, Role role = QAccessible::Button) const;

@@ -17,7 +17,6 @@ class Journey : public testing::Test {
 protected:
     static constexpr auto list = QAccessible::ListItem;
     static constexpr auto dialog = QAccessible::Dialog;
-    static constexpr auto group = QAccessible::Grouping;
 
     Journey() {
         UserFolderPaths& paths = userFolders.folders;

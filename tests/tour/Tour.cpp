@@ -1,5 +1,5 @@
 // Opens the program's window, walks its screens on a real folder and takes a picture of each:
-//     duskfern_tour PICTURES FOLDER [WIDTHxHEIGHT] [light|dark]
+//     duskfern_tour PICTURES FOLDER [WIDTHxHEIGHT] [light|dark] [POINTS]
 // All is the program's own but the answer to the folder dialog and the Trash, which takes nothing.
 
 #include "Desktop/DesktopApplications.h"
@@ -13,6 +13,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtGui/QFont>
 #include <QtGui/QGuiApplication>
 #include <QtTest/QTest>
 
@@ -69,6 +70,12 @@ void walk(const QStringList& arguments) {
     takePicture("mapa");
     if (app.store().fileCount() > 0) {
         app.store().selectRow(2);
+        takePicture("seleccion");
+        driver.key(Qt::Key_Tab);
+        for (int step = 0; step < 4; ++step) {
+            driver.key(Qt::Key_Tab);
+        }
+        takePicture("teclado");
         press("A la papelera");
         takePicture("confirmacion");
         press("Cancelar");
@@ -84,8 +91,11 @@ int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     DuskfernApp::prepareProcess();
     const QStringList arguments = QGuiApplication::arguments();
+    QFont font = QGuiApplication::font();
+    font.setPointSizeF(arguments.value(5, QStringLiteral("11")).toDouble());
+    QGuiApplication::setFont(font);
     require(arguments.size() > 2 && QDir().mkpath(arguments[1]),
-            "usage: duskfern_tour PICTURES FOLDER [WIDTHxHEIGHT] [light|dark]");
+            "usage: duskfern_tour PICTURES FOLDER [WIDTHxHEIGHT] [light|dark] [POINTS]");
     walk(arguments);
     return 0;
 }

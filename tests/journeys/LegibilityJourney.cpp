@@ -1,0 +1,280 @@
+// Every screen and state is looked at: whether its texts stand out, fit and leave room for the lists.
+
+#include "support/Contrast.h"
+#include "support/KeyboardJourney.h"
+
+#include <QtGui/QFont>
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlEngine>
+#include <QtQuick/QQuickItem>
+
+#include <map>
+
+namespace {
+
+QColor over(const QColor& below, const QColor& above) {
+    const auto mix = [&](float b, float a) { return b * (1 - above.alphaF()) + a * above.alphaF(); };
+    return QColor::fromRgbF(mix(below.redF(), above.redF()), mix(below.greenF(), above.greenF()),
+                            mix(below.blueF(), above.blueF()));
+}
+
+class LegibilityJourney : public KeyboardJourney {
+protected:
+    using Look = std::function<void(const std::string& screen)>;
+
+    void SetUp() override {
+        KeyboardJourney::SetUp();
+        tree.file("files/Un nombre de archivo bastante largo para cualquier lista de este programa.mov", 61 * 4096);
+        volumes.add("/media/Copias", VolumeValues{QStringLiteral("Copias de seguridad"), 2'000'000'000'000, {}, 10});
+        for (int i = 0; i < 8; ++i) {
+            tree.file("home/.cache/app" + std::to_string(i) + "/a", 2 * 4096);
+        }
+        trash.refusesAll = true;
+        showWindow();
+        app.window().resize(app.window().minimumSize());
+        EXPECT_EQ(app.window().minimumSize(), QSize(980, 650));
+    }
+
+    /// Looks at every screen and state.
+    void walk(const Look& look) {
+        const auto settled = [&](const char* screen) {
+            QTest::qWait(60);
+            look(screen);
+        };
+        press(Qt::Key_1, Qt::ControlModifier);
+        ASSERT_TRUE(waitUntil([this] { return driver.isEnabled("Actualizar"); }));
+        settled("Inicio");
+        press(Qt::Key_End);
+        settled("Inicio, end");
+        app.store().setRootURL({});
+        press(Qt::Key_2, Qt::ControlModifier);
+        settled("welcome");
+        chooser.next = &browser;
+        driver.key(Qt::Key_O, Qt::ControlModifier);
+        ASSERT_TRUE(waitForDialog("Elegir carpeta"));
+        settled("folder dialog");
+        press(Qt::Key_Escape);
+        chooser.next = nullptr;
+        driver.key(Qt::Key_O, Qt::ControlModifier);
+        ASSERT_TRUE(waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
+        ASSERT_TRUE(driver.tabTo("Archivos más grandes"));
+        settled("map");
+        press(Qt::Key_Down);
+        QTest::mouseMove(&app.window(), app.window().mapFromGlobal(driver.find("f10.mov", list)->rect().center()));
+        settled("map, one selected and one under the pointer");
+        const QPoint trashButton =
+            app.window().mapFromGlobal(driver.find("A la papelera", QAccessible::Button)->rect().center());
+        QTest::mousePress(&app.window(), Qt::LeftButton, {}, trashButton);
+        settled("map, a button pressed");
+        QTest::mouseMove(&app.window(), {5, 5});
+        QTest::mouseRelease(&app.window(), Qt::LeftButton, {}, {5, 5});
+        app.store().setSearch(QStringLiteral("nada"));
+        settled("map, nothing found");
+        app.store().setSearch({});
+        press(Qt::Key_F10);
+        settled("menu");
+        press(Qt::Key_Escape);
+        press(Qt::Key_Delete);
+        settled("question");
+        press(Qt::Key_Return);
+        ASSERT_TRUE(waitForDialog("No se pudo completar la acción"));
+        settled("failure");
+        press(Qt::Key_Escape);
+        press(Qt::Key_3, Qt::ControlModifier);
+        ASSERT_TRUE(driver.waitFor("app0", list));
+        press(Qt::Key_Down);
+        settled("junk");
+        ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
+        press(Qt::Key_Return);
+        ASSERT_TRUE(waitUntil([this] { return openDialog().starts_with("Limpieza parcial"); }));
+        settled("junk, message");
+        press(Qt::Key_Escape);
+    }
+
+    /// What is seen of a text that can be read: enabled, not hidden, and not scrolled away.
+    struct SeenText {
+        const QQuickItem* item = nullptr;
+        std::string text;
+        QRectF box;            ///< In the window, of the letters.
+        bool isWhole = false;  ///< Nothing of it is scrolled away.
+        bool isAbove = false;  ///< In a menu, which covers what is below.
+    };
+    [[nodiscard]] std::vector<SeenText> texts() {
+        std::vector<SeenText> found;
+        collect(app.window().contentItem(), QRectF(QPointF(), app.window().size()), false, found);
+        return found;
+    }
+
+private:
+    void collect(const QQuickItem* item, QRectF clip, bool isAbove, std::vector<SeenText>& found) const {
+        if (!item->isVisible() || !item->isEnabled() || item->opacity() < 0.5) {
+            return;
+        }
+        if (item->clip()) {
+            clip &= item->mapRectToScene({QPointF(), item->size()});
+        }
+        if (item->inherits("QQuickText") && !item->property("text").toString().isEmpty()) {
+            const QSizeF size(item->property("contentWidth").toReal(), item->property("contentHeight").toReal());
+            QRectF box(QPointF(item->property("leftPadding").toReal(), item->property("topPadding").toReal()), size);
+            if (item->property("horizontalAlignment").toInt() == Qt::AlignHCenter) {
+                box.moveLeft((item->width() - size.width()) / 2);
+            }
+            const QRectF whole = item->mapRectToScene(box);
+            if (const QRectF seen = whole & clip; seen.height() > whole.height() / 2 && seen.width() > 1) {
+                found.push_back({item, item->property("text").toString().toStdString(), whole, seen == whole, isAbove});
+            }
+        }
+        for (const QQuickItem* const child : item->childItems()) {
+            collect(child, clip, isAbove || item->inherits("QQuickPopupItem"), found);
+        }
+    }
+};
+
+TEST_F(LegibilityJourney, TheThemesColoursStandOutOnAllTheirSurfaces) {
+    QQmlComponent component(qmlEngine(app.window().contentItem()->childItems().front()));
+    component.setData("import QtQml; import Duskfern.Theme; QtObject { property QtObject theme: Theme }", {});
+    const std::unique_ptr<QObject> holder(component.create());
+    ASSERT_NE(holder, nullptr) << qPrintable(component.errorString());
+    const auto* const theme = holder->property("theme").value<QObject*>();
+    for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
+        colorScheme.prefer(preference);
+        const auto color = [&](const char* name) { return theme->property(name).value<QColor>(); };
+        const auto tint = [&](const char* name, double opacity) {
+            QColor tinted = color(name);
+            tinted.setAlphaF(static_cast<float>(opacity));
+            return tinted;
+        };
+        const QColor card = over(color("window"), tint("primary", 0.055));
+        const std::map<std::string, QColor> surfaces = {
+            {"window", color("window")},
+            {"sidebar", color("sidebar")},
+            {"current screen", over(color("sidebar"), tint("red", 0.2))},
+            {"current category", over(color("sidebar"), tint("purple", 0.18))},
+            {"note of the sidebar", over(color("sidebar"), tint("primary", 0.06))},
+            {"dialog", color("raised")},
+            {"selected in a dialog", over(color("raised"), color("selection"))},
+            {"card", card},
+            {"row under the pointer", over(card, tint("primary", 0.045))},
+            {"pressed row", over(card, tint("primary", 0.09))},
+            {"selected row", over(over(color("window"), tint("primary", 0.045)), color("selection"))},
+            {"number of the junk", over(color("window"), tint("red", 0.07))},
+            {"button", over(card, tint("primary", 0.06))},
+            {"pressed button", over(over(card, tint("primary", 0.06)), tint("darken", 0.08))},
+            {"field", over(color("window"), color("field"))},
+        };
+        for (const auto& [name, surface] : surfaces) {
+            for (const char* const text : {"primary", "secondary"}) {
+                EXPECT_GE(contrast(color(text), surface), 4.5) << text << " on " << name << " in " << int(preference);
+            }
+            EXPECT_GE(contrast(color("focus"), surface), 3) << "ring on " << name << " in " << int(preference);
+        }
+        const std::tuple<const char*, const char*, double> pairs[] = {
+            {"redText", "window", 4.5},         {"redText", "row under the pointer", 4.5},
+            {"redText", "pressed row", 4.5},    {"redText", "button", 4.5},
+            {"redText", "pressed button", 4.5}, {"tealText", "card", 4.5},
+            {"tealText", "selected row", 4.5},  {"tealText", "pressed row", 4.5},
+            {"redMark", "window", 3},           {"redMark", "row under the pointer", 3},
+            {"redMark", "pressed row", 3},
+        };
+        for (const auto& [text, surface, least] : pairs) {
+            EXPECT_GE(contrast(color(text), surfaces.at(surface)), least)
+                << text << " on " << surface << int(preference);
+        }
+        for (const char* const fill : {"redFill", "blueFill"}) {
+            EXPECT_GE(contrast(color("onTint"), color(fill)), 4.5) << fill << int(preference);
+        }
+    }
+}
+
+TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
+    for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
+        colorScheme.prefer(preference);
+        int count = 0;
+        walk([&](const std::string& screen) {
+            const QImage picture = app.window().grabWindow();
+            for (const SeenText& seen : texts()) {
+                if (!seen.isWhole) {
+                    continue;
+                }
+                // What is behind a text is the most frequent colour around its letters.
+                std::map<QRgb, int> colors;
+                const QRect box = (seen.box & QRectF(picture.rect())).toRect();
+                for (int y = box.top(); y <= box.bottom(); ++y) {
+                    for (int x = box.left(); x <= box.right(); ++x) {
+                        ++colors[picture.pixel(x, y)];
+                    }
+                }
+                const auto behind = std::max_element(colors.begin(), colors.end(),
+                                                     [](const auto& a, const auto& b) { return a.second < b.second; });
+                const auto ink = seen.item->property("color").value<QColor>();
+                const QFont font = seen.item->property("font").value<QFont>();
+                const bool isLarge = font.pixelSize() >= 24 || (font.bold() && font.pixelSize() >= 19);
+                EXPECT_GE(contrast(ink, QColor(behind->first)), isLarge ? 3 : 4.5)
+                    << seen.text << " on " << screen << (preference == ColorScheme::Preference::dark ? ", dark" : "");
+                ++count;
+            }
+        });
+        EXPECT_GT(count, 250);
+    }
+}
+
+class LargeText : public LegibilityJourney, public testing::WithParamInterface<int> {
+protected:
+    void SetUp() override {
+        m_before = QGuiApplication::font();
+        QFont font = m_before;
+        font.setPointSize(GetParam());
+        QGuiApplication::setFont(font);
+        LegibilityJourney::SetUp();
+    }
+    void TearDown() override { QGuiApplication::setFont(m_before); }
+
+    /// Lists that show fewer than four of their rows as a whole.
+    [[nodiscard]] std::string shortLists(const QQuickItem* item) const {
+        std::string found;
+        if (!item->isVisible() || !item->isEnabled()) {
+            return found;
+        }
+        const int rows = std::min(4, item->property("count").toInt());
+        if (const double height = item->property("rowHeight").toReal() + item->property("spacing").toReal();
+            item->inherits("QQuickListView") && height > 0) {
+            const double room = item->height() - item->property("topMargin").toReal();
+            if (room < rows * height - item->property("spacing").toReal()) {
+                found = std::to_string(room / height) + " rows; ";
+            }
+        }
+        for (const QQuickItem* const child : item->childItems()) {
+            found += shortLists(child);
+        }
+        return found;
+    }
+
+private:
+    QFont m_before;
+};
+
+TEST_P(LargeText, FitsTheSmallestWindow) {
+    walk([&](const std::string& screen) {
+        const std::vector<SeenText> seen = texts();
+        for (auto text = seen.begin(); text != seen.end(); ++text) {
+            // Names and paths may be shortened in the middle; what the program itself says may not.
+            const bool mayShorten = text->item->property("elide").toInt() == Qt::ElideMiddle;
+            const bool isCut = text->item->property("truncated").toBool() ||
+                               text->item->property("contentWidth").toReal() > text->item->width() + 1;
+            EXPECT_FALSE(isCut && !mayShorten) << text->text << " is cut on " << screen;
+            EXPECT_TRUE(QRectF(QPointF(-1, -1), QSizeF(982, 652)).contains(text->box) || !text->isWhole)
+                << text->text << " leaves the window on " << screen;
+            for (auto other = text + 1; other != seen.end(); ++other) {
+                const QRectF common = text->box & other->box;
+                EXPECT_FALSE(text->isAbove == other->isAbove && text->isWhole && other->isWhole && common.width() > 1 &&
+                             common.height() > 3)
+                    << text->text << " and " << other->text << " overlap on " << screen;
+            }
+        }
+        EXPECT_EQ(shortLists(app.window().contentItem()), "") << screen;
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Points, LargeText, testing::Values(9, 11, 15, 20));
+
+}  // namespace

@@ -22,6 +22,10 @@ struct WalkFolder {
     WalkFolder(const WalkFolder&) = delete;
     WalkFolder& operator=(const WalkFolder&) = delete;
 
+    /// The path relative to its root, or to a folder above it.
+    [[nodiscard]] std::string path() const;
+    [[nodiscard]] std::string pathFrom(const WalkFolder& above) const;
+
     std::shared_ptr<WalkFolder> parent;  ///< None for a root of the walk.
     std::string name;                    ///< Empty for a root.
     std::uint32_t root = 0;              ///< Index of the root it lies below.
@@ -46,6 +50,9 @@ public:
 
     /// The entries reported from here on lie in `folder`, in the order in which the kernel lists them.
     virtual void beginFolder(const WalkFolder& folder) = 0;
+
+    /// All entries of that folder are reported. The folder may be gone afterwards.
+    virtual void endFolder() {}
 
     /// A regular file of that folder; `name` is NUL-terminated.
     virtual void file(std::string_view name, const FileStatus& status) = 0;

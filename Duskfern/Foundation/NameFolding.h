@@ -17,8 +17,9 @@ public:
 
     /// Whether the folded form of a name only differs from it in the case of its letters, all of which are ASCII.
     [[nodiscard]] bool foldsToLowerCase(std::string_view name) const {
-        return std::all_of(name.begin(), name.end(),
-                           [this](char byte) { return static_cast<unsigned char>(byte) < 0x80 && !(m_turkic && byte == 'I'); });
+        return std::all_of(name.begin(), name.end(), [this](char byte) {
+            return static_cast<unsigned char>(byte) < 0x80 && !(m_turkic && byte == 'I');
+        });
     }
 
     /// Appends the folded form of a name to `folded`. The result is UTF-8 whatever the name's bytes are.

@@ -13,6 +13,27 @@ WalkFolder::~WalkFolder() {
     }
 }
 
+std::string WalkFolder::path() const {
+    const WalkFolder* top = this;
+    while (top->parent != nullptr) {
+        top = top->parent.get();
+    }
+    return pathFrom(*top);
+}
+
+std::string WalkFolder::pathFrom(const WalkFolder& above) const {
+    // Paths below the root itself begin without a slash.
+    const std::size_t skipped = above.pathLength > 0 ? above.pathLength + 1 : 0;
+    std::string path(pathLength - std::min(pathLength, skipped), '/');
+    std::size_t end = path.size();
+    for (const WalkFolder* at = this; at != &above; at = at->parent.get()) {
+        end -= at->name.size();
+        path.replace(end, at->name.size(), at->name);
+        end -= end > 0 ? 1 : 0;
+    }
+    return path;
+}
+
 WalkState::WalkState(std::vector<WalkRoot> places, DirectoryWalk::Policy enterPolicy, std::stop_token stopToken,
                      std::vector<Mount> mountTable)
     : policy(std::move(enterPolicy)), stop(std::move(stopToken)), mounts(std::move(mountTable)), roots(places.size()) {

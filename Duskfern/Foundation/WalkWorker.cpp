@@ -32,20 +32,6 @@ std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
     return shared;
 }
 
-/// The path of a folder relative to one above it.
-std::string pathBetween(const WalkFolder& above, const WalkFolder& folder) {
-    // Paths below the root itself begin without a slash.
-    const std::size_t skipped = above.pathLength > 0 ? above.pathLength + 1 : 0;
-    std::string path(folder.pathLength - skipped, '/');
-    std::size_t end = path.size();
-    for (const WalkFolder* at = &folder; at != &above; at = at->parent.get()) {
-        end -= at->name.size();
-        path.replace(end, at->name.size(), at->name);
-        end -= end > 0 ? 1 : 0;
-    }
-    return path;
-}
-
 }  // namespace
 
 template <class Call>
@@ -124,6 +110,9 @@ void WalkWorker::beginFolder() {
 }
 
 void WalkWorker::finishFolder() {
+    if (m_hasBegun) {
+        m_visitor.endFolder();
+    }
     m_step = m_state.finish(m_step, m_descriptor, m_subfolders);
     m_hasBegun = false;
     m_descriptor.reset();
@@ -187,7 +176,7 @@ std::shared_ptr<Descriptor> WalkWorker::openBelowRoot(int flags) {
         while (anchor->depth % anchorDistance != 0) {
             anchor = anchor->parent;
         }
-        auto opened = openFrom(m_step.base, pathBetween(*m_step.ancestor, *anchor), O_PATH | O_DIRECTORY | O_NOFOLLOW);
+        auto opened = openFrom(m_step.base, anchor->pathFrom(*m_step.ancestor), O_PATH | O_DIRECTORY | O_NOFOLLOW);
         if (!opened->isOpen()) {
             return opened;
         }
@@ -195,7 +184,7 @@ std::shared_ptr<Descriptor> WalkWorker::openBelowRoot(int flags) {
         m_step.ancestor = anchor.get();
         m_step.base = std::move(opened);
     }
-    return openFrom(m_step.base, pathBetween(*m_step.ancestor, folder), flags | O_NOFOLLOW);
+    return openFrom(m_step.base, folder.pathFrom(*m_step.ancestor), flags | O_NOFOLLOW);
 }
 
 std::shared_ptr<Descriptor> WalkWorker::openFrom(const std::shared_ptr<Descriptor>& base, std::string path, int flags) {
@@ -216,11 +205,7 @@ void WalkWorker::findHiddenNames() {
     m_hiddenNames = nullptr;
     const HiddenPlaces& hidden = m_state.roots[folder.root].hidden;
     if (hidden.mayHaveNamesIn(folder.pathLength)) {
-        const WalkFolder* root = &folder;
-        while (root->parent != nullptr) {
-            root = root->parent.get();
-        }
-        m_hiddenNames = hidden.namesIn(pathBetween(*root, folder));
+        m_hiddenNames = hidden.namesIn(folder.path());
     }
 }
 

@@ -62,16 +62,17 @@ void JunkFilter::add(const JunkPlace& place, const JunkListing& listing) {
     m_visited.push_back(listing.path);
     for (const JunkListing::Entry& entry : listing.entries) {
         const std::string real = FileURL(listing.path).appendingPathComponent(entry.name).path();
-        JunkCandidate candidate{{}, place.look};
+        const FileStatus& status = entry.status;
+        JunkCandidate candidate{{}, place.look, status.mode, !status.isProtected && !status.isMountPoint};
         JunkItem& item = candidate.item;
         item.url = listing.url.appendingPathComponent(entry.name);
-        item.identity = entry.status.identity;
+        item.identity = status.identity;
         item.kind = place.kind;
         if (!holdsAny(real, m_answers.personal) && !holdsAny(real, m_answers.support) && !holdsAny(real, m_visited) &&
             !holdsAny(real, m_mounts) && describe(place, listing, item)) {
-            item.size = entry.status.isRegularFile() ? entry.status.allocated.value_or(0) : 0;
+            item.size = status.isRegularFile() ? status.allocated.value_or(0) : 0;
             m_candidates.push_back(std::move(candidate));
-            if (entry.status.isFolder()) {
+            if (status.isFolder()) {
                 m_listed.push_back(real);
             }
         }

@@ -36,7 +36,10 @@ struct JunkItem {
     std::int64_t size = 0;  ///< Bytes allocated on disk; for a folder those of its contents.
     JunkKind kind = JunkKind::leftover;
     QString origin;              ///< Displayed text: what it belongs to.
-    bool isSafeForBulk = false;  ///< Whether bulk selection includes it; false for leftovers.
+
+    /// Whether bulk selection includes it; false for leftovers, for what may exist only once, and for what a running
+    /// program uses.
+    bool isSafeForBulk = false;
 
     [[nodiscard]] const FileURL& id() const { return url; }
     [[nodiscard]] QString name() const { return displayText(url.lastPathComponent()); }

@@ -12,6 +12,8 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 #include <utility>
 
 namespace {
@@ -39,16 +41,14 @@ struct Root {
     std::uint8_t marks = 0;  ///< By the name of the folder itself.
 };
 
-/// The path of a folder relative to its root.
-std::string pathOf(const WalkFolder& folder) {
-    std::string path(folder.pathLength, '/');
-    std::size_t end = path.size();
-    for (const WalkFolder* at = &folder; at->parent != nullptr; at = at->parent) {
-        end -= at->nameLength;
-        std::copy_n(at->name, at->nameLength, path.begin() + static_cast<std::ptrdiff_t>(end));
-        end -= end > 0 ? 1 : 0;
-    }
-    return path;
+/// The marks of a folder as the walk keeps them: a pointer to their value.
+void* tagOf(std::uint8_t marks) {
+    static auto values = [] {
+        std::array<std::uint8_t, 256> all{};
+        std::iota(all.begin(), all.end(), std::uint8_t{0});
+        return all;
+    }();
+    return &values.at(marks);
 }
 
 /// Adds up sizes and looks for signs. Aligned to a cache line, because each one is written by a thread of its own.
@@ -57,39 +57,43 @@ public:
     explicit ContentVisitor(const std::vector<Root>& roots)
         : m_roots(roots), m_sums(roots.size()), m_hasSign(roots.size()) {}
 
-    void beginFolder(WalkFolder& folder) override {
-        finishFolder();
+    void beginFolder(const WalkFolder& folder) override {
         m_folder = &folder;
-        const Root& root = m_roots[folder.root];
-        m_look = m_hasSign[folder.root] != 0 ? ContentLook::byName : root.look;
-        m_marks = root.marks;
-        for (const WalkFolder* at = &folder; m_look == ContentLook::onlyCopies && at->parent != nullptr;
-             at = at->parent) {
-            // Only an item as a whole is known to be fetched.
-            const std::uint8_t marks = ContentSigns::marksOf({at->name, at->nameLength});
-            m_marks |= marks == ContentSigns::fetched ? 0 : marks;
-        }
+        m_root = folder.root;
+        m_look = m_hasSign[m_root] != 0 ? ContentLook::byName : m_roots[m_root].look;
+        m_marks = folder.tag == nullptr ? m_roots[m_root].marks : *static_cast<const std::uint8_t*>(folder.tag);
     }
 
     void file(std::string_view name, const FileStatus& status) override {
-        std::int64_t& sum = m_sums[m_folder->root];
-        sum = checkedSum(sum, status.allocated.value_or(0));
+        m_sums[m_root] = checkedSum(m_sums[m_root], status.allocated.value_or(0));
         if (m_look == ContentLook::localBuilds) {
             m_isBuiltHere = m_isBuiltHere || name == "maven-metadata-local.xml";
             m_hasArtifact = m_hasArtifact || name.ends_with(".pom") || name.ends_with(".jar");
             m_isFetched = m_isFetched || name == "_remote.repositories" || name == "_maven.repositories";
         } else if (m_look == ContentLook::onlyCopies && !has(ContentSigns::fetched)) {
-            m_isRepository += name == "HEAD" ? 1 : 0;
+            if (name == "HEAD" && ++m_partsOfRepository == 3) {
+                found(Test::ownCommits, {});
+            }
             if (!has(ContentSigns::packages)) {
                 lookAtFile(name);
             }
         }
     }
 
-    void subfolder(const WalkFolder& folder) override {
-        const std::string_view name(folder.name, folder.nameLength);
-        m_isRepository += name == "objects" || name == "refs" ? 1 : 0;
-        m_isMailbox += name == "cur" || name == "new" || name == "tmp" ? 1 : 0;
+    void subfolder(WalkFolder& folder) override {
+        if (m_look != ContentLook::onlyCopies || has(ContentSigns::fetched)) {
+            return;
+        }
+        // Only an item as a whole is known to be fetched.
+        const std::uint8_t marks = ContentSigns::marksOf(folder.name);
+        folder.tag = tagOf(m_marks | (marks == ContentSigns::fetched ? std::uint8_t{0} : marks));
+        if ((folder.name == "objects" || folder.name == "refs") && ++m_partsOfRepository == 3) {
+            found(Test::ownCommits, {});
+        }
+        if ((folder.name == "cur" || folder.name == "new" || folder.name == "tmp") && ++m_partsOfMailbox == 3 &&
+            !has(ContentSigns::packages)) {
+            found(Test::none, {});
+        }
     }
 
     void hiddenEntry(std::string_view name) override {
@@ -103,21 +107,12 @@ public:
 
     void unreadable() override {}
 
-    /// To be called after the walk.
-    void finishFolder() {
-        if (m_folder != nullptr && m_look == ContentLook::localBuilds &&
-            (m_isBuiltHere || (m_hasArtifact && !m_isFetched))) {
+    void endFolder() override {
+        if (m_look == ContentLook::localBuilds && (m_isBuiltHere || (m_hasArtifact && !m_isFetched))) {
             found(Test::none, {});
-        } else if (m_folder != nullptr && m_look == ContentLook::onlyCopies && !has(ContentSigns::fetched)) {
-            if (m_isRepository == 3) {
-                found(Test::ownCommits, {});
-            }
-            if (m_isMailbox == 3 && !has(ContentSigns::packages)) {
-                found(Test::none, {});
-            }
         }
         m_isBuiltHere = m_hasArtifact = m_isFetched = false;
-        m_isRepository = m_isMailbox = 0;
+        m_partsOfRepository = m_partsOfMailbox = 0;
     }
 
     [[nodiscard]] const std::vector<std::int64_t>& sums() const { return m_sums; }
@@ -126,7 +121,7 @@ public:
 
 private:
     [[nodiscard]] bool has(std::uint8_t marks) const { return (m_marks & marks) != 0; }
-    [[nodiscard]] Owner owner() const { return m_roots[m_folder->root].owner; }
+    [[nodiscard]] Owner owner() const { return m_roots[m_root].owner; }
 
     void lookAtFile(std::string_view name) {
         if (has(ContentSigns::unsaved) || (has(ContentSigns::personalData) && owner() == Owner::leftover)) {
@@ -141,10 +136,10 @@ private:
 
     void found(Test test, std::string_view name) {
         if (test == Test::none) {
-            m_hasSign[m_folder->root] = 1;
+            m_hasSign[m_root] = 1;
             m_look = ContentLook::byName;
         } else if (m_questions.size() < maximumQuestions) {
-            m_questions.push_back({m_folder->root, {}, pathOf(*m_folder), std::string(name), test});
+            m_questions.push_back({m_root, {}, m_folder->path(), std::string(name), test});
         }
     }
 
@@ -153,15 +148,16 @@ private:
     std::vector<char> m_hasSign;
     std::vector<Question> m_questions;
 
-    // Of the folder that is being listed.
+    // Of the folder that is being listed; it exists until it is listed.
     const WalkFolder* m_folder = nullptr;
+    std::size_t m_root = 0;
     ContentLook m_look = ContentLook::byName;
     std::uint8_t m_marks = 0;
     bool m_isBuiltHere = false;
     bool m_hasArtifact = false;
     bool m_isFetched = false;
-    int m_isRepository = 0;  ///< How many of the three entries of a bare repository it has.
-    int m_isMailbox = 0;     ///< How many of the three folders of a mailbox it has.
+    int m_partsOfRepository = 0;  ///< How many of the three entries of a bare repository it has.
+    int m_partsOfMailbox = 0;     ///< How many of the three folders of a mailbox it has.
 };
 
 bool isSign(const Question& question) {
@@ -248,7 +244,7 @@ std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates, 
     }
     std::shared_ptr<LateAnswer> late;
     if (!roots.empty()) {
-        std::vector<ContentVisitor> visitors(DirectoryWalk::recommendedThreads(), ContentVisitor(roots));
+        std::vector<ContentVisitor> visitors(DirectoryWalk::maximumWorkers(), ContentVisitor(roots));
         std::vector<WalkVisitor*> walkVisitors;
         std::transform(visitors.begin(), visitors.end(), std::back_inserter(walkVisitors),
                        [](ContentVisitor& visitor) { return &visitor; });
@@ -257,7 +253,6 @@ std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates, 
         walk.run(walkVisitors);
         late = walk.lateAnswer();
         for (ContentVisitor& visitor : visitors) {
-            visitor.finishFolder();
             for (std::size_t i = 0; i < roots.size(); ++i) {
                 JunkCandidate& candidate = candidates[roots[i].candidate];
                 candidate.item.size = checkedSum(candidate.item.size, visitor.sums()[i]);

@@ -12,6 +12,8 @@
 struct JunkCandidate {
     JunkItem item;
     ContentLook look = ContentLook::onlyCopies;
+    std::uint16_t mode = 0;   ///< As in `st_mode`.
+    bool isOrdinary = false;  ///< Whether it is neither protected nor a mount point.
 
     /// Set by `measureJunk`: whether it holds what `look` looks for.
     bool hasSign = false;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <iterator>
+#include <map>
 #include <unordered_set>
 #include <utility>
 
@@ -78,21 +79,20 @@ DiskAnswers readPlaces(const JunkPlaces& places, const std::shared_ptr<const Ins
     return answers;
 }
 
-/// Removes the candidates that the Trash would refuse, and those whose disk does not answer.
-void keepMovable(std::vector<JunkCandidate>& candidates, const Movable& isMovable, const std::stop_token& stop,
-                 std::shared_ptr<LateAnswer>& late) {
+/// Those of `urls` that are movable. One whose disk does not answer is not.
+std::unordered_set<FileURL> movableOf(std::vector<FileURL> urls, const Movable& isMovable, const std::stop_token& stop,
+                                      std::shared_ptr<LateAnswer>& late) {
     struct Check {
         std::vector<FileURL> urls;
         std::atomic<std::size_t> next = 0;
         Handover<std::unordered_set<FileURL>> movable;
     };
     const auto check = std::make_shared<Check>();
-    std::transform(candidates.begin(), candidates.end(), std::back_inserter(check->urls),
-                   [](const JunkCandidate& candidate) { return candidate.item.url; });
+    check->urls = std::move(urls);
     // Few threads are enough, because each check is short.
     constexpr std::size_t threads = 4;
     DiskRequests requests;
-    for (std::size_t i = 0; i < std::min(threads, candidates.size()); ++i) {
+    for (std::size_t i = 0; i < std::min(threads, check->urls.size()); ++i) {
         requests.start([check, isMovable] {
             for (std::size_t at = check->next++; at < check->urls.size(); at = check->next++) {
                 heartbeat();
@@ -106,8 +106,39 @@ void keepMovable(std::vector<JunkCandidate>& candidates, const Movable& isMovabl
     if (auto lateChecks = requests.wait(stop)) {
         late = std::move(lateChecks);
     }
-    const std::unordered_set<FileURL> movable = check->movable.take();
-    std::erase_if(candidates, [&](const JunkCandidate& candidate) { return !movable.contains(candidate.item.url); });
+    return check->movable.take();
+}
+
+/// Removes the candidates that the Trash would refuse, and those whose disk does not answer. Of ordinary entries of one
+/// folder that have the same mode it takes all or none, so one is asked about; about the others only if that is
+/// refused.
+void keepMovable(std::vector<JunkCandidate>& candidates, const Movable& isMovable, const std::stop_token& stop,
+                 std::shared_ptr<LateAnswer>& late) {
+    std::map<std::pair<std::string, std::uint16_t>, FileURL> firsts;
+    std::vector<FileURL> asked;
+    const auto firstLike = [&](const JunkCandidate& candidate) -> const FileURL& {
+        const FileURL& url = candidate.item.url;
+        return candidate.isOrdinary
+                   ? firsts.try_emplace({url.deletingLastPathComponent().path(), candidate.mode}, url).first->second
+                   : url;
+    };
+    for (const JunkCandidate& candidate : candidates) {
+        if (firstLike(candidate) == candidate.item.url) {
+            asked.push_back(candidate.item.url);
+        }
+    }
+    const std::unordered_set<FileURL> movable = movableOf(std::move(asked), isMovable, stop, late);
+    std::vector<FileURL> others;
+    for (const JunkCandidate& candidate : candidates) {
+        const FileURL& first = firstLike(candidate);
+        if (first != candidate.item.url && !movable.contains(first)) {
+            others.push_back(candidate.item.url);
+        }
+    }
+    const std::unordered_set<FileURL> alone = movableOf(std::move(others), isMovable, stop, late);
+    std::erase_if(candidates, [&](const JunkCandidate& candidate) {
+        return !movable.contains(firstLike(candidate)) && !alone.contains(candidate.item.url);
+    });
 }
 
 /// What is left to list of the candidates, and whether it is safe, by what was found in them.

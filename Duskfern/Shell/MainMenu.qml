@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Templates as T
 import Duskfern.Engine
@@ -11,7 +9,11 @@ Rectangle {
 
     required property ScanStore store
 
-    readonly property bool open: menu.visible
+    readonly property string name: title.text
+    readonly property bool open: root.popup?.visible ?? false
+
+    /// The menu; null before it is first opened.
+    readonly property T.Menu popup: loader.item as T.Menu
 
     // The focus item before the menu opened, to be restored when it closes. Needed because Qt 6.8 restores the one of the
     // previous opening.
@@ -22,13 +24,23 @@ Rectangle {
     signal quitRequested
 
     function toggle() {
-        if (menu.visible) {
-            menu.close();
+        if (root.open) {
+            root.popup.close();
         } else {
             root.before = root.Window.activeFocusItem;
-            menu.popup(title, 0, title.height);
-            menu.currentIndex = Theme.keyboard ? 0 : -1;
+            if (root.popup === null) {
+                loader.setSource("qrc:/qt/qml/Duskfern/Shell/MainMenuPopup.qml", {bar: root});
+            }
+            root.popup.popup(title, 0, title.height);
+            root.popup.currentIndex = Theme.keyboard ? 0 : -1;
         }
+    }
+
+    /// To be called when the menu has closed.
+    function restoreFocus() {
+        root.before?.forceActiveFocus(Qt.PopupFocusReason);
+        root.before = null;
+        root.closed();
     }
 
     Accessible.name: "Menú"
@@ -36,7 +48,7 @@ Rectangle {
     color: Theme.sidebar
     implicitHeight: title.implicitHeight + 4
 
-    onEnabledChanged: menu.close()
+    onEnabledChanged: root.popup?.close()
 
     Divider {
         anchors.bottom: parent.bottom
@@ -48,7 +60,7 @@ Rectangle {
 
         anchors.verticalCenter: parent.verticalCenter
         height: implicitHeight
-        open: menu.visible
+        open: root.open
         text: "Archivo"
         width: implicitWidth
         x: 6
@@ -56,71 +68,9 @@ Rectangle {
         onClicked: root.toggle()
     }
 
-    T.Menu {
-        id: menu
-
-        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-        delegate: MainMenuItem {}
-        implicitHeight: contentItem.implicitHeight + 2 * padding
-        implicitWidth: Math.max(250, 18 * Theme.body)
-        margins: 4
-        modal: false
-        padding: 5
-        title: title.text
-
-        // Closes when another item takes the focus; later, because the change may come from the menu's own closing.
-        onActiveFocusChanged: {
-            if (!menu.activeFocus) {
-                Qt.callLater(menu.close); // qmllint disable type
-            }
-        }
-        onAboutToHide: {
-            // In Qt 6.8 the window's root item has the focus for a moment.
-            const elsewhere = !menu.activeFocus && root.Window.activeFocusItem !== root.Window.contentItem;
-            if (elsewhere) {
-                root.before = null;
-            }
-        }
-        onClosed: {
-            root.before?.forceActiveFocus(Qt.PopupFocusReason);
-            root.before = null;
-            root.closed();
-        }
-
-        background: Rectangle {
-            border.color: Theme.tint(Theme.primary, 0.14)
-            color: Theme.raised
-            radius: 9
-        }
-        contentItem: ListView {
-            currentIndex: menu.currentIndex
-            implicitHeight: contentHeight
-            interactive: false
-            model: menu.contentModel
-        }
-
-        MainMenuItem {
-            enabled: root.enabled
-            keys: "Ctrl+O"
-            text: "Elegir carpeta…"
-
-            onTriggered: root.store.chooseFolder()
-        }
-
-        MainMenuItem {
-            enabled: root.enabled && root.store.hasRoot && !root.store.isScanning
-            keys: "Ctrl+R"
-            text: "Analizar"
-
-            onTriggered: root.store.startScan()
-        }
-
-        MainMenuItem {
-            enabled: root.enabled
-            keys: "Ctrl+Q"
-            text: "Salir"
-
-            onTriggered: root.quitRequested()
-        }
+    // Loaded when it is first opened, because that takes time and memory. Given as a file, because the type of an inline
+    // one would be loaded at launch.
+    Loader {
+        id: loader
     }
 }

@@ -19,8 +19,8 @@ Window {
     /// Whether nothing should move that need not; set by the application.
     property bool reducesMotion: false
 
-    /// Whether the first frame was shown.
-    property bool seen: false
+    /// Whether there may be a dialog or a message to show.
+    readonly property bool alerting: root.dialogs.isOpen || root.store.errorMessage !== "" || (root.screens.junk?.isCleaning ?? false) || (root.screens.junk?.message ?? "") !== ""
 
     readonly property bool blocked: root.dialogs.isOpen || alerts.open
 
@@ -44,9 +44,13 @@ Window {
     title: "Duskfern"
     width: 1180
 
+    onAlertingChanged: {
+        if (alerts.item === null) {
+            alerts.setSource("qrc:/qt/qml/Duskfern/Shell/WindowAlerts.qml", {dialogs: root.dialogs, focus: true, folderBrowser: root.folderBrowser, screens: root.screens, store: root.store});
+        }
+    }
     onBlockedChanged: root.restoreFocus()
     onClosing: root.dialogs.answer(false)
-    onFrameSwapped: root.seen = true
 
     WindowLook {
         dark: root.dark
@@ -121,21 +125,13 @@ Window {
         store: root.store
     }
 
-    // Created after the first frame, because it takes time.
+    // Loaded when it is first needed, because that takes time and memory. Given as a file, because the type of an inline
+    // one would be loaded at launch.
     Loader {
         id: alerts
 
-        readonly property bool open: (alerts.item as WindowAlerts)?.open ?? false
+        readonly property bool open: alerts.item?.open ?? false // qmllint disable type
 
-        active: root.seen
         anchors.fill: parent
-
-        sourceComponent: WindowAlerts {
-            dialogs: root.dialogs // qmllint disable unqualified
-            focus: true
-            folderBrowser: root.folderBrowser // qmllint disable unqualified
-            junk: root.screens.junk // qmllint disable unqualified
-            store: root.store // qmllint disable unqualified
-        }
     }
 }

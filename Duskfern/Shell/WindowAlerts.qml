@@ -11,9 +11,10 @@ FocusScope {
     required property ScanStore store
     required property WindowDialogs dialogs
     required property FolderBrowser folderBrowser
+    required property ScreenStores screens
 
     /// The store of the junk screen; null while another screen is shown.
-    required property JunkStore junk
+    readonly property JunkStore junk: root.screens.junk
 
     /// The dialog to show. A message waits until nothing else is open.
     readonly property Component current: {

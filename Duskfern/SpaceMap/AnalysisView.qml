@@ -19,6 +19,20 @@ Item {
         return files.firstFocus();
     }
 
+    // The running count changes no more often than it can be read, because each text that is drawn holds up the scan.
+    Timer {
+        id: counter
+
+        property real count: 0
+
+        interval: 100
+        repeat: true
+        running: root.store.isScanning
+        triggeredOnStart: true
+
+        onTriggered: counter.count = root.store.scannedCount
+    }
+
     Item {
         id: titleRow
 
@@ -47,7 +61,7 @@ Item {
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
                 height: contentHeight
-                text: StatusTexts.analysis(root.store.isScanning, root.store.scannedCount, root.store.skippedCount)
+                text: StatusTexts.analysis(root.store.isScanning, counter.count, root.store.skippedCount)
                 width: parent.width
             }
         }

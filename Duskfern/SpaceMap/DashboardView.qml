@@ -9,13 +9,16 @@ Item {
     required property ScanStore store
 
     function focusSearch() {
-        const analysis = body.item as AnalysisView;
-        analysis?.focusSearch();
+        const view = analysis.item as AnalysisView;
+        if (root.store.hasRoot) {
+            view.focusSearch();
+        }
     }
 
     /// The item that gets the focus when the screen is shown: the files if there are any or a scan is running.
     function firstFocus(): Item {
         const isEmpty = root.store.hasRoot && root.store.filteredCount === 0 && !root.store.isScanning;
+        const body = root.store.hasRoot ? analysis : welcome;
         return isEmpty ? choose : body.item.firstFocus(); // qmllint disable type
     }
 
@@ -46,31 +49,36 @@ Item {
         }
     }
 
-    // Qt 6.4 cannot load bound components.
-    Component {
+    Loader {
         id: welcome
 
-        WelcomeView {
+        active: !root.store.hasRoot
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: header.bottom
+
+        // Qt 6.4 cannot load bound components.
+        sourceComponent: WelcomeView {
             store: root.store // qmllint disable unqualified
         }
     }
 
-    Component {
-        id: analysis
-
-        AnalysisView {
-            store: root.store // qmllint disable unqualified
-        }
-    }
-
+    // Made in the background while there is no folder yet, because the window would wait for it when one is chosen.
     Loader {
-        id: body
+        id: analysis
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
-        anchors.margins: root.store.hasRoot ? Theme.inset(18) : 0
+        anchors.margins: Theme.inset(18)
         anchors.right: parent.right
         anchors.top: header.bottom
-        sourceComponent: root.store.hasRoot ? analysis : welcome
+        asynchronous: !root.store.hasRoot
+        enabled: root.store.hasRoot
+        visible: root.store.hasRoot
+
+        sourceComponent: AnalysisView {
+            store: root.store // qmllint disable unqualified
+        }
     }
 }

@@ -51,7 +51,7 @@ ScrollPage {
         target: root.Window.window
 
         function onFrameSwapped() {
-            root.appear();
+            Qt.callLater(root.appear); // qmllint disable type
         }
     }
 

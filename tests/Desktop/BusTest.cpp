@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QtDBus/QDBusMetaType>
 #include <cstdlib>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,18 +29,35 @@ struct FileManagerService : FakeService {
     explicit FileManagerService(const QString& address) : FakeService(address, u"org.freedesktop.FileManager1"_s) {}
 };
 
-/// A portal that knows the preferred colours.
+using Settings = QMap<QString, QVariantMap>;
+
+/// A portal that knows the preferred colours, and at once whether motion is wanted.
 struct ColorPortal : FakeService {
-    explicit ColorPortal(const QString& address) : FakeService(address, u"org.freedesktop.portal.Desktop"_s) {}
+    explicit ColorPortal(const QString& address, Settings all = {})
+        : FakeService(address, u"org.freedesktop.portal.Desktop"_s), motion(std::move(all)) {
+        qDBusRegisterMetaType<Settings>();
+    }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.member() != u"ReadAll"_s) {
+            return FakeService::handleMessage(message, bus);
+        }
+        asked = message.arguments().value(0).toStringList();
+        send(message.createReply(QVariant::fromValue(motion)));
+        return true;
+    }
 
     void answerWith(const QVariant& value) { answer({anything(anything(value))}); }
-    void tellChange(const char* space, const char* key, unsigned value) {
+    void tellChange(const char* space, const char* key, const QVariant& value) {
         QDBusMessage change = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
                                                          u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         change.setArguments({QString::fromUtf8(space), QString::fromUtf8(key), anything(value)});
         send(change);
     }
     void tellColors(unsigned value) { tellChange("org.freedesktop.appearance", "color-scheme", value); }
+
+    Settings motion;
+    QStringList asked;
 };
 
 /// The colours, and what was told of them.
@@ -144,8 +163,8 @@ TEST_F(BusTest, FollowsThePreferenceOfAPortalThatComesLater) {
     ASSERT_TRUE(waitUntil([&] { return portal->isCalled(); }));
     portal->fail();
     portal->tellColors(1);
-    portal->tellChange("org.freedesktop.appearance", "accent-color", 2);
-    portal->tellChange("org.gnome.desktop.interface", "color-scheme", 2);
+    portal->tellChange("org.freedesktop.appearance", "accent-color", 2U);
+    portal->tellChange("org.gnome.desktop.interface", "color-scheme", 2U);
     portal->tellColors(0);
     ASSERT_TRUE(waitUntil([&] { return colors.seen.size() >= 2; }));
     EXPECT_EQ(colors.seen, (Preferences{Preference::dark, Preference::none}));
@@ -174,46 +193,41 @@ TEST_F(BusTest, ForgetsAnswersThatComeAfterItsEnd) {
 }
 
 TEST_F(BusTest, ReadsWhetherMotionIsWanted) {
+    const QString all = u"org.freedesktop.appearance"_s;
+    const QString gnome = u"org.gnome.desktop.interface"_s;
+    const QString reduced = u"reduced-motion"_s;
+    const QString animations = u"enable-animations"_s;
     struct Case {
         const char* what;
-        const char* answer;
+        Settings settings;
         bool isReduced;
     };
-    const std::array<Case, 7> cases{{
-        {"nobody tells", "{}", false},
-        {"reduced", "{'org.freedesktop.appearance': {'reduced-motion': <uint32 1>}}", true},
-        {"GNOME without animations", "{'org.gnome.desktop.interface': {'enable-animations': <false>}}", true},
-        {"GNOME with them", "{'org.gnome.desktop.interface': {'enable-animations': <true>}}", false},
-        {"what all desktops may say comes first",
-         "{'org.freedesktop.appearance': {'reduced-motion': <uint32 0>},"
-         " 'org.gnome.desktop.interface': {'enable-animations': <false>}}",
-         false},
-        {"of another type", "{'org.freedesktop.appearance': {'reduced-motion': <'1'>}}", false},
-        {"in one more variant", "{'org.gnome.desktop.interface': {'enable-animations': <<false>>}}", true},
-    }};
-    for (const auto& [what, answer, isReduced] : cases) {
-        FakeService service(address(), portal, portalPath, settings);
-        service.readsAll = true;
+    const Case cases[] = {
+        {"nobody tells", {}, false},
+        {"reduced", {{all, {{reduced, 1U}}}}, true},
+        {"GNOME without animations", {{gnome, {{animations, false}}}}, true},
+        {"GNOME with them", {{gnome, {{animations, true}}}}, false},
+        {"what all desktops may say comes first", {{all, {{reduced, 0U}}}, {gnome, {{animations, false}}}}, false},
+        {"of another type", {{all, {{reduced, u"1"_s}}}}, false},
+        {"in one more variant", {{gnome, {{animations, anything(false)}}}}, true},
+    };
+    for (const auto& [what, settings, isReduced] : cases) {
+        ColorPortal portal(address(), settings);
         const PortalColorScheme scheme;
         int changes = 0;
         QObject::connect(&scheme, &ColorScheme::reducesMotionChanged, [&] { ++changes; });
-        ASSERT_TRUE(waitUntil([&] { return service.isCalled("Read"); })) << what;
-        service.fail();
-        ASSERT_TRUE(waitUntil([&] { return service.isCalled("ReadAll"); })) << what;
-        const GPtr<char> question(g_variant_print(service.arguments(), FALSE));
-        EXPECT_STREQ(question.get(), "(['org.freedesktop.appearance', 'org.gnome.desktop.interface'],)");
-        const GPtr<GVariant> values(g_variant_parse(G_VARIANT_TYPE("a{sa{sv}}"), answer, nullptr, nullptr, nullptr));
-        service.answer(g_variant_new("(@a{sa{sv}})", values.get()));
+        ASSERT_TRUE(waitUntil([&] { return !portal.asked.isEmpty(); })) << what;
+        EXPECT_EQ(portal.asked, (QStringList{all, gnome}));
         // The end of what the portal had to say before.
-        tellChange(service, "org.freedesktop.appearance", "color-scheme", g_variant_new_uint32(1));
+        portal.tellColors(1);
         ASSERT_TRUE(waitUntil([&] { return scheme.preference() == Preference::dark; })) << what;
         EXPECT_EQ(scheme.reducesMotion(), isReduced) << what;
         EXPECT_EQ(changes, isReduced ? 1 : 0) << what;
 
-        tellChange(service, "org.gnome.desktop.interface", "enable-animations", g_variant_new_boolean(TRUE));
-        tellChange(service, "org.freedesktop.appearance", "reduced-motion", g_variant_new_uint32(1));
+        portal.tellChange("org.gnome.desktop.interface", "enable-animations", true);
+        portal.tellChange("org.freedesktop.appearance", "reduced-motion", 1U);
         EXPECT_TRUE(waitUntil([&] { return scheme.reducesMotion(); })) << what;
-        tellChange(service, "org.freedesktop.appearance", "reduced-motion", g_variant_new_uint32(0));
+        portal.tellChange("org.freedesktop.appearance", "reduced-motion", 0U);
         EXPECT_TRUE(waitUntil([&] { return !scheme.reducesMotion(); })) << what;
     }
 }

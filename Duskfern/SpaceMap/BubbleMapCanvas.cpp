@@ -107,6 +107,6 @@ void BubbleMapCanvas::paintContent(QPainter& painter, int index, std::span<const
     qreal top = bubble.y - (symbolSize + nameHeight + spacing + QFontMetricsF(m_sizeFont).height()) / 2;
     paintSymbol(painter, item.category, QRectF(bubble.x - symbolSize / 2, top, symbolSize, symbolSize), above);
     top += symbolSize + spacing;
-    paintText(painter, name, m_bodyFont, {bubble.x, top}, bubble, above);
-    paintText(painter, size, m_sizeFont, {bubble.x, top + nameHeight}, bubble, above);
+    const BubbleText texts[] = {{name, m_bodyFont, top}, {size, m_sizeFont, top + nameHeight}};
+    paintTexts(painter, texts, bubble, above);
 }

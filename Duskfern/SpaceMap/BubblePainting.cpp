@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
-#include <numeric>
 #include <vector>
 
 namespace {
@@ -28,6 +26,24 @@ bool touches(const Bubble& bubble, const QRectF& box) {
 bool reachesBeyond(const Bubble& bubble, const QRectF& box) {
     const qreal y = std::abs(box.center().y() - bubble.y) + box.height() / 4;
     return std::hypot(box.width() / 2, y) > bubble.diameter / 2 + 1;
+}
+
+struct Line {
+    QString text;
+    QFont font;
+    QRectF box;
+};
+
+std::vector<Line> linesOf(const BubbleText& text, qreal middle) {
+    const QFontMetricsF metrics(text.font);
+    std::vector<Line> lines;
+    qreal top = text.top;
+    for (const QString& line : text.lines) {
+        const qreal width = metrics.horizontalAdvance(line);
+        lines.push_back({line, text.font, QRectF(middle - width / 2, top, width, metrics.height())});
+        top += metrics.height();
+    }
+    return lines;
 }
 
 /// Paints a soft shade, of full strength under `box`.
@@ -124,27 +140,30 @@ void paintSymbol(QPainter& painter, FileCategory category, const QRectF& box, st
     painter.drawImage(box, symbol);
 }
 
-void paintText(QPainter& painter, const QStringList& lines, const QFont& font, const QPointF& top, const Bubble& bubble,
-               std::span<const Bubble> above) {
-    const QFontMetricsF metrics(font);
-    std::vector<QRectF> boxes;
-    for (const QString& line : lines) {
-        const qreal width = metrics.horizontalAdvance(line);
-        const qreal y = top.y() + metrics.height() * static_cast<qreal>(boxes.size());
-        boxes.emplace_back(top.x() - width / 2, y, width, metrics.height());
-        if (std::any_of(above.begin(), above.end(),
-                        [&](const Bubble& other) { return touches(other, boxes.back().adjusted(0, 1, 0, -1)); })) {
-            return;
+void paintTexts(QPainter& painter, std::span<const BubbleText> texts, const Bubble& bubble,
+                std::span<const Bubble> above) {
+    std::vector<Line> shown;
+    for (const BubbleText& text : texts) {
+        const std::vector<Line> lines = linesOf(text, bubble.x);
+        const bool isCut = std::any_of(lines.begin(), lines.end(), [&](const Line& line) {
+            return std::any_of(above.begin(), above.end(),
+                               [&](const Bubble& other) { return touches(other, line.box.adjusted(0, 1, 0, -1)); });
+        });
+        if (!isCut) {
+            shown.insert(shown.end(), lines.begin(), lines.end());
         }
     }
-    if (!boxes.empty()) {
-        const QRectF block = std::accumulate(boxes.begin() + 1, boxes.end(), boxes.front(), std::bit_or<>());
-        paintShade(painter, block, reachesBeyond(bubble, block) ? shadeOutside : shadeInside);
+    if (shown.empty()) {
+        return;
     }
+    QRectF block;
+    for (const Line& line : shown) {
+        block |= line.box;
+    }
+    paintShade(painter, block, reachesBeyond(bubble, block) ? shadeOutside : shadeInside);
     painter.setPen(Qt::white);
-    painter.setFont(font);
-    for (std::size_t line = 0; line < boxes.size(); ++line) {
-        painter.drawText(boxes[line].adjusted(-10, 0, 10, 0), Qt::AlignCenter | Qt::TextSingleLine,
-                         lines[static_cast<qsizetype>(line)]);
+    for (const Line& line : shown) {
+        painter.setFont(line.font);
+        painter.drawText(line.box.adjusted(-10, 0, 10, 0), Qt::AlignCenter | Qt::TextSingleLine, line.text);
     }
 }

@@ -27,6 +27,13 @@
 /// Paints what of a symbol no bubble above covers.
 void paintSymbol(QPainter& painter, FileCategory category, const QRectF& box, std::span<const Bubble> above);
 
-/// Paints lines of text on a shade, centred below `top`; nothing if a bubble above would cut one of them.
-void paintText(QPainter& painter, const QStringList& lines, const QFont& font, const QPointF& top, const Bubble& bubble,
-               std::span<const Bubble> above);
+/// Lines of one text in a bubble, centred from `top` on.
+struct BubbleText {
+    QStringList lines;
+    QFont font;
+    qreal top = 0;
+};
+
+/// Paints texts on a shade. Leaves out a text of which a bubble above would cut a part.
+void paintTexts(QPainter& painter, std::span<const BubbleText> texts, const Bubble& bubble,
+                std::span<const Bubble> above);

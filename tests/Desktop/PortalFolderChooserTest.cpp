@@ -109,9 +109,9 @@ TEST_F(PortalFolderChooserTest, SaysWhatIsToBeChosen) {
 
 TEST_F(PortalFolderChooserTest, TakesTheFolderByItsBytes) {
     struct Row {
-        unsigned ending;
-        QStringList uris;
-        std::optional<FileURL> answer;
+        unsigned ending = 0;
+        QStringList uris{};
+        std::optional<FileURL> answer{};
     };
     const QString host = QSysInfo::machineHostName();
     const Row rows[] = {

@@ -73,10 +73,10 @@ TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
     }
     inPrivateMounts([&] {
         struct Row {
-            const char* item;
-            const char* theirs;  ///< What is somebody else's of it, with all in it.
-            mode_t mode;
-            std::optional<TrashError> error;
+            const char* item = nullptr;
+            const char* theirs = nullptr;  ///< What is somebody else's of it, with all in it.
+            mode_t mode = 0;
+            std::optional<TrashError> error{};
         };
         const Row rows[] = {
             {"full", "full/file", 0755, TrashError::cannotBeEmptied},

@@ -28,6 +28,7 @@ TEST_F(TrashTogether, SharesNamesWithOtherProgramsAtTheSameTime) {
     Origins expected;
     const auto nameOf = [](int program, int i) { return std::to_string(program) + '.' + std::to_string(i); };
     std::vector<std::jthread> programs;
+    programs.reserve(3);
     for (int program = 0; program < 3; ++program) {
         for (int i = 0; i < 40; ++i) {
             expected.insert(make(nameOf(program, i) + "/foto.jpg", nameOf(program, i)));

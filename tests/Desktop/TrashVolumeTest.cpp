@@ -81,17 +81,17 @@ TEST_F(TrashTest, RefusesWhenTheHomeIsFullOrHasNoInodes) {
             ASSERT_EQ(mount("disk", home.c_str(), "tmpfs", 0, options), 0);
             const fs::path file = make("file", "precious");
             make("sub/inside", "precious too");
-            std::vector<fs::path> filling;
+            const auto filling = [this](int i) { return home / ("filling" + std::to_string(i)); };
             for (int i = 0; i < 20; ++i) {
-                filling.push_back(write(home / ("filling" + std::to_string(i)), std::string(1 << 16U, 'x')));
+                write(filling(i), std::string(1 << 16U, 'x'));
             }
             EXPECT_EQ(move(file), error);
             EXPECT_EQ(move(folder / "sub"), error);
             EXPECT_EQ(contentOf(file), "precious");
             EXPECT_EQ(contentOf(folder / "sub/inside"), "precious too");
             EXPECT_EQ(originsIn(trash), Origins{});
-            for (const fs::path& each : filling) {
-                fs::remove(each);
+            for (int i = 0; i < 20; ++i) {
+                fs::remove(filling(i));
             }
             EXPECT_EQ(move(file), std::nullopt);
             EXPECT_EQ(originsIn(trash), Origins{file});

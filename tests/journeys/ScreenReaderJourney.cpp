@@ -76,8 +76,8 @@ TEST_F(ScreenReaderJourney, HearsAllFromTheStartToTheCleaning) {
     press("Return", "Carpetas, list");
     press("Down", "fotos, list item, 1 de 1, selected");
     press("Return", "Carpetas, list");
-    press("Return", "! Analizando…");
-    hear("! Análisis completado: 3 archivos, 246 KB. 0 elementos no accesibles.");
+    // That it has begun is told too, but this scan ends before anybody could ask what was told.
+    press("Return", "! Análisis completado: 3 archivos, 246 KB. 0 elementos no accesibles.");
     press("ctrl+f", "Buscar archivos, text");
     type("mov", "! 2 archivos");
     press("Tab", "Borrar la búsqueda, push button");

@@ -35,7 +35,7 @@ struct JunkItem {
     FileIdentity identity;  ///< Identifies the item that was found: only this one may be moved.
     std::int64_t size = 0;  ///< Bytes allocated on disk; for a folder those of its contents.
     JunkKind kind = JunkKind::leftover;
-    QString origin;              ///< Displayed text: what it belongs to.
+    QString origin;  ///< Displayed text: what it belongs to.
 
     /// Whether bulk selection includes it; false for leftovers, for what may exist only once, and for what a running
     /// program uses.

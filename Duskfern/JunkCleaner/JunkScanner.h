@@ -27,9 +27,9 @@ using Movable = std::function<bool(const FileURL&)>;
 /// skipped, but entries of its place that were read before are listed. Never listed: hidden entries and links, mount
 /// points and folders that contain one, other users' files, names in the keep table, folders that contain a personal or
 /// support folder, and anything twice. A place that is a personal folder or contains the home is not scanned, and one
-/// for caches, logs or temporary files not if it contains a support folder. Listed, but not safe, is what holds what may
-/// exist only once or belongs to a running program; a leftover that holds it is not listed. May take long; `stop` ends
-/// it early.
+/// for caches, logs or temporary files not if it contains a support folder. Listed, but not safe, is what holds what
+/// may exist only once or belongs to a running program; a leftover that holds it is not listed. May take long; `stop`
+/// ends it early.
 [[nodiscard]] JunkScan scan(const JunkPlaces& places, const std::shared_ptr<const InstalledApplications>& applications,
                             const Movable& isMovable, const std::stop_token& stop = {});
 

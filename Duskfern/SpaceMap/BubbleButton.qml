@@ -54,7 +54,7 @@ T.AbstractButton {
     FocusRing {
         cornerRadius: root.diameter / 2
         inset: 0
-        onPicture: true
+        overPicture: true
         shown: root.activeFocus
     }
 }

@@ -35,8 +35,8 @@ public:
 
 private:
     struct Part {
-        std::uint32_t base;        ///< Number of its first name.
-        std::uint32_t foldedBase;  ///< How many folded names come before its own.
+        std::uint32_t base = 0;        ///< Number of its first name.
+        std::uint32_t foldedBase = 0;  ///< How many folded names come before its own.
         NumberedNames names;
         NumberedNames folded;
     };

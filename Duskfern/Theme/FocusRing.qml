@@ -12,7 +12,7 @@ Rectangle {
     property real cornerRadius: 9
 
     /// Whether its parent may have any colour: a second ring inside the first then stands out from one of the two.
-    property bool onPicture: false
+    property bool overPicture: false
 
     anchors.fill: parent
     anchors.margins: root.inset
@@ -29,6 +29,6 @@ Rectangle {
         border.width: 2
         color: "transparent"
         radius: root.radius - 3
-        visible: root.onPicture
+        visible: root.overPicture
     }
 }

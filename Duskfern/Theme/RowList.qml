@@ -41,9 +41,9 @@ ListView {
     keyNavigationEnabled: false
     reuseItems: true
 
-    // Later, when the list has scrolled to the row.
-    onActiveFocusChanged: Qt.callLater(root.tellRow)
-    onCurrentChanged: Qt.callLater(root.tellRow)
+    // Later, when the list has scrolled to the row. The linter of Qt 6.4 does not know callLater.
+    onActiveFocusChanged: Qt.callLater(root.tellRow) // qmllint disable type
+    onCurrentChanged: Qt.callLater(root.tellRow) // qmllint disable type
     Keys.onPressed: event => {
         const rows = {[Qt.Key_Up]: -1, [Qt.Key_Down]: 1, [Qt.Key_PageUp]: -root.page, [Qt.Key_PageDown]: root.page, [Qt.Key_Home]: -root.count, [Qt.Key_End]: root.count};
         if ((event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier)) !== 0) {

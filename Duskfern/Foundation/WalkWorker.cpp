@@ -187,7 +187,8 @@ std::shared_ptr<Descriptor> WalkWorker::openBelowRoot(int flags) {
     return openFrom(m_step.base, folder.pathFrom(*m_step.ancestor), flags | O_NOFOLLOW);
 }
 
-std::shared_ptr<Descriptor> WalkWorker::openFrom(const std::shared_ptr<Descriptor>& base, std::string path, int flags) {
+std::shared_ptr<Descriptor> WalkWorker::openFrom(const std::shared_ptr<Descriptor>& base, const std::string& path,
+                                                 int flags) {
     auto opened =
         callDisk(DiskCall::open, [base, path, flags] { return openShared(openPathAt(base->number(), path, flags)); });
     // A folder that may not be read counts as empty. If not even its status can be read, because its parent may not be

@@ -31,7 +31,7 @@ private:
     [[nodiscard]] bool open();
     [[nodiscard]] std::shared_ptr<Descriptor> openRoot(int flags);
     [[nodiscard]] std::shared_ptr<Descriptor> openBelowRoot(int flags);
-    [[nodiscard]] std::shared_ptr<Descriptor> openFrom(const std::shared_ptr<Descriptor>& base, std::string path,
+    [[nodiscard]] std::shared_ptr<Descriptor> openFrom(const std::shared_ptr<Descriptor>& base, const std::string& path,
                                                        int flags);
     void findHiddenNames();
     void readMore();

@@ -118,10 +118,11 @@ Order sorted(const std::vector<Run>& runs, const Recorders& recorders) {
 }
 
 /// The folder and category of a file in 32 bits: more folders than fit 29 would not fit into memory.
-constexpr unsigned folderBits = 29;
+constexpr unsigned categoryBits = 3;
+constexpr std::uint32_t categoryMask = (1U << categoryBits) - 1;
 
 constexpr std::uint32_t placeOf(std::uint32_t folder, std::uint32_t category) {
-    return category << folderBits | folder;
+    return folder << categoryBits | category;
 }
 
 /// The place of each file, by number.
@@ -177,7 +178,7 @@ FileList mergedFiles(const FileURL& url, const ScanRecorder::Folder& root, const
     all.categories.fill(BitSet(count));
     forRanges(count, [&](std::size_t begin, std::size_t end) {
         for (std::size_t number = begin; number < end; ++number) {
-            all.categories.at(all.keys[number] >> folderBits).insert(static_cast<std::uint32_t>(number));
+            all.categories.at(all.keys[number] & categoryMask).insert(static_cast<std::uint32_t>(number));
         }
     });
     all.records.resize(order.keys.size());
@@ -188,9 +189,9 @@ FileList mergedFiles(const FileURL& url, const ScanRecorder::Folder& root, const
             FileRecord& record = all.records[key];
             record.size.bytes =
                 (order.isExact ? std::uint64_t{size} << order.unit : sizes[number].bytes) & FileSize::maximum;
-            record.size.category = (place >> folderBits) & 7U;
+            record.size.category = place & categoryMask;
             record.number = number;
-            record.folder = place & ((1U << folderBits) - 1);
+            record.folder = place >> categoryBits;
         }
     });
     all.totalSize = std::accumulate(all.records.begin(), all.records.end(), std::int64_t{0},

@@ -20,7 +20,7 @@ public:
     }
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        const QString text = QAccessibleQuickItem::text(kind);
+        QString text = QAccessibleQuickItem::text(kind);
         if (kind == QAccessible::Name && text.isEmpty() && role() == QAccessible::PopupMenu) {
             return item()->parent()->property("title").toString();  // Of the menu, which is no item.
         }

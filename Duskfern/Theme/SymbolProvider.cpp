@@ -58,7 +58,7 @@ QImage SymbolProvider::image(const QString& symbol, const QColor& color, int pix
     if (const QImage* const kept = drawings().images.object(drawing)) {
         return *kept;
     }
-    const QImage drawn = draw(symbol, color, pixels);
+    QImage drawn = draw(symbol, color, pixels);
     drawings().images.insert(drawing, new QImage(drawn), static_cast<qsizetype>(drawn.sizeInBytes()) + 1);
     return drawn;
 }

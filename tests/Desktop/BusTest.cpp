@@ -198,9 +198,9 @@ TEST_F(BusTest, ReadsWhetherMotionIsWanted) {
     const QString reduced = u"reduced-motion"_s;
     const QString animations = u"enable-animations"_s;
     struct Case {
-        const char* what;
+        const char* what = "";
         Settings settings;
-        bool isReduced;
+        bool isReduced = false;
     };
     const Case cases[] = {
         {"nobody tells", {}, false},

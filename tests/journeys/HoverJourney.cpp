@@ -42,14 +42,16 @@ protected:
         return hovered;
     }
 
+    /// Qt Quick tells items of the pointer with the next frame after they moved.
     void expectNoneElsewhere(const char* after) {
         QTest::qWait(30);
-        EXPECT_EQ(hovered().wrong, "") << after << ", pointer at " << m_pointer.y();
+        const auto isRight = [this] { return hovered().wrong.empty(); };
+        EXPECT_TRUE(waitUntil(isRight)) << after << ", pointer at " << m_pointer.y() << hovered().wrong;
         const QPoint back = m_pointer;
         pointAt({8, 400});
-        EXPECT_EQ(hovered().wrong, "") << after << ", and away from " << back.y();
+        EXPECT_TRUE(waitUntil(isRight)) << after << ", and away from " << back.y() << hovered().wrong;
         pointAt(back);
-        EXPECT_EQ(hovered().wrong, "") << after << ", and back";
+        EXPECT_TRUE(waitUntil(isRight)) << after << ", and back" << hovered().wrong;
     }
 
     void wheel(int steps) {

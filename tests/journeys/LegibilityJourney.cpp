@@ -207,7 +207,7 @@ TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
                 const auto behind = std::max_element(colors.begin(), colors.end(),
                                                      [](const auto& a, const auto& b) { return a.second < b.second; });
                 const auto ink = seen.item->property("color").value<QColor>();
-                const QFont font = seen.item->property("font").value<QFont>();
+                const auto font = seen.item->property("font").value<QFont>();
                 const bool isLarge = font.pixelSize() >= 24 || (font.bold() && font.pixelSize() >= 19);
                 EXPECT_GE(contrast(ink, QColor(behind->first)), isLarge ? 3 : 4.5)
                     << seen.text << " on " << screen << (preference == ColorScheme::Preference::dark ? ", dark" : "");

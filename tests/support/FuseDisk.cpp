@@ -12,7 +12,7 @@ FuseDisk::FuseDisk(std::string folder) : m_folder(std::move(folder)) {
     (void)mkdir(m_folder.c_str(), 0755);
     m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_server.start(QStringLiteral(DUSKFERN_FUSE_SERVER), {QString::fromStdString(m_folder)});
-    m_isMounted = isConfirmed();
+    m_isMounted = isConfirmed();  // NOLINT(cppcoreguidelines-prefer-member-initializer): after the server's start
 }
 
 FuseDisk::~FuseDisk() {

@@ -31,8 +31,8 @@ using Habit = FuseDisk::Habit;
 constexpr unsigned longestLife = 100;
 
 struct Node {
-    std::uint64_t number;
-    mode_t mode;
+    std::uint64_t number = 0;
+    mode_t mode = 0;
     timespec modified{};
     std::string data{};
 };

@@ -113,8 +113,8 @@ bool WalkState::putBack(WalkStep& step) {
     if (m_busy <= 1) {
         return false;
     }
+    m_pending.insert(m_pending.begin(), step.folder);
     --m_busy;
-    m_pending.insert(m_pending.begin(), std::move(step.folder));
     step = {};
     return true;
 }

@@ -66,9 +66,11 @@ SearchIndex::Found SearchIndex::searchBlocks(std::string_view text) const {
         std::uint32_t base;
         BitSet Found::*found;
     };
+    // Names without a folded form are ASCII.
+    const bool searchesNames = isASCII(text);
     std::vector<Block> blocks;
     for (const Part& part : m_parts) {
-        for (std::size_t block = 0; block < part.names.blockCount() && isASCII(text); ++block) {
+        for (std::size_t block = 0; searchesNames && block < part.names.blockCount(); ++block) {
             blocks.push_back({&part.names, block, part.base, &Found::names});
         }
         for (std::size_t block = 0; block < part.folded.blockCount(); ++block) {

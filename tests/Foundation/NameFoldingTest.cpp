@@ -1,4 +1,4 @@
-#include "Foundation/NameMatcher.h"
+#include "support/NameMatcher.h"
 
 #include <gtest/gtest.h>
 
@@ -40,8 +40,14 @@ TEST(NameMatcher, SearchesAsAPersonWould) {
         {"tr_TR", "I\u0307stanbul", "istanbul", true},
     };
     for (const Row& row : rows) {
-        NameMatcher matcher(NameFolding(QLocale(QLatin1String(row.locale))), QString::fromUtf8(row.text));
+        const NameFolding folding{QLocale(QLatin1String(row.locale))};
+        NameMatcher matcher(folding, QString::fromUtf8(row.text));
         EXPECT_EQ(matcher.matches(row.name), row.found) << row.locale << ' ' << row.name << ' ' << row.text;
+        if (folding.foldsToLowerCase(row.name)) {
+            std::string folded;
+            folding.fold(row.name, folded);
+            EXPECT_EQ(folded, QByteArray(row.name).toLower().toStdString()) << row.locale;
+        }
     }
     const NameFolding folding(QLocale(QStringLiteral("es_ES")));
     EXPECT_FALSE(NameMatcher(folding, QString(10'000, QLatin1Char('a'))).matches("aaaa"));

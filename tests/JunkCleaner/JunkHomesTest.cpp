@@ -1,4 +1,5 @@
 #include "JunkCleaner/JunkScanner.h"
+#include "JunkTree.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
@@ -13,18 +14,8 @@
 namespace {
 
 /// A home as programs leave it, described by lines: a path for a file, or one of the words below before it.
-class JunkHomes : public testing::Test {
+class JunkHomes : public testing::Test, protected JunkTree {
 protected:
-    JunkHomes() {
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-        paths.cacheHome = tree.url("home/.cache");
-        paths.stateHome = tree.url("home/.local/state");
-        paths.dataHome = tree.url("home/.local/share");
-        paths.configHome = tree.url("home/.config");
-        paths.temporary = tree.url("tmp");
-    }
-
     void make(const std::string& lines) {
         std::istringstream input(lines);
         for (std::string line; std::getline(input, line);) {
@@ -95,8 +86,6 @@ protected:
         return text;
     }
 
-    TemporaryFolder tree;
-    UserFolderPaths paths;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
 };
 

@@ -2,6 +2,7 @@
 
 #include "Desktop/PrivateMounts.h"
 #include "Foundation/Threads.h"
+#include "JunkTree.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
@@ -23,18 +24,9 @@ using Listed = std::vector<std::string>;
 
 constexpr qint64 day = 86400;
 
-class JunkScannerTest : public testing::Test {
+class JunkScannerTest : public testing::Test, protected JunkTree {
 protected:
-    JunkScannerTest() {
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-        paths.cacheHome = tree.url("home/.cache");
-        paths.stateHome = tree.url("home/.local/state");
-        paths.dataHome = tree.url("home/.local/share");
-        paths.configHome = tree.url("home/.config");
-        paths.temporary = tree.url("tmp");
-        tree.folder("home");
-    }
+    JunkScannerTest() { tree.folder("home"); }
 
     /// One line an item, the path beginning in the tree.
     [[nodiscard]] Listed scan() const {
@@ -54,8 +46,6 @@ protected:
         ASSERT_EQ(utimensat(AT_FDCWD, tree.path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
     }
 
-    TemporaryFolder tree;
-    UserFolderPaths paths;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
 };
 

@@ -1,7 +1,7 @@
-#include "Foundation/NameMatcher.h"
 #include "SpaceScan/ByteMask.h"
 #include "SpaceScan/FileScanner.h"
 #include "SpaceScan/FilteredFiles.h"
+#include "support/NameMatcher.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

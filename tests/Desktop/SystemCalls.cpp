@@ -26,9 +26,10 @@ constexpr std::array others{
 #ifdef SYS_pipe
     SYS_pipe,
 #endif
-    SYS_pipe2,   SYS_brk,    SYS_mmap,          SYS_munmap,         SYS_mprotect,     SYS_mremap,  SYS_madvise,
-    SYS_futex,   SYS_getpid, SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction, SYS_geteuid, SYS_getuid,
-    SYS_getegid, SYS_getgid, SYS_gettid,        SYS_tgkill,         SYS_exit_group,   SYS_close,   SYS_getrandom,
+    SYS_pipe2,      SYS_brk,    SYS_mmap,      SYS_munmap,        SYS_mprotect,       SYS_mremap,
+    SYS_madvise,    SYS_futex,  SYS_getpid,    SYS_clock_gettime, SYS_rt_sigprocmask, SYS_rt_sigaction,
+    SYS_geteuid,    SYS_getuid, SYS_getegid,   SYS_getgid,        SYS_gettid,         SYS_tgkill,
+    SYS_exit_group, SYS_close,  SYS_getrandom, SYS_sigaltstack,   SYS_sched_yield,    SYS_prlimit64,
 };
 
 /// From now on all other calls of this process wait for what is decided by the holder of the descriptor that is

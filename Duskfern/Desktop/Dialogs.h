@@ -13,6 +13,7 @@ struct Confirmation {
     QString informativeText;  ///< Text below the question.
     QString confirmTitle;     ///< The first button, the default one.
     QString cancelTitle;      ///< The second button; also the result of Esc and closing.
+    QString wholeName = {};   ///< The whole of a name that is shortened in the question; empty if none is.
 };
 
 /// Asks the user. Each question is modal to the window but does not block the thread: the call returns at once, and the

@@ -2,6 +2,7 @@
 
 #include "Desktop/GioSupport.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
@@ -13,9 +14,9 @@ constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* appearance = "org.freedesktop.appearance";
 constexpr const char* colorScheme = "color-scheme";
-constexpr const char* reducedMotion = "reduced-motion";
 constexpr const char* gnomeInterface = "org.gnome.desktop.interface";
-constexpr const char* enableAnimations = "enable-animations";
+constexpr const char* gnomeAccessibility = "org.gnome.desktop.a11y.interface";
+constexpr std::array<const char*, 3> spaces{appearance, gnomeInterface, gnomeAccessibility};
 
 /// Timeout of the first read.
 constexpr int readTimeoutMilliseconds = 500;
@@ -43,8 +44,11 @@ ColorScheme::Preference preferenceOf(GVariant* wrapped) {
     }
 }
 
-/// Whether a setting says yes, by a number or by a truth value; none if it does neither.
+/// Whether a setting says yes, by a number or by a truth value; none if it does neither or is null.
 std::optional<bool> answerOf(GVariant* wrapped) {
+    if (wrapped == nullptr) {
+        return std::nullopt;
+    }
     const GPtr<GVariant> value = unwrapped(wrapped);
     if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32)) {
         return g_variant_get_uint32(value.get()) != 0;
@@ -55,11 +59,22 @@ std::optional<bool> answerOf(GVariant* wrapped) {
     return std::nullopt;
 }
 
-/// The answer of one setting among all that were read; none if it is not there.
-std::optional<bool> answerIn(GVariant* all, const char* space, const char* key) {
+/// The colour of a setting; none if it is null, of another type, or out of range, which says that none is set.
+std::optional<ColorScheme::Accent> accentOf(GVariant* wrapped) {
+    const GPtr<GVariant> value = wrapped == nullptr ? nullptr : unwrapped(wrapped);
+    if (!value || !g_variant_is_of_type(value.get(), G_VARIANT_TYPE("(ddd)"))) {
+        return std::nullopt;
+    }
+    ColorScheme::Accent accent;
+    g_variant_get(value.get(), "(ddd)", &accent.red, &accent.green, &accent.blue);
+    const auto isPart = [](double part) { return part >= 0 && part <= 1; };
+    return isPart(accent.red) && isPart(accent.green) && isPart(accent.blue) ? std::optional(accent) : std::nullopt;
+}
+
+/// One setting among all that were read; null if it is not there.
+GPtr<GVariant> settingIn(GVariant* all, const char* space, const char* key) {
     const GPtr<GVariant> found(g_variant_lookup_value(all, space, G_VARIANT_TYPE_VARDICT));
-    const GPtr<GVariant> value(found ? g_variant_lookup_value(found.get(), key, nullptr) : nullptr);
-    return value ? answerOf(value.get()) : std::nullopt;
+    return GPtr<GVariant>(found ? g_variant_lookup_value(found.get(), key, nullptr) : nullptr);
 }
 
 }  // namespace
@@ -75,15 +90,16 @@ struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
     void connect();
     void subscribe();
     void read();
-    void readMotion();
+    void readRest();
     void change(const char* space, const char* key, GVariant* value);
     [[nodiscard]] guint listen(const char* space);
+    void takeRest(const char* space, const char* key, GVariant* value);
 
     PortalColorScheme& owner;
     GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
     GObjectPtr<GDBusConnection> bus;
     guint watch = 0;
-    std::array<guint, 2> subscriptions{};
+    std::array<guint, spaces.size()> subscriptions{};
 };
 
 PortalColorScheme::Link::~Link() {
@@ -129,24 +145,39 @@ guint PortalColorScheme::Link::listen(const char* space) {
 }
 
 void PortalColorScheme::Link::change(const char* space, const char* key, GVariant* value) {
+    if (std::strcmp(space, appearance) == 0 && std::strcmp(key, colorScheme) == 0) {
+        owner.setPreference(preferenceOf(value));
+    } else {
+        takeRest(space, key, value);
+    }
+}
+
+/// Takes a setting other than the colour scheme; a null value says that it is not there.
+void PortalColorScheme::Link::takeRest(const char* space, const char* key, GVariant* value) {
     const auto is = [&](const char* otherSpace, const char* otherKey) {
         return std::strcmp(space, otherSpace) == 0 && std::strcmp(key, otherKey) == 0;
     };
-    if (is(appearance, colorScheme)) {
-        owner.setPreference(preferenceOf(value));
-    } else if (is(appearance, reducedMotion)) {
-        owner.setReduced(answerOf(value));
-    } else if (is(gnomeInterface, enableAnimations)) {
-        owner.setAnimated(answerOf(value));
+    if (is(appearance, "reduced-motion")) {
+        owner.setMotion({answerOf(value), owner.m_lessMotion.gnome});
+    } else if (is(gnomeInterface, "enable-animations")) {
+        const std::optional<bool> animated = answerOf(value);
+        owner.setMotion({owner.m_lessMotion.common, animated ? std::optional(!*animated) : std::nullopt});
+    } else if (is(appearance, "contrast")) {
+        owner.setContrast({answerOf(value), owner.m_moreContrast.gnome});
+    } else if (is(gnomeAccessibility, "high-contrast")) {
+        owner.setContrast({owner.m_moreContrast.common, answerOf(value)});
+    } else if (is(appearance, "accent-color")) {
+        owner.setAccent(accentOf(value));
     }
 }
 
 void PortalColorScheme::Link::subscribe() {
-    subscriptions = {listen(appearance), listen(gnomeInterface)};
+    std::transform(spaces.begin(), spaces.end(), subscriptions.begin(),
+                   [this](const char* space) { return listen(space); });
     // Reads the values when the portal starts, and again when it restarts.
     const auto onAppeared = [](GDBusConnection*, const char*, const char*, gpointer link) {
         static_cast<Link*>(link)->read();
-        static_cast<Link*>(link)->readMotion();
+        static_cast<Link*>(link)->readRest();
     };
     watch = g_bus_watch_name_on_connection(bus.get(), portalName, G_BUS_NAME_WATCHER_FLAGS_AUTO_START, onAppeared,
                                            nullptr, this, nullptr);
@@ -167,18 +198,24 @@ void PortalColorScheme::Link::read() {
                            onceDone(onAnswer));
 }
 
-/// Reads all at once, because most desktops have only one of the two.
-void PortalColorScheme::Link::readMotion() {
+/// Reads the rest at once, because most desktops have only some of it.
+void PortalColorScheme::Link::readRest() {
     const auto onAnswer = [weak = weak_from_this()](GObject* source, GAsyncResult* result) {
         const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
         const std::shared_ptr<Link> link = weak.lock();
-        if (link && answer) {
-            const GPtr<GVariant> all(g_variant_get_child_value(answer.get(), 0));
-            link->owner.setReduced(answerIn(all.get(), appearance, reducedMotion));
-            link->owner.setAnimated(answerIn(all.get(), gnomeInterface, enableAnimations));
+        if (!link || !answer) {
+            return;
+        }
+        const GPtr<GVariant> all(g_variant_get_child_value(answer.get(), 0));
+        const std::pair<const char*, const char*> settingsToRead[] = {{appearance, "reduced-motion"},
+                                                                      {gnomeInterface, "enable-animations"},
+                                                                      {appearance, "contrast"},
+                                                                      {gnomeAccessibility, "high-contrast"},
+                                                                      {appearance, "accent-color"}};
+        for (const auto& [space, key] : settingsToRead) {
+            link->takeRest(space, key, settingIn(all.get(), space, key).get());
         }
     };
-    const std::array<const char*, 2> spaces{appearance, gnomeInterface};
     g_dbus_connection_call(bus.get(), portalName, portalPath, settings, "ReadAll",
                            g_variant_new("(@as)", g_variant_new_strv(spaces.data(), spaces.size())),
                            G_VARIANT_TYPE("(a{sa{sv}})"), G_DBUS_CALL_FLAGS_NONE, readTimeoutMilliseconds,
@@ -203,22 +240,31 @@ void PortalColorScheme::setPreference(Preference preference) {
 }
 
 bool PortalColorScheme::reducesMotion() const {
-    return m_reducesMotion;
+    return m_lessMotion.isMade();
 }
 
-void PortalColorScheme::setReduced(std::optional<bool> reduced) {
-    m_reduced = reduced;
-    updateMotion();
-}
-
-void PortalColorScheme::setAnimated(std::optional<bool> animated) {
-    m_animated = animated;
-    updateMotion();
-}
-
-void PortalColorScheme::updateMotion() {
-    const bool reduces = m_reduced.value_or(!m_animated.value_or(true));
-    if (std::exchange(m_reducesMotion, reduces) != reduces) {
+void PortalColorScheme::setMotion(const Wish& motion) {
+    if (std::exchange(m_lessMotion, motion).isMade() != motion.isMade()) {
         Q_EMIT reducesMotionChanged();
+    }
+}
+
+bool PortalColorScheme::raisesContrast() const {
+    return m_moreContrast.isMade();
+}
+
+void PortalColorScheme::setContrast(const Wish& contrast) {
+    if (std::exchange(m_moreContrast, contrast).isMade() != contrast.isMade()) {
+        Q_EMIT raisesContrastChanged();
+    }
+}
+
+std::optional<ColorScheme::Accent> PortalColorScheme::accent() const {
+    return m_accent;
+}
+
+void PortalColorScheme::setAccent(std::optional<Accent> accent) {
+    if (std::exchange(m_accent, accent) != accent) {
+        Q_EMIT accentChanged();
     }
 }

@@ -31,7 +31,7 @@ FocusScope {
         Accessible.name: header.title
         Accessible.role: Accessible.Dialog
         anchors.centerIn: parent
-        border.color: Theme.tint(Theme.primary, 0.12)
+        border.color: Theme.outline(0.12)
         color: Theme.raised
         height: Math.min(root.height - 48, 34 * Theme.body + 170)
         radius: 14

@@ -29,20 +29,22 @@ T.TextField {
     implicitHeight: Math.ceil(contentHeight) + topPadding + bottomPadding
     leftPadding: 12
     maximumLength: 100000
+    persistentSelection: true
     renderType: Text.NativeRendering
     rightPadding: 12
     selectByMouse: true
     selectedTextColor: Theme.onTint
-    selectionColor: Theme.blueFill
+    selectionColor: Theme.accentFill
     text: root.browser.location
     verticalAlignment: TextInput.AlignVCenter
     bottomPadding: 8
     topPadding: 8
 
+    Keys.onPressed: event => menu.press(event)
     onAccepted: root.browser.goTo(root.text)
 
     background: Rectangle {
-        border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
+        border.color: Theme.outline(root.hovered ? 0.2 : 0.12)
         border.width: 1
         color: Theme.field
         radius: 8
@@ -51,6 +53,12 @@ T.TextField {
             cornerRadius: 11
             shown: root.activeFocus
         }
+    }
+
+    TextMenuOpener {
+        id: menu
+
+        field: root
     }
 
     Connections {

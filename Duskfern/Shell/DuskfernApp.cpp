@@ -15,7 +15,10 @@
 #include <QtGui/QStyleHints>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <algorithm>
+#include <iterator>
 #include <system_error>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(Duskfern_EnginePlugin)
 Q_IMPORT_QML_PLUGIN(Duskfern_FolderBrowserPlugin)
@@ -73,10 +76,12 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     }
     m_dialogs.setWindow(m_window);
     connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::applyColorScheme);
-    connect(&m_colorScheme, &ColorScheme::reducesMotionChanged, this, &DuskfernApp::applyMotion);
+    connect(&m_colorScheme, &ColorScheme::reducesMotionChanged, this, &DuskfernApp::applyWishes);
+    connect(&m_colorScheme, &ColorScheme::raisesContrastChanged, this, &DuskfernApp::applyWishes);
+    connect(&m_colorScheme, &ColorScheme::accentChanged, this, &DuskfernApp::applyWishes);
     qGuiApp->installEventFilter(this);
     applyColorScheme();
-    applyMotion();
+    applyWishes();
     // Drawing the icon in several sizes takes time, so it waits for the first frame.
     connect(
         m_window, &QQuickWindow::frameSwapped, this,
@@ -95,9 +100,29 @@ void DuskfernApp::installTranslation() {
 }
 
 void DuskfernApp::show() {
+    m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();
     m_window->requestActivate();
+}
+
+void DuskfernApp::showScreen(const QString& screen, const QString& token) {
+    if (!token.isEmpty()) {
+        // Where Qt looks for the permission to come to the front, on Wayland.
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    }
+    show();
+    static constexpr std::pair<QLatin1String, ScanStore::Mode> screens[] = {
+        {QLatin1String("home"), ScanStore::Mode::home},
+        {QLatin1String("space"), ScanStore::Mode::space},
+        {QLatin1String("junk"), ScanStore::Mode::junk},
+    };
+    const auto* const found =
+        std::find_if(std::begin(screens), std::end(screens), [&](const auto& row) { return row.first == screen; });
+    // A question stands before the screen that it is about.
+    if (found != std::end(screens) && !m_window->property("blocked").toBool()) {
+        m_store.setMode(found->second);
+    }
 }
 
 bool DuskfernApp::eventFilter(QObject* watched, QEvent* event) {
@@ -118,6 +143,12 @@ void DuskfernApp::applyColorScheme() {
     m_window->setProperty("dark", dark);
 }
 
-void DuskfernApp::applyMotion() {
+void DuskfernApp::applyWishes() {
     m_window->setProperty("reducesMotion", m_colorScheme.reducesMotion());
+    m_window->setProperty("raisesContrast", m_colorScheme.raisesContrast());
+    const std::optional<ColorScheme::Accent> accent = m_colorScheme.accent();
+    m_window->setProperty("accent",
+                          accent ? QColor::fromRgbF(static_cast<float>(accent->red), static_cast<float>(accent->green),
+                                                    static_cast<float>(accent->blue))
+                                 : QColor(Qt::transparent));
 }

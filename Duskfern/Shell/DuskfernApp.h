@@ -49,6 +49,10 @@ public:
     /// Shows the window and brings it to the front.
     void show();
 
+    /// The same, on a screen: "home", "space" or "junk"; of another name the current one stays. The token of the
+    /// request permits the window to come to the front on Wayland; empty without one.
+    void showScreen(const QString& screen, const QString& token);
+
     [[nodiscard]] ScanStore& store() { return m_store; }
     [[nodiscard]] ScreenStores& screens() { return m_screens; }
     [[nodiscard]] QQuickWindow& window() { return *m_window; }
@@ -59,7 +63,7 @@ public:
 private:
     void installTranslation();
     void applyColorScheme();
-    void applyMotion();
+    void applyWishes();
 
     /// Loads the list of system fonts while the window is loaded, which takes half as long as that. Not joinable if no
     /// thread can be started; the fonts are then loaded on first use.

@@ -11,6 +11,13 @@ bool isModifier(const QEvent& press) {
     return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr || key == Qt::Key_unknown;
 }
 
+bool isInMenu(const QQuickItem* item) {
+    while (item != nullptr && !item->inherits("QQuickPopupItem")) {
+        item = item->parentItem();
+    }
+    return item != nullptr;
+}
+
 }  // namespace
 
 void FocusWatcher::setWindow(QQuickWindow* window) {
@@ -43,11 +50,12 @@ void FocusWatcher::queueCheck() {
     }
 }
 
-/// A focus scope is the focus item only if nothing inside it has the focus, unless it is itself a Tab stop.
+/// A focus scope is the focus item only if nothing inside it has the focus, unless it is itself a Tab stop, or a menu
+/// that was opened by the pointer.
 bool FocusWatcher::isLost() const {
     const QQuickItem* const item = m_window->activeFocusItem();
     return item == nullptr || !item->isVisible() || !item->isEnabled() ||
-           (item->isFocusScope() && !item->activeFocusOnTab());
+           (item->isFocusScope() && !item->activeFocusOnTab() && !isInMenu(item));
 }
 
 void FocusWatcher::setKeyboard(bool keyboard) {

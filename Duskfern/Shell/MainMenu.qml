@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Duskfern.Engine
 import Duskfern.Theme
 
@@ -13,11 +12,7 @@ Rectangle {
     readonly property bool open: root.popup?.visible ?? false
 
     /// The menu; null before it is first opened.
-    readonly property T.Menu popup: loader.item as T.Menu
-
-    // The focus item before the menu opened, to be restored when it closes. Needed because Qt 6.8 restores the one of the
-    // previous opening.
-    property Item before: null
+    readonly property CommandMenu popup: loader.item as CommandMenu
 
     /// The menu was open and is closed now.
     signal closed
@@ -27,20 +22,11 @@ Rectangle {
         if (root.open) {
             root.popup.close();
         } else {
-            root.before = root.Window.activeFocusItem;
             if (root.popup === null) {
                 loader.setSource("qrc:/qt/qml/Duskfern/Shell/MainMenuPopup.qml", {bar: root});
             }
-            root.popup.popup(title, 0, title.height);
-            root.popup.currentIndex = Theme.keyboard ? 0 : -1;
+            root.popup.openAt(title, Qt.point(0, title.height));
         }
-    }
-
-    /// To be called when the menu has closed.
-    function restoreFocus() {
-        root.before?.forceActiveFocus(Qt.PopupFocusReason);
-        root.before = null;
-        root.closed();
     }
 
     Accessible.name: "Menú"

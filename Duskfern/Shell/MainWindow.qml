@@ -19,6 +19,12 @@ Window {
     /// Whether nothing should move that need not; set by the application.
     property bool reducesMotion: false
 
+    /// Whether outlines and lesser texts stand out more; set by the application.
+    property bool raisesContrast: false
+
+    /// The colour of what is selected or has the focus, transparent for the program's own; set by the application.
+    property color accent: "transparent"
+
     /// Whether there may be a dialog or a message to show.
     readonly property bool alerting: root.dialogs.isOpen || root.store.errorMessage !== "" || (root.screens.junk?.isCleaning ?? false) || (root.screens.junk?.message ?? "") !== ""
 
@@ -53,9 +59,11 @@ Window {
     onClosing: root.dialogs.answer(false)
 
     WindowLook {
+        accent: root.accent
         dark: root.dark
         keyboard: focusWatcher.keyboard
         still: root.reducesMotion
+        strong: root.raisesContrast
         windowHeight: root.height
     }
 
@@ -65,7 +73,7 @@ Window {
         window: root
 
         onLost: {
-            if (!root.blocked && !menu.open) {
+            if (!root.blocked) {
                 content.takeFocus();
             } else if (alerts.open) {
                 alerts.forceActiveFocus();

@@ -44,6 +44,7 @@ FocusScope {
             buttons: root.dialogs.buttons // qmllint disable type unqualified
             informativeText: root.dialogs.informativeText // qmllint disable unqualified
             message: root.dialogs.message // qmllint disable unqualified
+            wholeName: root.dialogs.wholeName // qmllint disable unqualified
 
             onAnswered: button => root.dialogs.answer(button === 0) // qmllint disable unqualified
         }

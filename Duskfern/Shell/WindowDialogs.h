@@ -32,10 +32,12 @@ public:
     Q_PROPERTY(bool isConfirming READ isConfirming NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(QString informativeText READ informativeText NOTIFY changed)
+    Q_PROPERTY(QString wholeName READ wholeName NOTIFY changed)
     Q_PROPERTY(QStringList buttons READ buttons NOTIFY changed)
     [[nodiscard]] bool isConfirming() const { return m_isConfirming; }
     [[nodiscard]] QString message() const { return m_question.message; }
     [[nodiscard]] QString informativeText() const { return m_question.informativeText; }
+    [[nodiscard]] QString wholeName() const { return m_question.wholeName; }
     [[nodiscard]] QStringList buttons() const { return {m_question.confirmTitle, m_question.cancelTitle}; }
     Q_SIGNAL void changed();
 

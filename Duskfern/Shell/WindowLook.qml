@@ -5,10 +5,18 @@ import Duskfern.Theme
 Item {
     id: root
 
+    required property color accent
     required property bool dark
     required property bool keyboard
     required property bool still
+    required property bool strong
     required property real windowHeight
+
+    Binding {
+        property: "accent"
+        target: Theme
+        value: root.accent
+    }
 
     Binding {
         property: "dark"
@@ -26,6 +34,12 @@ Item {
         property: "still"
         target: Theme
         value: root.still
+    }
+
+    Binding {
+        property: "strong"
+        target: Theme
+        value: root.strong
     }
 
     Binding {

@@ -214,11 +214,13 @@ void ScanStore::moveSelectedToTrash() {
     const auto pending = std::make_shared<PendingStatus>();
     Dispatch::background(
         [pending, url = item.url](const std::stop_token&) { pending->answer.set_value(fileStatus(url)); });
+    const QString name = elidedName(item.name());
     const Confirmation question{
-        QStringLiteral("¿Mover “%1” a la papelera?").arg(elidedName(item.name())),
+        QStringLiteral("¿Mover “%1” a la papelera?").arg(name),
         QStringLiteral("Duskfern nunca borra archivos sin esta confirmación."),
         QStringLiteral("Mover a la papelera"),
         QStringLiteral("Cancelar"),
+        name == item.name() ? QString() : item.name(),
     };
     m_dialogs.confirm(question, [self = QPointer(this), item, pending](bool confirmed) {
         if (self != nullptr && confirmed) {

@@ -10,6 +10,9 @@ ModalDialog {
     property string symbol: "exclamationmark.triangle.fill"
     property color symbolColor: Theme.orange
 
+    /// The whole of a name that is shortened in the message, for a hint over it; empty if none is.
+    property string wholeName: ""
+
     /// Titles of one or two buttons.
     required property list<string> buttons
 
@@ -50,6 +53,18 @@ ModalDialog {
         topPadding: 4
         width: parent.width
         wrapMode: Text.Wrap
+
+        HoverHandler {
+            id: pointer
+
+            onHoveredChanged: {
+                if (pointer.hovered) {
+                    Hints.show(parent, root.wholeName);
+                } else {
+                    Hints.hide(parent);
+                }
+            }
+        }
     }
 
     Label {

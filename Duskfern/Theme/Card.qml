@@ -12,7 +12,7 @@ Rectangle {
 
     Rectangle {
         anchors.fill: parent
-        border.color: Theme.tint(root.tone, root.strokeOpacity)
+        border.color: Theme.strong ? Theme.outline(root.strokeOpacity) : Theme.tint(root.tone, root.strokeOpacity)
         border.width: 1
         color: "transparent"
         radius: root.radius

@@ -23,7 +23,7 @@ FocusScope {
         Accessible.name: root.message
         Accessible.role: Accessible.Dialog
         anchors.centerIn: parent
-        border.color: Theme.tint(Theme.primary, 0.12)
+        border.color: Theme.outline(0.12)
         color: Theme.raised
         height: column.height + 40
         radius: 14

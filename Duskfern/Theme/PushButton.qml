@@ -33,7 +33,7 @@ Pressable {
     verticalPadding: root.large ? 10 : 6
 
     background: Rectangle {
-        border.color: root.prominent ? "transparent" : Theme.tint(Theme.primary, 0.1)
+        border.color: root.prominent ? "transparent" : Theme.outline(0.1)
         border.width: root.prominent ? 0 : 1
         color: root.fill
         radius: 8

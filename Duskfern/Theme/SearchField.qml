@@ -20,12 +20,13 @@ T.TextField {
     implicitWidth: Math.ceil(placeholder.implicitWidth) + leftPadding + rightPadding
     implicitHeight: Math.ceil(contentHeight) + topPadding + bottomPadding
     leftPadding: 18 + Theme.body
+    persistentSelection: true
     placeholderTextColor: Theme.secondary
     renderType: Text.NativeRendering
     rightPadding: 28
     selectByMouse: true
     selectedTextColor: Theme.onTint
-    selectionColor: Theme.blueFill
+    selectionColor: Theme.accentFill
     text: root.value
     verticalAlignment: TextInput.AlignVCenter
     bottomPadding: 7
@@ -35,10 +36,11 @@ T.TextField {
         event.accepted = root.text !== "";
         root.edited("");
     }
+    Keys.onPressed: event => menu.press(event)
     onTextEdited: root.edited(root.text)
 
     background: Rectangle {
-        border.color: Theme.tint(Theme.primary, root.hovered ? 0.2 : 0.12)
+        border.color: Theme.outline(root.hovered ? 0.2 : 0.12)
         border.width: 1
         color: Theme.field
         radius: 8
@@ -56,6 +58,12 @@ T.TextField {
             cornerRadius: 11
             shown: root.activeFocus
         }
+    }
+
+    TextMenuOpener {
+        id: menu
+
+        field: root
     }
 
     Label {

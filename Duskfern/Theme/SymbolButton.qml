@@ -11,7 +11,7 @@ Pressable {
     opacity: root.enabled ? 1 : 0.4
 
     background: Rectangle {
-        border.color: Theme.tint(Theme.primary, 0.1)
+        border.color: Theme.outline(0.1)
         border.width: 1
         color: Theme.tint(Theme.primary, root.down ? 0.14 : root.hovered ? 0.1 : 0.06)
         radius: 8

@@ -17,6 +17,12 @@ QtObject {
     /// Set by the window: whether nothing should move that need not.
     property bool still: false
 
+    /// Set by the window: whether outlines and lesser texts are to stand out more.
+    property bool strong: false
+
+    /// Set by the window: the desktop's colour of what is selected or has the focus; transparent for the blue below.
+    property color accent: "transparent"
+
     /// Set by the window: whether the last input was a key. Focus rings are shown only then.
     property bool keyboard: false
 
@@ -35,11 +41,14 @@ QtObject {
     readonly property color tealText: root.dark ? "#40C8E0" : "#1A6371"
     readonly property color redFill: root.dark ? "#D92015" : "#DE2015"
     readonly property color redMark: root.dark ? root.red : "#E8291E"
-    readonly property color blueFill: "#0067D6"
+
+    /// The same for what is selected or has the focus.
+    readonly property bool accented: root.accent.a > 0
+    readonly property color accentFill: root.accented ? Tones.against(root.accent, root.onTint, 4.5) : "#0067D6"
 
     /// The colour of text, and of fills in shades of it.
     readonly property color primary: root.dark ? "#F5F5F7" : "#1D1D1F"
-    readonly property color secondary: root.dark ? "#B6B6BC" : "#58585E"
+    readonly property color secondary: root.strong ? (root.dark ? "#E0E0E5" : "#3A3A3E") : root.dark ? "#B6B6BC" : "#58585E"
 
     readonly property color window: root.dark ? "#1C1C1E" : "#F9F9FA"
     readonly property color sidebar: root.dark ? "#242427" : "#F0F0F2"
@@ -52,9 +61,11 @@ QtObject {
     /// Drawn over a button, nearly transparent, while it is hovered or pressed.
     readonly property color lighten: "#FFFFFF"
     readonly property color darken: "#000000"
-    readonly property color divider: root.tint(root.primary, root.dark ? 0.12 : 0.1)
-    readonly property color selection: root.tint(root.blue, root.dark ? 0.3 : 0.18)
-    readonly property color focus: root.dark ? "#5CADFF" : "#0056B3"
+    readonly property color divider: root.outline(root.dark ? 0.12 : 0.1)
+
+    /// Pale enough, or dark enough, that text can be read on it.
+    readonly property color selection: root.tint(root.accented ? Tones.against(root.accent, root.dark ? "white" : "black", 4.5) : root.blue, root.dark ? 0.3 : 0.18)
+    readonly property color focus: root.accented ? Tones.against(root.accent, root.raised, 5.5) : root.dark ? "#5CADFF" : "#0056B3"
     readonly property color shade: root.dark ? "#80000000" : "#4D000000"
 
     readonly property string family: SystemFont.family
@@ -82,6 +93,11 @@ QtObject {
 
     function scaled(factor: real): int {
         return Math.max(10, Math.round(SystemFont.pixelSize * factor));
+    }
+
+    /// The colour of an outline, of an opacity unless outlines are to stand out.
+    function outline(opacity: real): color {
+        return root.tint(root.primary, root.strong ? 0.6 : opacity);
     }
 
     function tint(base: color, opacity: real): color {

@@ -1,6 +1,7 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/PortalColorScheme.h"
 #include "Desktop/PortalFolderChooser.h"
+#include "Desktop/SingleInstance.h"
 #include "support/FakeDesktop.h"
 #include "support/PrivateBus.h"
 
@@ -192,43 +193,75 @@ TEST_F(BusTest, ForgetsAnswersThatComeAfterItsEnd) {
     EXPECT_TRUE(next.become(Preference::light));
 }
 
-TEST_F(BusTest, ReadsWhetherMotionIsWanted) {
+/// A colour as the portal tells it.
+QVariant colorOf(double red, double green, double blue) {
+    QDBusArgument structure;
+    structure.beginStructure();
+    structure << red << green << blue;
+    structure.endStructure();
+    return QVariant::fromValue(structure);
+}
+
+TEST_F(BusTest, ReadsTheOtherWishes) {
+    using Accent = ColorScheme::Accent;
     const QString all = u"org.freedesktop.appearance"_s;
     const QString gnome = u"org.gnome.desktop.interface"_s;
+    const QString gnomeAccess = u"org.gnome.desktop.a11y.interface"_s;
     const QString reduced = u"reduced-motion"_s;
     const QString animations = u"enable-animations"_s;
+    const QString accentColor = u"accent-color"_s;
     struct Case {
         const char* what = "";
         Settings settings;
         bool isReduced = false;
+        bool isRaised = false;
+        std::optional<Accent> accent = {};
     };
     const Case cases[] = {
-        {"nobody tells", {}, false},
+        {"nobody tells", {}},
         {"reduced", {{all, {{reduced, 1U}}}}, true},
         {"GNOME without animations", {{gnome, {{animations, false}}}}, true},
-        {"GNOME with them", {{gnome, {{animations, true}}}}, false},
-        {"what all desktops may say comes first", {{all, {{reduced, 0U}}}, {gnome, {{animations, false}}}}, false},
-        {"of another type", {{all, {{reduced, u"1"_s}}}}, false},
+        {"GNOME with them", {{gnome, {{animations, true}}}}},
+        {"what all desktops may say comes first", {{all, {{reduced, 0U}}}, {gnome, {{animations, false}}}}},
+        {"of another type", {{all, {{reduced, u"1"_s}, {accentColor, 2U}}}}},
         {"in one more variant", {{gnome, {{animations, anything(false)}}}}, true},
+        {"contrast and colour",
+         {{all, {{u"contrast"_s, 1U}, {accentColor, colorOf(0.25, 0, 1)}}}},
+         false,
+         true,
+         Accent{0.25, 0, 1}},
+        {"GNOME's contrast, and a colour that says none",
+         {{gnomeAccess, {{u"high-contrast"_s, true}}}, {all, {{accentColor, colorOf(0.5, -1, 0.5)}}}},
+         false,
+         true},
     };
-    for (const auto& [what, settings, isReduced] : cases) {
+    for (const auto& [what, settings, isReduced, isRaised, accent] : cases) {
         ColorPortal portal(address(), settings);
         const PortalColorScheme scheme;
         int changes = 0;
-        QObject::connect(&scheme, &ColorScheme::reducesMotionChanged, [&] { ++changes; });
+        for (const auto signal :
+             {&ColorScheme::reducesMotionChanged, &ColorScheme::raisesContrastChanged, &ColorScheme::accentChanged}) {
+            QObject::connect(&scheme, signal, [&] { ++changes; });
+        }
         ASSERT_TRUE(waitUntil([&] { return !portal.asked.isEmpty(); })) << what;
-        EXPECT_EQ(portal.asked, (QStringList{all, gnome}));
+        EXPECT_EQ(portal.asked, (QStringList{all, gnome, gnomeAccess}));
         // The end of what the portal had to say before.
         portal.tellColors(1);
         ASSERT_TRUE(waitUntil([&] { return scheme.preference() == Preference::dark; })) << what;
         EXPECT_EQ(scheme.reducesMotion(), isReduced) << what;
-        EXPECT_EQ(changes, isReduced ? 1 : 0) << what;
+        EXPECT_EQ(scheme.raisesContrast(), isRaised) << what;
+        EXPECT_EQ(scheme.accent(), accent) << what;
+        EXPECT_EQ(changes, (isReduced ? 1 : 0) + (isRaised ? 1 : 0) + (accent ? 1 : 0)) << what;
 
         portal.tellChange("org.gnome.desktop.interface", "enable-animations", true);
         portal.tellChange("org.freedesktop.appearance", "reduced-motion", 1U);
         EXPECT_TRUE(waitUntil([&] { return scheme.reducesMotion(); })) << what;
         portal.tellChange("org.freedesktop.appearance", "reduced-motion", 0U);
-        EXPECT_TRUE(waitUntil([&] { return !scheme.reducesMotion(); })) << what;
+        portal.tellChange("org.freedesktop.appearance", "contrast", isRaised ? 0U : 1U);
+        portal.tellChange("org.freedesktop.appearance", "accent-color", colorOf(0, 0.5, 0));
+        EXPECT_TRUE(waitUntil([&] { return scheme.accent() == Accent({0, 0.5, 0}); })) << what;
+        EXPECT_FALSE(scheme.reducesMotion()) << what;
+        EXPECT_NE(scheme.raisesContrast(), isRaised) << what;
     }
 }
 
@@ -248,6 +281,9 @@ TEST_F(BusTest, TheProgramOutlivesTheBus) {
     PortalFolderChooser chooser(fallback);
     chooser.choose({}, [](const std::optional<FileURL>&) {});
     expectOutlived("the folder chooser");
+    SingleInstance instance(u"app.duskfern.Test"_s, {});
+    EXPECT_EQ(instance.role(), SingleInstance::Role::first);
+    expectOutlived("the only start");
     g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
 }
 

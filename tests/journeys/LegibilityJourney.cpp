@@ -1,6 +1,6 @@
 // Every screen and state is looked at: whether its texts stand out, fit and leave room for the lists.
 
-#include "support/Contrast.h"
+#include "Theme/Contrast.h"
 #include "support/KeyboardJourney.h"
 
 #include <QtGui/QFont>
@@ -128,6 +128,64 @@ private:
             collect(child, clip, isAbove || item->inherits("QQuickPopupItem"), found);
         }
     }
+
+protected:
+    /// All texts and rings of a theme on all that is behind them, in light and dark.
+    void expectColorsStandOut(const QObject& theme, bool strong) {
+        for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
+            colorScheme.prefer(preference);
+            const auto color = [&](const char* name) { return theme.property(name).value<QColor>(); };
+            const auto tint = [&](const char* name, double opacity) {
+                QColor tinted = color(name);
+                tinted.setAlphaF(static_cast<float>(opacity));
+                return tinted;
+            };
+            const QColor card = over(color("window"), tint("primary", 0.055));
+            const std::map<std::string, QColor> surfaces = {
+                {"window", color("window")},
+                {"sidebar", color("sidebar")},
+                {"current screen", over(color("sidebar"), tint("red", 0.2))},
+                {"current category", over(color("sidebar"), tint("purple", 0.18))},
+                {"note of the sidebar", over(color("sidebar"), tint("primary", 0.06))},
+                {"dialog", color("raised")},
+                {"selected in a dialog", over(color("raised"), color("selection"))},
+                {"card", card},
+                {"row under the pointer", over(card, tint("primary", 0.045))},
+                {"pressed row", over(card, tint("primary", 0.09))},
+                {"selected row", over(over(color("window"), tint("primary", 0.045)), color("selection"))},
+                {"number of the junk", over(color("window"), tint("red", 0.07))},
+                {"button", over(card, tint("primary", 0.06))},
+                {"pressed button", over(over(card, tint("primary", 0.06)), tint("darken", 0.08))},
+                {"field", over(color("window"), color("field"))},
+            };
+            for (const auto& [name, surface] : surfaces) {
+                for (const char* const text : {"primary", "secondary"}) {
+                    EXPECT_GE(contrast(color(text), surface), 4.5)
+                        << text << " on " << name << " in " << int(preference);
+                }
+                EXPECT_GE(contrast(color("focus"), surface), 3) << "ring on " << name << " in " << int(preference);
+            }
+            if (strong) {
+                EXPECT_GE(contrast(color("secondary"), color("window")), 7) << int(preference);
+                EXPECT_GE(contrast(over(color("window"), color("divider")), color("window")), 3) << int(preference);
+            }
+            const std::tuple<const char*, const char*, double> pairs[] = {
+                {"redText", "window", 4.5},         {"redText", "row under the pointer", 4.5},
+                {"redText", "pressed row", 4.5},    {"redText", "button", 4.5},
+                {"redText", "pressed button", 4.5}, {"tealText", "card", 4.5},
+                {"tealText", "selected row", 4.5},  {"tealText", "pressed row", 4.5},
+                {"redMark", "window", 3},           {"redMark", "row under the pointer", 3},
+                {"redMark", "pressed row", 3},
+            };
+            for (const auto& [text, surface, least] : pairs) {
+                EXPECT_GE(contrast(color(text), surfaces.at(surface)), least)
+                    << text << " on " << surface << int(preference);
+            }
+            for (const char* const fill : {"redFill", "accentFill"}) {
+                EXPECT_GE(contrast(color("onTint"), color(fill)), 4.5) << fill << int(preference);
+            }
+        }
+    }
 };
 
 TEST_F(LegibilityJourney, TheThemesColoursStandOutOnAllTheirSurfaces) {
@@ -136,52 +194,13 @@ TEST_F(LegibilityJourney, TheThemesColoursStandOutOnAllTheirSurfaces) {
     const std::unique_ptr<QObject> holder(component.create());
     ASSERT_NE(holder, nullptr) << qPrintable(component.errorString());
     const auto* const theme = holder->property("theme").value<QObject*>();
-    for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
-        colorScheme.prefer(preference);
-        const auto color = [&](const char* name) { return theme->property(name).value<QColor>(); };
-        const auto tint = [&](const char* name, double opacity) {
-            QColor tinted = color(name);
-            tinted.setAlphaF(static_cast<float>(opacity));
-            return tinted;
-        };
-        const QColor card = over(color("window"), tint("primary", 0.055));
-        const std::map<std::string, QColor> surfaces = {
-            {"window", color("window")},
-            {"sidebar", color("sidebar")},
-            {"current screen", over(color("sidebar"), tint("red", 0.2))},
-            {"current category", over(color("sidebar"), tint("purple", 0.18))},
-            {"note of the sidebar", over(color("sidebar"), tint("primary", 0.06))},
-            {"dialog", color("raised")},
-            {"selected in a dialog", over(color("raised"), color("selection"))},
-            {"card", card},
-            {"row under the pointer", over(card, tint("primary", 0.045))},
-            {"pressed row", over(card, tint("primary", 0.09))},
-            {"selected row", over(over(color("window"), tint("primary", 0.045)), color("selection"))},
-            {"number of the junk", over(color("window"), tint("red", 0.07))},
-            {"button", over(card, tint("primary", 0.06))},
-            {"pressed button", over(over(card, tint("primary", 0.06)), tint("darken", 0.08))},
-            {"field", over(color("window"), color("field"))},
-        };
-        for (const auto& [name, surface] : surfaces) {
-            for (const char* const text : {"primary", "secondary"}) {
-                EXPECT_GE(contrast(color(text), surface), 4.5) << text << " on " << name << " in " << int(preference);
-            }
-            EXPECT_GE(contrast(color("focus"), surface), 3) << "ring on " << name << " in " << int(preference);
-        }
-        const std::tuple<const char*, const char*, double> pairs[] = {
-            {"redText", "window", 4.5},         {"redText", "row under the pointer", 4.5},
-            {"redText", "pressed row", 4.5},    {"redText", "button", 4.5},
-            {"redText", "pressed button", 4.5}, {"tealText", "card", 4.5},
-            {"tealText", "selected row", 4.5},  {"tealText", "pressed row", 4.5},
-            {"redMark", "window", 3},           {"redMark", "row under the pointer", 3},
-            {"redMark", "pressed row", 3},
-        };
-        for (const auto& [text, surface, least] : pairs) {
-            EXPECT_GE(contrast(color(text), surfaces.at(surface)), least)
-                << text << " on " << surface << int(preference);
-        }
-        for (const char* const fill : {"redFill", "blueFill"}) {
-            EXPECT_GE(contrast(color("onTint"), color(fill)), 4.5) << fill << int(preference);
+    using Accent = ColorScheme::Accent;
+    const std::optional<Accent> accents[] = {std::nullopt,           Accent{0.2, 0.52, 0.89}, Accent{1, 0.84, 0.04},
+                                             Accent{0.1, 0.08, 0.4}, Accent{0, 0, 0},         Accent{1, 1, 1}};
+    for (const auto& accent : accents) {
+        for (const bool strong : {false, true}) {
+            colorScheme.wish(strong, accent);
+            expectColorsStandOut(*theme, strong);
         }
     }
 }

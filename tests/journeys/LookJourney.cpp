@@ -5,8 +5,8 @@
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "StorageOverview/StorageCategory.h"
+#include "Theme/Contrast.h"
 #include "Theme/SymbolProvider.h"
-#include "support/Contrast.h"
 #include "support/Journey.h"
 
 #include <QtCore/QDirIterator>

@@ -143,8 +143,18 @@ public:
         m_reducesMotion = reduces;
         Q_EMIT reducesMotionChanged();
     }
+    [[nodiscard]] bool raisesContrast() const override { return m_raisesContrast; }
+    [[nodiscard]] std::optional<Accent> accent() const override { return m_accent; }
+    void wish(bool contrast, std::optional<Accent> accent) {
+        m_raisesContrast = contrast;
+        m_accent = accent;
+        Q_EMIT raisesContrastChanged();
+        Q_EMIT accentChanged();
+    }
 
 private:
+    bool m_raisesContrast = false;
+    std::optional<Accent> m_accent;
     Preference m_preference = Preference::light;
     bool m_reducesMotion = false;
 };

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Duskfern.Theme
 
 /// A menu command with its key combination.
 T.MenuItem {

@@ -40,12 +40,6 @@ protected:
         return lines;
     }
 
-    void age(const std::string& relative, qint64 seconds) const {
-        const timespec time{QDateTime::currentSecsSinceEpoch() - seconds, 0};
-        const timespec times[] = {time, time};
-        ASSERT_EQ(utimensat(AT_FDCWD, tree.path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
-    }
-
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
 };
 

@@ -186,9 +186,9 @@ FileList mergedFiles(const FileURL& url, const ScanRecorder::Folder& root, const
         for (std::size_t key = begin; key < end; ++key) {
             const auto [size, number] = order.keys[key];
             const std::uint32_t place = std::exchange(all.keys[number], static_cast<std::uint32_t>(key));
+            const std::uint64_t bytes = order.isExact ? std::uint64_t{size} << order.unit : sizes[number].bytes;
             FileRecord& record = all.records[key];
-            record.size.bytes =
-                (order.isExact ? std::uint64_t{size} << order.unit : sizes[number].bytes) & FileSize::maximum;
+            record.size.bytes = bytes & FileSize::maximum;
             record.size.category = place & categoryMask;
             record.number = number;
             record.folder = place >> categoryBits;

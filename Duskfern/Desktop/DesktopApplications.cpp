@@ -87,6 +87,10 @@ void addEntries(const FileURL& folder, const std::string& prefix, int depth, Ins
         names.identifiers.insert(id);
         names.programs.push_back(text(id));
         names.programs.push_back(lastPiece(text(id)));
+        // "Music" or "Files" is not only the name of an application.
+        if (!piecesOfIdentifier(lastPiece(text(id))).isEmpty()) {
+            names.applications.push_back(lastPiece(text(id)));
+        }
         const QStringList pieces = piecesOfIdentifier(text(id));
         names.words.insert(names.words.end(), pieces.begin(), pieces.end());
         if (const std::optional<QByteArray> contents = contentsOf(url.path(), names)) {

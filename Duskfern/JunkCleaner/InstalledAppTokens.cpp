@@ -50,6 +50,9 @@ InstalledAppTokens::InstalledAppTokens(const InstalledNames& names) : m_flatpaks
     for (const QString& word : names.words) {
         m_wholeNames.insert(normalized(word));
     }
+    for (const QString& name : names.applications) {
+        m_applications.insert(normalized(name));
+    }
     std::sort(m_parts.begin(), m_parts.end());
     m_parts.erase(std::unique(m_parts.begin(), m_parts.end()), m_parts.end());
     std::erase_if(m_parts, [](const QString& token) { return token.isEmpty(); });
@@ -60,6 +63,16 @@ bool InstalledAppTokens::isOrphaned(const QString& name) const {
     return !isShort(token) && !m_wholeNames.contains(token) &&
            std::none_of(m_parts.begin(), m_parts.end(),
                         [&](const QString& part) { return part.contains(token) || token.contains(part); });
+}
+
+bool InstalledAppTokens::isOfApplication(std::string_view name) const {
+    constexpr std::string_view settings = ".conf";
+    if (!name.ends_with(settings)) {
+        return m_applications.contains(normalized(displayText(name)));
+    }
+    name.remove_suffix(settings.size());
+    const QString token = normalized(displayText(name));
+    return !isShort(token) && m_wholeNames.contains(token);
 }
 
 bool InstalledAppTokens::isOrphanedFlatpak(std::string_view id) const {

@@ -23,8 +23,13 @@ public:
     /// Whether no Flatpak with that identifier is installed.
     [[nodiscard]] bool isOrphanedFlatpak(std::string_view id) const;
 
+    /// Whether something in a maker's folder shows that an application of that maker is installed: "Painter.conf" with
+    /// the name of a program or package, or "Painter" with the last part of the identifier of a menu entry.
+    [[nodiscard]] bool isOfApplication(std::string_view name) const;
+
 private:
     std::vector<QString> m_parts;  ///< Match if part of a name or containing it.
     QSet<QString> m_wholeNames;    ///< Match only if equal.
+    QSet<QString> m_applications;
     NameSet m_flatpaks;
 };

@@ -28,6 +28,7 @@ public:
     /// Adds all places, in the order of their listings.
     void addAll(const std::vector<JunkPlace>& places);
 
+    [[nodiscard]] const InstalledAppTokens& tokens() const { return m_tokens; }
     [[nodiscard]] std::vector<JunkCandidate> takeCandidates() { return std::move(m_candidates); }
 
 private:

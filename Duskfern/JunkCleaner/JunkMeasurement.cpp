@@ -54,8 +54,8 @@ void* tagOf(std::uint8_t marks) {
 /// Adds up sizes and looks for signs. Aligned to a cache line, because each one is written by a thread of its own.
 class alignas(64) ContentVisitor final : public WalkVisitor {
 public:
-    explicit ContentVisitor(const std::vector<Root>& roots)
-        : m_roots(roots), m_sums(roots.size()), m_hasSign(roots.size()) {}
+    ContentVisitor(const std::vector<Root>& roots, const InstalledAppTokens& installed)
+        : m_roots(roots), m_installed(installed), m_sums(roots.size()), m_hasSign(roots.size()) {}
 
     void beginFolder(const WalkFolder& folder) override {
         m_folder = &folder;
@@ -77,6 +77,7 @@ public:
             if (!has(ContentSigns::packages)) {
                 lookAtFile(name);
             }
+            lookForApplication(name);
         }
     }
 
@@ -84,6 +85,7 @@ public:
         if (m_look != ContentLook::onlyCopies || has(ContentSigns::fetched)) {
             return;
         }
+        lookForApplication(folder.name);
         // Only an item as a whole is known to be fetched.
         const std::uint8_t marks = ContentSigns::marksOf(folder.name);
         folder.tag = tagOf(m_marks | (marks == ContentSigns::fetched ? std::uint8_t{0} : marks));
@@ -134,6 +136,13 @@ private:
         }
     }
 
+    /// A maker's folder may be named after none of the maker's applications.
+    void lookForApplication(std::string_view name) {
+        if (m_folder->parent == nullptr && owner() == Owner::leftover && m_installed.isOfApplication(name)) {
+            found(Test::none, {});
+        }
+    }
+
     void found(Test test, std::string_view name) {
         if (test == Test::none) {
             m_hasSign[m_root] = 1;
@@ -144,6 +153,7 @@ private:
     }
 
     const std::vector<Root>& m_roots;
+    const InstalledAppTokens& m_installed;
     std::vector<std::int64_t> m_sums;  ///< One a root, like the next.
     std::vector<char> m_hasSign;
     std::vector<Question> m_questions;
@@ -227,7 +237,8 @@ void lookAtFile(std::size_t index, JunkCandidate& candidate, std::vector<Questio
 
 }  // namespace
 
-std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates, const std::stop_token& stop) {
+std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates, const InstalledAppTokens& installed,
+                                        const std::stop_token& stop) {
     std::vector<WalkRoot> folders;
     std::vector<Root> roots;
     std::vector<Question> questions;
@@ -244,7 +255,7 @@ std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates, 
     }
     std::shared_ptr<LateAnswer> late;
     if (!roots.empty()) {
-        std::vector<ContentVisitor> visitors(DirectoryWalk::maximumWorkers(), ContentVisitor(roots));
+        std::vector<ContentVisitor> visitors(DirectoryWalk::maximumWorkers(), ContentVisitor(roots, installed));
         std::vector<WalkVisitor*> walkVisitors;
         std::transform(visitors.begin(), visitors.end(), std::back_inserter(walkVisitors),
                        [](ContentVisitor& visitor) { return &visitor; });

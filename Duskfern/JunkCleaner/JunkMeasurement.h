@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/LateAnswer.h"
+#include "JunkCleaner/InstalledAppTokens.h"
 #include "JunkCleaner/JunkItem.h"
 #include "JunkCleaner/JunkPlaces.h"
 
@@ -20,7 +21,7 @@ struct JunkCandidate {
 };
 
 /// Sets the sizes of folders: of the files in them without hidden ones, links and the contents of packages. Looks into
-/// all candidates on the way; what cannot be told in time counts as a sign. Returns null unless something was skipped
-/// after a timeout.
+/// all candidates on the way; what cannot be told in time counts as a sign, and so does, in a leftover, the folder or
+/// the settings of an installed application. Returns null unless something was skipped after a timeout.
 [[nodiscard]] std::shared_ptr<LateAnswer> measureJunk(std::vector<JunkCandidate>& candidates,
-                                                      const std::stop_token& stop);
+                                                      const InstalledAppTokens& installed, const std::stop_token& stop);

@@ -169,7 +169,7 @@ JunkScan scan(const JunkPlaces& places, const std::shared_ptr<const InstalledApp
     if (isMovable) {
         keepMovable(candidates, isMovable, stop, found.lateAnswer);
     }
-    if (auto late = measureJunk(candidates, stop)) {
+    if (auto late = measureJunk(candidates, filter.tokens(), stop)) {
         found.lateAnswer = std::move(late);
     }
     found.items = judged(std::move(candidates));

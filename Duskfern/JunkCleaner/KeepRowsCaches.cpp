@@ -11,6 +11,8 @@ constexpr KeepRow cacheRows[] = {
     {"xournalpp", "notes that were not saved (autosaves)"},
     {"FreeCAD*", "recovery files of open models (fc_recovery_file.xml)"},
     {"flowblade", "the film in progress (autosave), rendered clips that projects use"},
+    {"buzztrax", "what was changed in songs that were not saved"},
+    {"gtranscribe", "where transcriptions were left off"},
     {"audacity|tenacity", "recordings that were not saved (SessionData)"},
     {"peek", "recordings that were not saved"},
     {"gummi", "copies of texts that were not saved"},

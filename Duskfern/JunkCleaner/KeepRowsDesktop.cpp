@@ -26,6 +26,7 @@ constexpr KeepRow rows[] = {
     {"xdg-desktop-portal*|portals.conf|evolution-data-server|goa-*|libaccounts-glib|libsocialweb",
      "permissions, accounts"},
     {"telepathy|TpLogger|mission-control|Empathy|folks|kpeople*|signond|signon-ui", "online accounts and contacts"},
+    {"data|hotkeys|vala-panel|libphonon", "shared by programs; those of Qt 4 keep their data in \"data\""},
     {"grilo-plugins|kcookiejar|WebKit*|configstore|gstreamer*|libquvi*|dleyna*|media-art", "shared by programs"},
     {"gegl-*|babl|libraw", "add-ons of all image programs"},
     {"vulkan|mesa*|drirc|nvidia*|glvnd|monitors.xml*|display*|colord|dispcal*", "screens and their driver"},

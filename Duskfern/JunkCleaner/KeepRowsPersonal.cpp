@@ -28,7 +28,7 @@ constexpr KeepRow rows[] = {
     {"tox|qTox|utox|toxic|session-desktop|jami*|linphone*|Ekiga|twinkle|mumble*|TeamSpeak*|ts3client|Wire|"
      "Threema*|Viber*|WhatsApp*|whatsdesk|ZapZap|Caprine|Messenger*|Franz|Ferdi*|Rambox|Keybase|mattermost*|"
      "Rocket.Chat|zulip*|briar*|Cwtch|SimpleX|Delta*|beeper*|KakaoTalk|WeChat|weixin|xwechat*|QQ|tencent*|"
-     "Chatterino|tuba|tokodon|whalebird|mastodon*",
+     "Chatterino|chatty|spacebar|modem-manager-gui|tuba|tokodon|whalebird|mastodon*",
      "conversations"},
     {"contacts|vcards|addressbook*|kaddressbook*|folks|calendar*|korganizer*|kalarm*|kalendar*|merkuro*|"
      "gnome-calendar|california|orage*|osmo|minetime|rainlendar*|calcurse|remind|khal*|khard*|vdirsyncer|radicale|"
@@ -38,7 +38,7 @@ constexpr KeepRow rows[] = {
      "calendars, contacts and tasks"},
     {"gnote|tomboy*|bijiben|gnome-notes|notes|notejot|iotas|folio|knotes*|kjots*|basket*|nobleNote|xpad|"
      "xfce4-notes*|sticky*|indicator-stickynotes|rednotebook|lifeograph|almanah|journal|jrnl|diary|diaryjournal|"
-     "caderno",
+     "caderno|kylin-note*",
      "notes and diaries"},
     {"joplin*|obsidian|logseq|notion*|anytype*|appflowy*|Standard Notes|standardnotes*|simplenote*|evernote*|"
      "nixnote*|Boostnote|Trilium*|SiYuan|qownnotes*|PBE|zim|cherrytree|zettlr*|zkn*|Zettelkasten*|tiddly*|Turtl|"
@@ -48,7 +48,7 @@ constexpr KeepRow rows[] = {
      "notes and texts"},
     {"zotero|mendeley*|jabref*|kbibtex*|papis|docear*|bibdesk|paperpile|referencer|cobib|citavi", "references"},
     {"calibre*|foliate|com.github.johnfactotum*|bookworm|koreader|fbreader*|coolreader|cr3|readest|thorium-reader|"
-     "EDRLab*|Kindle|komikku|yacreader*|bibletime*|xiphos|sword|ezra*|theword|alexandria",
+     "EDRLab*|sigil-ebook|Kindle|komikku|yacreader*|bibletime*|xiphos|sword|ezra*|theword|alexandria",
      "books, and notes and places in them"},
     {"Anki*|mnemosyne*|memento|parley*|kwordquiz*|supermemo|ganki|klettres|GNOME-Flashcards", "cards and progress"},
     {"gnucash*|kmymoney*|homebank|skrooge*|grisbi|moneymanagerex|.mmex|mmex|firefly-iii|denaro|NickvisionMoney|"

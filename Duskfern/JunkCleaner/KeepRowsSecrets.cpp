@@ -43,7 +43,8 @@ constexpr KeepRow rows[] = {
     {"rclone|restic|resticprofile|autorestic|borg*|vorta|duplic*|deja-dup|dejadup|kopia|backintime*|timeshift|"
      "attic|tarsnap|crashplan|SpiderOak*|backblaze*|Pika*|grsync|luckybackup|kup|kuprc|urbackup*",
      "keys to backups"},
-    {"Nextcloud*|ownCloud*|syncthing*|Resilio*|rslsync|dropbox*|maestral|pcloud*|MEGA*|Insync*|onedrive*",
+    {"Nextcloud*|ownCloud*|ubuntuone*|syncthing*|Martchus|Resilio*|rslsync|dropbox*|maestral|pcloud*|MEGA*|Insync*|"
+     "onedrive*",
      "sync folders and their tokens"},
     {"seafile*|ccnet|seadrive*|Tresorit|SyncTrazor|unison|git-annex|lsyncd|odrive|overGrive|grive*|google-drive*|"
      "Koofr|Filen*|Internxt*|Icedrive|jotta*|ipfs*|celeste|kio-gdrive|sparkleshare|SyncBack*|cernbox*|KDrive|"

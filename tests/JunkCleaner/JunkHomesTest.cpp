@@ -3,12 +3,9 @@
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <ctime>
 #include <sstream>
 
 namespace {
@@ -55,9 +52,7 @@ protected:
                 const std::size_t blank = rest.find(' ');
                 const std::string path = rest.substr(blank + 1);
                 tree.file(path, 4096);
-                const timespec time{std::time(nullptr) - std::stoll(rest) * 86400, 0};
-                const timespec times[] = {time, time};
-                ASSERT_EQ(utimensat(AT_FDCWD, tree.path(path).c_str(), times, 0), 0);
+                age(path, std::stoll(rest) * day);
             } else if (!line.empty()) {
                 tree.file("home/" + line, 4096);
             }

@@ -16,7 +16,6 @@
 #include <atomic>
 #include <filesystem>
 #include <future>
-#include <sstream>
 
 namespace {
 
@@ -38,12 +37,6 @@ protected:
                             item.url.path().substr(tree.path().size() + 1) + " " + std::to_string(item.size / 4096));
         }
         return lines;
-    }
-
-    void age(const std::string& relative, qint64 seconds) const {
-        const timespec time{QDateTime::currentSecsSinceEpoch() - seconds, 0};
-        const timespec times[] = {time, time};
-        ASSERT_EQ(utimensat(AT_FDCWD, tree.path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
     }
 
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
@@ -251,45 +244,6 @@ TEST_F(JunkScannerTest, NeverOffersAPersonsFoldersWhateverTheVariablesSay) {
         EXPECT_EQ(scan(), Listed{});
         *own = tree.url("none");
     }
-}
-
-TEST_F(JunkScannerTest, OffersNothingOfARealDesktopButWhatMayGo) {
-    // Folders as GNOME, KDE Plasma and Xfce, browsers, Flatpaks and language tools leave them.
-    const std::pair<const char*, const char*> places[] = {
-        {".cache/",
-         "mozilla google-chrome pip go-build yarn thumbnails "
-         "fontconfig mesa_shader_cache ibus evolution "
-         "tracker3 gnome-software obexd JetBrains pypoetry kwin "
-         "plasmashell icon-cache.kcache xfce4 nvim "
-         "ksycoca5_es_x sessions keepassxc rclone"},
-        {".local/share/",
-         "applications icons Trash keyrings gnome-shell "
-         "evolution gvfs-metadata tracker flatpak baloo "
-         "containers Steam lutris kwalletd akonadi plasma xorg recently-used.xbel TelegramDesktop "
-         "gnome-boxes nautilus sounds nvim JuegoViejo"},
-        {".config/",
-         "dconf pulse gtk-3.0 gtk-4.0 autostart mimeapps.list user-dirs.dirs kwinrc kdeglobals xfce4 Code "
-         "plasma-org.kde.plasma.desktop-appletsrc google-chrome BraveSoftware chromium libreoffice systemd "
-         "monitors.xml gnome-initial-setup-done fcitx5 QtProject.conf Olvidado"},
-        {".var/app/", "org.mozilla.firefox org.gone.App"},
-    };
-    for (const auto& [place, names] : places) {
-        std::istringstream words(names);
-        for (std::string name; words >> name;) {
-            tree.file(std::string("home/") + place + name + "/a", 4096);
-        }
-    }
-    applications->installed.programs = {QStringLiteral("libreoffice"), QStringLiteral("code")};
-    applications->installed.identifiers.insert("org.mozilla.firefox");
-    Listed offered;
-    for (const std::string& line : scan()) {
-        offered.push_back(line.substr(line.rfind('/') + 1));
-    }
-    std::sort(offered.begin(), offered.end());
-    EXPECT_EQ(offered, (Listed{"JuegoViejo 1", "Olvidado 1", "a 1", "a 1", "a 1", "fontconfig 1", "go-build 1",
-                               "google-chrome 1", "mesa_shader_cache 1", "mozilla 1", "org.gone.App 1", "pip 1",
-                               "thumbnails 1", "yarn 1"}))
-        << "the files called a are a log of the X server, and what evolution and Poetry keep beside what they need";
 }
 
 TEST_F(JunkScannerTest, OneQuestionThatIsNotAnsweredHoldsUpNoOther) {

@@ -3,6 +3,12 @@
 #include "Desktop/UserFolders.h"
 #include "support/TemporaryFolder.h"
 
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <ctime>
+
 /// A tree with the folders that a junk scan reads.
 struct JunkTree {
     JunkTree() {
@@ -15,6 +21,14 @@ struct JunkTree {
         paths.temporary = tree.url("tmp");
     }
 
+    /// Has something been changed last this many seconds ago.
+    void age(std::string_view relative, std::time_t seconds) const {
+        const timespec time{std::time(nullptr) - seconds, 0};
+        const timespec times[] = {time, time};
+        ASSERT_EQ(utimensat(AT_FDCWD, tree.path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
+    }
+
+    static constexpr std::time_t day = 86400;
     TemporaryFolder tree;
     UserFolderPaths paths;
 };

@@ -125,6 +125,7 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     tree.folder("home/Applications/Old.APP");
     tree.text("system/usr/share/applications/org.gnome.Nautilus.desktop",
               "[Desktop Entry]\nName=Archivos\nExec=nautilus\nHidden=true\n");
+    tree.text("system/usr/share/applications/org.gnome.Music.desktop", "[Desktop Entry]\nName=Música\n");
     tree.text("system/usr/share/applications/kde/konsole.desktop", "\xFF\xFE nonsense");
     tree.text("system/var/lib/flatpak/exports/share/applications/org.x.Player.desktop", "[Desktop Entry]\nName=P\n");
     tree.link("system/usr/share/applications/loop", tree.path("system/usr/share/applications"));
@@ -176,6 +177,10 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     for (const char* const name : {"readme", "Hidden far behind", "Nested"}) {
         EXPECT_FALSE(has(name)) << name;
     }
+    const auto isApplication = [&](const char* name) {
+        return std::count(names.applications.begin(), names.applications.end(), QString::fromUtf8(name)) > 0;
+    };
+    EXPECT_TRUE(isApplication("Nautilus") && !isApplication("Music"));
     const auto hasWord = [&](const char* word) {
         return std::count(names.words.begin(), names.words.end(), QString::fromUtf8(word)) > 0;
     };

@@ -3,6 +3,8 @@
 #include <QtGui/QWheelEvent>
 #include <QtQuick/QQuickItem>
 
+#include <algorithm>
+
 namespace {
 
 class HoverJourney : public KeyboardJourney {
@@ -54,6 +56,19 @@ protected:
         EXPECT_TRUE(waitUntil(isRight)) << after << ", and back" << hovered().wrong;
     }
 
+    /// Whether a text is anywhere in the window, hints included, which screen readers are not told.
+    [[nodiscard]] static bool shows(const QQuickItem* item, const std::string& text) {
+        const QList<QQuickItem*> children = item->childItems();
+        return item->isVisible() &&
+               (item->property("text").toString().toStdString() == text ||
+                std::any_of(children.begin(), children.end(), [&](const auto* child) { return shows(child, text); }));
+    }
+
+    void expectHint(const std::string& row, const std::string& hint) {
+        pointAt(app.window().mapFromGlobal(driver.find(row.c_str(), list)->rect().center()));
+        EXPECT_TRUE(waitUntil([&] { return shows(app.window().contentItem(), hint); })) << hint;
+    }
+
     void wheel(int steps) {
         QWheelEvent event(m_pointer, app.window().mapToGlobal(m_pointer), {}, {0, 120 * steps}, Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
@@ -102,7 +117,13 @@ TEST_F(HoverJourney, RowsOfFiles) {
 }
 
 TEST_F(HoverJourney, RowsOfJunk) {
+    const std::string name(200, 'n');
+    tree.file("home/.cache/" + name + "/drafts/a", 9 * 4096);
     showJunk(60);
+    // Rows with the same name differ in their folder; what is shortened is shown as a whole.
+    const std::string folder = tree.path("home/.cache");
+    expectHint(driver.names(list).at(1), folder);
+    expectHint(driver.names(list).at(0), name + "\nCaché · " + name + "\n" + folder);
     useList(driver.names(list).at(3).c_str());
 }
 

@@ -1,10 +1,14 @@
 #include "SpaceScan/ScanStore.h"
 
+#include "Foundation/FileStatus.h"
+#include "Foundation/Threads.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace {
 
@@ -167,6 +171,29 @@ TEST_F(ScanStoreTest, TrashesWhatWasAskedAbout) {
     trashSelected();
     ASSERT_TRUE(waitUntil([&] { return store.fileCount() == 0; }));
     EXPECT_FALSE(store.hasSelection());
+}
+
+TEST_F(ScanStoreTest, MovesNothingButTheFileThatWasAskedAbout) {
+    files({{"a.mov", 1}});
+    scan(tree.url());
+    store.selectRow(0);
+    const FileIdentity asked = fileStatus(tree.url("a.mov"))->identity;
+    store.moveSelectedToTrash();
+    ASSERT_TRUE(Threads::waitForAll(std::chrono::seconds(20))) << "the disk is asked beside the window";
+    std::filesystem::rename(tree.path("a.mov"), tree.path("before.mov"));
+    files({{"a.mov", 1}});
+    trash.error = TrashError::changed;
+    dialogs.confirmed(true);
+    ASSERT_TRUE(waitUntil([&] { return store.errorMessage().has_value(); }));
+    EXPECT_EQ(trash.identities, std::vector{asked});
+
+    // A folder is never moved from here, not even one that was there when the question was asked.
+    std::filesystem::remove(tree.path("a.mov"));
+    tree.folder("a.mov");
+    store.clearErrorMessage();
+    trashSelected();
+    ASSERT_TRUE(waitUntil([&] { return store.errorMessage().has_value(); }));
+    EXPECT_EQ(trash.identities.size(), 1U);
 }
 
 TEST_F(ScanStoreTest, AFailedMoveChangesNothingButTheMessage) {

@@ -71,9 +71,9 @@ void walk(const QStringList& arguments) {
     if (app.store().fileCount() > 0) {
         app.store().selectRow(2);
         takePicture("seleccion");
-        driver.key(Qt::Key_Tab);
+        driver.key("Tab");
         for (int step = 0; step < 4; ++step) {
-            driver.key(Qt::Key_Tab);
+            driver.key("Tab");
         }
         takePicture("teclado");
         press("A la papelera");

@@ -99,9 +99,4 @@ TEST_F(HoverJourney, RowsOfFiles) {
     }
 }
 
-TEST_F(HoverJourney, RowsOfJunk) {
-    showJunk(60);
-    useList(driver.names(list).at(3).c_str());
-}
-
 }  // namespace

@@ -1,9 +1,8 @@
+#include "support/RunningProgram.h"
 #include "support/ScreenReaderBus.h"
 #include "support/TemporaryFolder.h"
-#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QProcess>
 
 #include <filesystem>
 
@@ -20,45 +19,29 @@ protected:
                                            {".cache/editor/a", 3}}) {
             home.file(file, blocks * 4096);
         }
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char* const variable : {"XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"}) {
-            environment.remove(QString::fromLatin1(variable));
-        }
-        environment.insert(QStringLiteral("HOME"), QString::fromStdString(home.path()));
-        program.setProcessEnvironment(environment);
-        program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(QStringLiteral(DUSKFERN_PROGRAM), {});
-        ASSERT_TRUE(xdotool("search --sync --onlyvisible --name ^Duskfern$ windowfocus --sync"));
+        ASSERT_TRUE(program.start(home.path()));
     }
 
     void TearDown() override {
-        EXPECT_TRUE(xdotool("key ctrl+q"));
-        EXPECT_TRUE(waitUntil([this] { return program.state() == QProcess::NotRunning; }));
-        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
-    }
-
-    /// The program may wait meanwhile for an answer of the bus, which comes from this thread.
-    static bool xdotool(const char* arguments) {
-        QProcess tool;
-        tool.start(QStringLiteral("xdotool"), QString::fromUtf8(arguments).split(u' '));
-        return waitUntil([&] { return tool.state() == QProcess::NotRunning; }) && tool.exitCode() == 0;
+        EXPECT_TRUE(program.xdotool("key ctrl+q"));
+        EXPECT_TRUE(program.ends());
     }
 
     /// Presses a key, or types a text, and expects that this is heard next, whatever else is.
-    void press(const char* keys, const std::string& heard) const { act("key", keys, heard); }
-    void type(const char* text, const std::string& heard) const { act("type", text, heard); }
-    void act(const char* what, const char* keys, const std::string& heard) const {
-        ASSERT_TRUE(xdotool(qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(what), QLatin1String(keys)))));
+    void press(const std::string& key, const std::string& heard) const { act("key " + key, heard); }
+    void type(const std::string& text, const std::string& heard) const { act("type " + text, heard); }
+    void act(const std::string& keys, const std::string& heard) const {
+        ASSERT_TRUE(program.xdotool(keys));
         hear(heard, keys);
     }
-    void hear(const std::string& heard, const char* after = "the start") const {
+    void hear(const std::string& heard, const std::string& after = "the start") const {
         EXPECT_TRUE(waitUntil([&] { return bus.hears(QString::fromStdString(heard)); }))
             << after << " should tell: " << heard << "\nheard instead: " << qPrintable(bus.unheard());
     }
 
     TemporaryFolder home;
     ScreenReaderBus bus;
-    QProcess program;
+    RunningProgram program;
 };
 
 TEST_F(ScreenReaderJourney, HearsAllFromTheStartToTheCleaning) {

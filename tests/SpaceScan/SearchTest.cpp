@@ -44,6 +44,14 @@ TEST(ByteMask, NeedsNoVectorRegisters) {
     }
 }
 
+TEST(ByteMask, FindsBothOfTwoBytes) {
+    std::string bytes(ByteMask::stepSize + 1, 'a');
+    bytes[7] = bytes[20] = '\xFF';
+    bytes[8] = 'A';
+    bytes[21] = 'b';
+    EXPECT_EQ(ByteMask::ofBoth({'\xFF'}, bytes.data(), {'a', 'a' - 'A'}, bytes.data() + 1), 1U << 7U);
+}
+
 TEST(SearchIndex, FindsNamesOverManyBlocks) {
     std::mt19937 random(5);
     std::vector<std::string> names;

@@ -1,6 +1,5 @@
 #include "SpaceScan/FileCategory.h"
 #include "SpaceScan/FileClassifier.h"
-#include "SpaceScan/FileItem.h"
 
 #include <gtest/gtest.h>
 
@@ -30,11 +29,6 @@ TEST(FileClassifier, GoesByTheLastExtension) {
         }
     }
     EXPECT_EQ(FileClassifier::category(FileURL("/a.zip/b.png")), images);
-}
-
-TEST(FileItem, NamesItsFolder) {
-    EXPECT_EQ((FileItem{FileURL("/home/Movies/trip.mov")}).parent(), QStringLiteral("Movies"));
-    EXPECT_EQ((FileItem{FileURL("/trip.mov")}).parent(), QStringLiteral("/"));
 }
 
 }  // namespace

@@ -9,16 +9,13 @@
 #include "support/Shortage.h"
 #include "support/TemporaryFolder.h"
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <random>
 #include <set>
 #include <thread>
@@ -45,28 +42,23 @@ Names names(const ScanResult& result) {
 }
 
 /// What a scan is meant to return, by the simplest walk there is: one thread, one folder after another, whole paths.
-void walkInOrder(const FileURL& folder, Items& items) {
-    DIR* directory = opendir(folder.path().c_str());
-    ASSERT_NE(directory, nullptr);
-    while (const dirent* entry = readdir(directory)) {
-        const std::string name = entry->d_name;
-        const FileURL url = folder.appendingPathComponent(name);
+void walkInOrder(const std::filesystem::path& folder, Items& items) {
+    for (const std::filesystem::path& path : std::filesystem::directory_iterator(folder)) {
+        const std::string name = path.filename();
+        const FileURL url(path.string());
         struct stat status {};
-        if (name[0] == '.' || lstat(url.path().c_str(), &status) != 0) {
-            continue;
-        }
-        if (S_ISREG(status.st_mode)) {
+        ASSERT_EQ(lstat(path.c_str(), &status), 0);
+        if (name[0] != '.' && S_ISREG(status.st_mode)) {
             items.push_back({url, status.st_blocks * 512, FileClassifier::category(url)});
-        } else if (S_ISDIR(status.st_mode) && !isPackageName(name)) {
-            walkInOrder(url, items);
+        } else if (name[0] != '.' && S_ISDIR(status.st_mode) && !isPackageName(name)) {
+            walkInOrder(path, items);
         }
     }
-    closedir(directory);
 }
 
 Items reference(const FileURL& root) {
     Items items;
-    walkInOrder(root, items);
+    walkInOrder(root.path(), items);
     std::stable_sort(items.begin(), items.end(), [](const auto& a, const auto& b) { return a.size > b.size; });
     return items;
 }
@@ -137,12 +129,7 @@ TEST(FileScanner, LeavesOutWhatIsHiddenOrPackedOrNoFile) {
     tree.link("link-folder", tree.path());
     tree.link("dangling", "/nowhere");
     tree.fifo("fifo");
-    const int socketDescriptor = socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    tree.path("s").copy(address.sun_path, sizeof address.sun_path - 1);
-    (void)bind(socketDescriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);  // NOLINT
-    close(socketDescriptor);
+    EXPECT_EQ(mknod(tree.path("socket").c_str(), S_IFSOCK | 0600, 0), 0);
     (void)mknod(tree.path("device").c_str(), S_IFCHR | 0600, makedev(1, 3));
     const ScanResult result = scan(tree.url());
     EXPECT_EQ(names(result), (Names{"seen.txt", "notes.key", "inside.txt", "open.txt"}));

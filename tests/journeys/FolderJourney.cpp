@@ -103,9 +103,6 @@ TEST_F(FolderJourney, ByPointerAlone) {
     openDialog();
     ASSERT_TRUE(driver.click("Cancelar", QAccessible::Button));
     ASSERT_TRUE(driver.waitForNoDialog());
-    openDialog();
-    app.window().close();
-    EXPECT_FALSE(browser.isOpen());
     EXPECT_EQ(app.store().rootURL(), tree.url("home/Fotos/2024"));
 }
 

@@ -14,44 +14,32 @@ protected:
         QTest::qWait(30);
     }
 
-    /// How many show that the pointer is on them, and those that it is not on.
-    struct Hovered {
-        int all = 0;
-        std::string wrong;
-    };
-    void count(const QQuickItem* item, Hovered& hovered) const {
+    /// How many show that the pointer is on them: all, or those that it is not on.
+    enum class Which { all, wrong };
+    [[nodiscard]] int count(const QQuickItem* item, Which which) const {
         // The map's "hovered" is the number of a bubble.
         const auto isTrue = [item](const char* property) {
             const QVariant value = item->property(property);
             return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
         };
-        if (item->isVisible() && (isTrue("containsMouse") || isTrue("hovered"))) {
-            ++hovered.all;
-            if (!item->contains(item->mapFromScene(m_pointer))) {
-                const QRectF place = item->mapRectToScene(QRectF(QPointF(), item->size()));
-                hovered.wrong += item->metaObject()->className() + (" at " + std::to_string(place.top())) + " ";
-            }
-        }
+        const bool isOn = item->isVisible() && (isTrue("containsMouse") || isTrue("hovered"));
+        int sum = isOn && (which == Which::all || !item->contains(item->mapFromScene(m_pointer))) ? 1 : 0;
         for (const QQuickItem* const child : item->childItems()) {
-            count(child, hovered);
+            sum += count(child, which);
         }
-    }
-    [[nodiscard]] Hovered hovered() {
-        Hovered hovered;
-        count(app.window().contentItem(), hovered);
-        return hovered;
+        return sum;
     }
 
     /// Qt Quick tells items of the pointer with the next frame after they moved.
     void expectNoneElsewhere(const char* after) {
         QTest::qWait(30);
-        const auto isRight = [this] { return hovered().wrong.empty(); };
-        EXPECT_TRUE(waitUntil(isRight)) << after << ", pointer at " << m_pointer.y() << hovered().wrong;
+        const auto isRight = [this] { return count(app.window().contentItem(), Which::wrong) == 0; };
+        EXPECT_TRUE(waitUntil(isRight)) << after << ", pointer at " << m_pointer.y();
         const QPoint back = m_pointer;
         pointAt({8, 400});
-        EXPECT_TRUE(waitUntil(isRight)) << after << ", and away from " << back.y() << hovered().wrong;
+        EXPECT_TRUE(waitUntil(isRight)) << after << ", and away from " << back.y();
         pointAt(back);
-        EXPECT_TRUE(waitUntil(isRight)) << after << ", and back" << hovered().wrong;
+        EXPECT_TRUE(waitUntil(isRight)) << after << ", and back";
     }
 
     void wheel(int steps) {
@@ -79,7 +67,7 @@ protected:
             expectNoneElsewhere("going down");
         }
         pointAt(onRow);
-        EXPECT_GT(hovered().all, 0);
+        EXPECT_GT(count(app.window().contentItem(), Which::all), 0);
         for (const int steps : {-1, -5, 3, -20, 20}) {
             wheel(steps);
             expectNoneElsewhere("scrolling by wheel");

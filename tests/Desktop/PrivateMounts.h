@@ -1,6 +1,5 @@
 #pragma once
 
-#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
@@ -78,17 +77,4 @@ inline void onFileSystem(const std::string& kind, const std::filesystem::path& p
         body();
     });
     std::filesystem::remove(image);
-}
-
-/// Mounts a FUSE disk whose server, the open descriptor that is returned, reads no request: whoever asks it anything
-/// waits until the descriptor is closed.
-inline int mountSilentDisk(const std::string& target) {
-    const int server = open("/dev/fuse", O_RDWR | O_CLOEXEC);
-    const std::string options = "fd=" + std::to_string(server) +
-                                ",rootmode=40000,user_id=" + std::to_string(geteuid()) +
-                                ",group_id=" + std::to_string(getegid());
-    if (server < 0 || mount("silent", target.c_str(), "fuse.sshfs", 0, options.c_str()) != 0) {
-        impossibleHere();
-    }
-    return server;
 }

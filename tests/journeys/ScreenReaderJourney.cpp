@@ -1,9 +1,8 @@
+#include "support/RunningProgram.h"
 #include "support/ScreenReaderBus.h"
 #include "support/TemporaryFolder.h"
-#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QProcess>
 
 #include <filesystem>
 
@@ -20,57 +19,29 @@ protected:
                                            {".cache/editor/a", 3}}) {
             home.file(file, blocks * 4096);
         }
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char* const variable : {"XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"}) {
-            environment.remove(QString::fromLatin1(variable));
-        }
-        environment.insert(QStringLiteral("HOME"), QString::fromStdString(home.path()));
-        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
-        program.setProcessEnvironment(environment);
-        program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(QStringLiteral(DUSKFERN_PROGRAM), {});
-        ASSERT_TRUE(xdotool("search --sync --onlyvisible --name ^Duskfern$ windowfocus --sync"));
+        ASSERT_TRUE(program.start(home.path()));
     }
 
     void TearDown() override {
-        EXPECT_TRUE(xdotool("key ctrl+q"));
-        EXPECT_TRUE(waitUntil([this] { return program.state() == QProcess::NotRunning; }));
-        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
-    }
-
-    /// The program may wait meanwhile for an answer of the bus, which comes from this thread.
-    static bool xdotool(const char* arguments) {
-        QProcess tool;
-        tool.start(QStringLiteral("xdotool"), QString::fromUtf8(arguments).split(u' '));
-        return waitUntil([&] { return tool.state() == QProcess::NotRunning; }) && tool.exitCode() == 0;
-    }
-
-    /// Starts the program once more, which ends when the first one has been told.
-    void startAgain(const char* argument) const {
-        QProcess later;
-        later.setProcessEnvironment(program.processEnvironment());
-        later.start(QStringLiteral(DUSKFERN_PROGRAM), {QString::fromUtf8(argument)});
-        EXPECT_TRUE(waitUntil([&] { return later.state() == QProcess::NotRunning; }));
-        EXPECT_EQ(later.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(later.exitCode(), 0);
+        EXPECT_TRUE(program.xdotool("key ctrl+q"));
+        EXPECT_TRUE(program.ends());
     }
 
     /// Presses a key, or types a text, and expects that this is heard next, whatever else is.
-    void press(const char* keys, const char* heard) const { act("key", keys, heard); }
-    void type(const char* text, const char* heard) const { act("type", text, heard); }
-    void act(const char* what, const char* keys, const char* heard) const {
-        ASSERT_TRUE(xdotool(qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(what), QLatin1String(keys)))));
-        EXPECT_TRUE(waitUntil([&] { return bus.hears(QString::fromUtf8(heard)); }))
-            << keys << " should tell: " << heard << "\nheard instead: " << qPrintable(bus.unheard());
+    void press(const std::string& key, const std::string& heard) const { act("key " + key, heard); }
+    void type(const std::string& text, const std::string& heard) const { act("type " + text, heard); }
+    void act(const std::string& keys, const std::string& heard) const {
+        ASSERT_TRUE(program.xdotool(keys));
+        hear(heard, keys);
     }
-    void hear(const char* heard) const {
-        EXPECT_TRUE(waitUntil([&] { return bus.hears(QString::fromUtf8(heard)); }))
-            << heard << "\nheard instead: " << qPrintable(bus.unheard());
+    void hear(const std::string& heard, const std::string& after = "the start") const {
+        EXPECT_TRUE(waitUntil([&] { return bus.hears(QString::fromStdString(heard)); }))
+            << after << " should tell: " << heard << "\nheard instead: " << qPrintable(bus.unheard());
     }
 
     TemporaryFolder home;
     ScreenReaderBus bus;
-    QProcess program;
+    RunningProgram program;
 };
 
 TEST_F(ScreenReaderJourney, HearsAllFromTheStartToTheCleaning) {
@@ -102,16 +73,16 @@ TEST_F(ScreenReaderJourney, HearsAllFromTheStartToTheCleaning) {
     press("Return", "! Movido a la papelera. 2 archivos");
     EXPECT_FALSE(std::filesystem::exists(home.path("fotos/a.mov")));
 
-    startAgain("--screen=junk");
+    EXPECT_TRUE(program.startAgain("--screen=junk"));
     hear("Elementos encontrados, list");
     hear("! 2 elementos encontrados, 2 de bajo riesgo");
     const std::string editor = "editor, 12 KB, list item, Caché · editor, " + home.path(".cache");
-    press("End", (editor + ", 2 de 2, checked, selected").c_str());
-    press("space", ("not checked " + editor + ", 2 de 2, selected").c_str());
+    press("End", editor + ", 2 de 2, checked, selected");
+    press("space", "not checked " + editor + ", 2 de 2, selected");
     press("shift+Tab", "Limpiar seleccionados, push button");
     press("Return", "Limpiar, push button, in ¿Mover 1 elementos a la Papelera?");
     press("Return", "Aceptar, push button, in Limpieza completada.");
-    press("Return", (editor + ", 1 de 1").c_str());
+    press("Return", editor + ", 1 de 1");
     EXPECT_FALSE(std::filesystem::exists(home.path(".cache/navegador")));
     EXPECT_TRUE(std::filesystem::exists(home.path(".cache/editor")));
 }

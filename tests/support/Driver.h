@@ -51,9 +51,9 @@ public:
     /// Clicks with the pointer in the middle of it; twice for a double click.
     bool click(const Text& name, Role role, int times = 1) const;
 
-    /// Types text, or presses one key, where the focus is.
+    /// Types text, or presses keys one after the other, where the focus is: "Tab", "Ctrl+O Down Return".
     void type(const Text& text) const;
-    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    void key(const char* keys) const;
 
     /// The name of what the keyboard acts on; empty if that is nothing that is shown and enabled.
     [[nodiscard]] std::string focused() const;

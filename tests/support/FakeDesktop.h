@@ -9,6 +9,7 @@
 #include "Desktop/Trash.h"
 #include "Desktop/UserFolders.h"
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <optional>
@@ -52,6 +53,8 @@ struct FakeFolderChooser final : FolderChooser {
     void cancel() override {
         if (next != nullptr) {
             next->cancel();
+        } else if (waiting) {
+            std::exchange(waiting, nullptr)(std::nullopt);
         }
     }
 
@@ -118,9 +121,13 @@ struct FakeVolumes final : MountedVolumes {
 /// A home beside a system without applications.
 struct FakeUserFolders final : UserFolders {
     [[nodiscard]] UserFolderPaths fromEnvironment() override { return folders; }
-    [[nodiscard]] UserFolderPaths paths() override { return folders; }
+    [[nodiscard]] UserFolderPaths paths() override {
+        ++asked;
+        return folders;
+    }
 
     UserFolderPaths folders;
+    std::atomic<int> asked = 0;  ///< How often the disk was asked.
 };
 
 /// Has the names that the test says.

@@ -179,18 +179,6 @@ fuse_operations operations() {
     table.create = [](const char* path, mode_t mode, File) {
         return answer(Operation::look, path, [&](const std::string& itself) { return add(itself, S_IFREG | mode), 0; });
     };
-    table.chmod = [](const char* path, mode_t mode, File) {
-        return answerOf(Operation::look, path, [&](const std::string&, Node& node) {
-            node.mode = (node.mode & S_IFMT) | (mode & 07777);
-            return 0;
-        });
-    };
-    table.truncate = [](const char* path, off_t size, File) {
-        return answerOf(Operation::look, path, [&](const std::string&, Node& node) {
-            node.data.resize(static_cast<std::size_t>(size));
-            return 0;
-        });
-    };
     table.read = [](const char* path, char* buffer, std::size_t size, off_t offset, File) {
         return answerOf(Operation::read, path, [&](const std::string&, const Node& node) {
             const std::size_t from = std::min(static_cast<std::size_t>(offset), node.data.size());

@@ -11,8 +11,8 @@
 
 #include <memory>
 
-/// The program's window on a desktop made for the test, with a Trash and volumes of the test's choice.
-template <class ChosenTrash, class ChosenVolumes = FakeVolumes>
+/// The program's window on a desktop made for the test, with a Trash of the test's choice.
+template <class ChosenTrash>
 class Journey : public testing::Test {
 protected:
     static constexpr auto list = QAccessible::ListItem;
@@ -32,13 +32,6 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
     }
 
-    /// Goes to a screen, and has a folder chosen there.
-    void go(Qt::Key screen) { driver.key(screen, Qt::ControlModifier); }
-    void analyse() {
-        go(Qt::Key_2);
-        driver.key(Qt::Key_O, Qt::ControlModifier);
-    }
-
     /// Where something lies in the Trash of the test's own home.
     static std::string inTrash(const std::string& below) {
         return qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/" + below;
@@ -49,7 +42,7 @@ protected:
     FakeFileManager fileManager;
     FakeFolderChooser chooser;
     FakeColorScheme colorScheme;
-    ChosenVolumes volumes;
+    FakeVolumes volumes;
     FakeUserFolders userFolders;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
     FolderBrowser browser{userFolders, [] { return std::vector<FileURL>(); }};

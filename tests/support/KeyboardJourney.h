@@ -7,12 +7,12 @@
 #include <QtGui/QGuiApplication>
 
 #include <atomic>
-#include <set>
 #include <string>
 
-/// Reports what it is given as moved, except what the test says. Can be told to wait for the test before each answer.
+/// Reports what it is given as moved, unless the test says otherwise. Can be told to wait for the test before each
+/// answer.
 struct WaitingTrash final : Trash {
-    std::optional<TrashError> move(const FileURL& url, const FileIdentity&, const Progress& progress,
+    std::optional<TrashError> move(const FileURL& /*url*/, const FileIdentity&, const Progress& progress,
                                    const std::stop_token&) override {
         if (waits) {
             if (progress) {
@@ -20,11 +20,10 @@ struct WaitingTrash final : Trash {
             }
             turns.acquire();
         }
-        return refusesAll || refused.contains(url) ? std::optional(TrashError::readOnly) : std::nullopt;
+        return refusesAll ? std::optional(TrashError::readOnly) : std::nullopt;
     }
     std::optional<TrashError> refusal(const FileURL& /*url*/) override { return std::nullopt; }
 
-    std::set<FileURL> refused;
     std::atomic<bool> refusesAll = false;
     std::atomic<bool> waits = false;
     QSemaphore turns;
@@ -49,24 +48,25 @@ protected:
             tree.file("home/.cache/app" + std::to_string(i) + "/a", 2 * 4096);
         }
         showWindow();
-        press(Qt::Key_3, Qt::ControlModifier);
+        press("Ctrl+3");
         ASSERT_TRUE(waitUntil([&] { return app.screens().junk()->safeCount() == count; }));
     }
 
     /// Shows the window on the map of the folder.
     void showMap() {
         showWindow();
-        press(Qt::Key_2, Qt::ControlModifier);
-        press(Qt::Key_O, Qt::ControlModifier);
+        press("Ctrl+2 Ctrl+O");
         ASSERT_TRUE(driver.waitFor("f10.mov", list));
         ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
     }
 
-    /// Presses a key and sees that the next one will find something to act on.
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        const std::string before = driver.focused();
-        driver.key(key, modifiers);
-        EXPECT_FALSE(driver.focused().empty()) << before << ", then " << modifiers << " and key " << key;
+    /// Presses keys and sees that there is something for the next one to act on, each time.
+    void press(const char* keys) {
+        for (const QByteArray& key : QByteArray(keys).split(' ')) {
+            const std::string before = driver.focused();
+            driver.key(key);
+            EXPECT_FALSE(driver.focused().empty()) << before << ", then " << key.constData();
+        }
     }
 
     /// The name of the dialog that is open; empty without one.

@@ -9,6 +9,8 @@
 #include <QtDBus/QDBusVariant>
 #include <QtDBus/QDBusVirtualObject>
 
+#include <optional>
+
 /// A service on the bus that keeps every call of any of its objects until the test answers it.
 class FakeService : public QDBusVirtualObject {
 public:
@@ -56,26 +58,36 @@ inline QVariant anything(const QVariant& value) {
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-/// Gives the tests a session bus of their own: nothing reaches the one of the desktop they are run from.
-class PrivateBusTest : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
+/// A session bus that programs and tests use while it lives: nothing reaches the one of the desktop they are run from,
+/// and no service is started by it.
+class PrivateBus {
+public:
+    PrivateBus() {
         // GTestDBus forgets these for good.
         const QByteArray display = qgetenv("DISPLAY");
         const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-        dbus() = g_test_dbus_new(G_TEST_DBUS_NONE);
-        g_test_dbus_up(dbus());
+        g_test_dbus_up(m_bus.get());
         qputenv("DISPLAY", display);
         qputenv("XDG_RUNTIME_DIR", runtime);
     }
-    static void TearDownTestSuite() {
-        g_test_dbus_down(dbus());
-        g_object_unref(dbus());
-    }
+    ~PrivateBus() { g_test_dbus_down(m_bus.get()); }
+    Q_DISABLE_COPY_MOVE(PrivateBus)
 
-    static GTestDBus*& dbus() {
-        static GTestDBus* bus = nullptr;
+    [[nodiscard]] QString address() const { return QString::fromUtf8(g_test_dbus_get_bus_address(m_bus.get())); }
+
+private:
+    GObjectPtr<GTestDBus> m_bus{g_test_dbus_new(G_TEST_DBUS_NONE)};
+};
+
+/// Gives the tests of a suite such a bus.
+class PrivateBusTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() { bus().emplace(); }
+    static void TearDownTestSuite() { bus().reset(); }
+
+    static std::optional<PrivateBus>& bus() {
+        static std::optional<PrivateBus> bus;
         return bus;
     }
-    static QString address() { return QString::fromUtf8(g_test_dbus_get_bus_address(dbus())); }
+    static QString address() { return bus()->address(); }
 };

@@ -6,49 +6,13 @@
 
 #include <utility>
 
-/// A pair of texts, as in the lists of events; and an object of the bus.
-struct BusPair {
-    QString first;
-    QString second;
-};
-struct BusObject {
-    QString service;
-    QDBusObjectPath path;
-};
-static QDBusArgument& operator<<(QDBusArgument& argument, const BusPair& pair) {
-    argument.beginStructure();
-    argument << pair.first << pair.second;
-    argument.endStructure();
-    return argument;
-}
-static const QDBusArgument& operator>>(const QDBusArgument& argument, BusPair& pair) {
-    argument.beginStructure();
-    argument >> pair.first >> pair.second;
-    argument.endStructure();
-    return argument;
-}
-static QDBusArgument& operator<<(QDBusArgument& argument, const BusObject& object) {
-    argument.beginStructure();
-    argument << object.service << object.path;
-    argument.endStructure();
-    return argument;
-}
-static const QDBusArgument& operator>>(const QDBusArgument& argument, BusObject& object) {
-    argument.beginStructure();
-    argument >> object.service >> object.path;
-    argument.endStructure();
-    return argument;
-}
-
-Q_DECLARE_METATYPE(BusPair)
-Q_DECLARE_METATYPE(BusObject)
+/// A pair of texts, as in the lists of events; and an object of the bus: the name of its program and its path.
+using BusPair = std::pair<QString, QString>;
+using BusObject = std::pair<QString, QDBusObjectPath>;
 
 namespace {
 
 constexpr const char* bus = "duskfern-accessibility";
-constexpr const char* configuration =
-    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
-    "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy></busconfig>";
 constexpr const char* accessible = "org.a11y.atspi.Accessible";
 constexpr const char* events = "org.a11y.atspi.Event.Object";
 
@@ -92,18 +56,8 @@ ScreenReaderBus::ScreenReaderBus() : m_bus(QString::fromLatin1(bus)) {
     qDBusRegisterMetaType<BusPair>();
     qDBusRegisterMetaType<QList<BusPair>>();
     qDBusRegisterMetaType<BusObject>();
-    // Starts no services: the desktop's own dialogs are none of the program.
-    if (m_configuration.open()) {
-        m_configuration.write(configuration);
-        m_configuration.flush();
-    }
-    m_daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--config-file"), m_configuration.fileName(),
-                                                   QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-    if (m_daemon.waitForStarted() && m_daemon.waitForReadyRead()) {
-        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    }
-    m_bus = QDBusConnection::connectToBus(m_address, QString::fromLatin1(bus));
-    m_registry = std::make_unique<Registry>(m_address);
+    m_bus = QDBusConnection::connectToBus(m_daemon.address(), QString::fromLatin1(bus));
+    m_registry = std::make_unique<Registry>(m_daemon.address());
     m_bus.registerVirtualObject(QStringLiteral("/org/a11y"), qobject_cast<QDBusVirtualObject*>(m_registry.get()),
                                 QDBusConnection::SubPath);
     m_bus.registerService(QStringLiteral("org.a11y.Bus"));
@@ -116,8 +70,6 @@ ScreenReaderBus::ScreenReaderBus() : m_bus(QString::fromLatin1(bus)) {
 
 ScreenReaderBus::~ScreenReaderBus() {
     QDBusConnection::disconnectFromBus(QString::fromLatin1(bus));
-    m_daemon.kill();
-    m_daemon.waitForFinished();
 }
 
 bool ScreenReaderBus::hears(const QString& text) const {
@@ -169,7 +121,7 @@ QString ScreenReaderBus::spoken(const Place& place) const {
 QString ScreenReaderBus::dialogAround(Place place) const {
     QString kind = role(place);
     while (kind != QLatin1String("dialog") && kind != QLatin1String("frame") && !kind.isEmpty()) {
-        place.path = qdbus_cast<BusObject>(property(place, "Parent").value<QDBusArgument>()).path.path();
+        place.path = qdbus_cast<BusObject>(property(place, "Parent").value<QDBusArgument>()).second.path();
         kind = place.path.isEmpty() ? QString() : role(place);
     }
     return kind == QLatin1String("dialog")

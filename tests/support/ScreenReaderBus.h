@@ -1,15 +1,15 @@
 #pragma once
 
+#include "support/PrivateBus.h"
+
 #include <QtCore/QObject>
-#include <QtCore/QProcess>
 #include <QtCore/QStringList>
-#include <QtCore/QTemporaryFile>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 
 #include <memory>
 
-/// A session bus, and accessibility bus, of its own with a screen reader on it, which writes down what it would say:
+/// A session bus of the test, and accessibility bus, with a screen reader on it, which writes down what it would say:
 /// what gets the focus with its role, description and state; ticks that change there; and announcements, which begin
 /// with "! ".
 class ScreenReaderBus : public QObject {
@@ -19,8 +19,6 @@ public:
     ScreenReaderBus();
     ~ScreenReaderBus() override;
     Q_DISABLE_COPY_MOVE(ScreenReaderBus)
-
-    [[nodiscard]] const QString& address() const { return m_address; }
 
     /// Whether a text was said that begins so, after the one that was asked for last.
     [[nodiscard]] bool hears(const QString& text) const;
@@ -44,9 +42,7 @@ private:
     [[nodiscard]] QString spoken(const Place& place) const;
     [[nodiscard]] QString dialogAround(Place place) const;
 
-    QTemporaryFile m_configuration;
-    QProcess m_daemon;
-    QString m_address;
+    PrivateBus m_daemon;
     QDBusConnection m_bus;
     std::unique_ptr<QObject> m_registry;
     QString m_focused;  ///< The path of what has the focus.

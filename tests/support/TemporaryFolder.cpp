@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -66,18 +65,19 @@ void TemporaryFolder::fifo(std::string_view relative) const {
     check(mkfifo(place(relative).c_str(), 0600) == 0, path(relative));
 }
 
-std::string TemporaryFolder::deepFolder(std::string_view relative) const {
+std::string TemporaryFolder::deepFolder(std::string_view relative, int levels) const {
     folder(relative);
     std::string path = this->path(relative);
+    const std::string name(200, 'd');
     int at = open(path.c_str(), O_PATH | O_CLOEXEC);
-    for (const std::string& name : std::vector<std::string>(25, std::string(200, 'd'))) {
+    for (int level = 0; level < levels; ++level) {
         check(mkdirat(at, name.c_str(), 0755) == 0, path);
         const int below = openat(at, name.c_str(), O_PATH | O_CLOEXEC);
         close(at);
         at = below;
         path += '/' + name;
     }
-    check(mkdirat(at, "end", 0755) == 0, path);
+    close(openat(at, "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
     close(at);
-    return path + "/end";
+    return path;
 }

@@ -27,8 +27,9 @@ public:
     void link(std::string_view relative, const std::string& target) const;
     void fifo(std::string_view relative) const;
 
-    /// A folder `end` in so many folders below `relative` that no system call takes its path, which is returned.
-    [[nodiscard]] std::string deepFolder(std::string_view relative) const;
+    /// A folder with one file, called `file`, in so many folders below `relative` that no system call takes its path,
+    /// which is returned.
+    [[nodiscard]] std::string deepFolder(std::string_view relative, int levels = 25) const;
 
 private:
     [[nodiscard]] std::string place(std::string_view relative) const;

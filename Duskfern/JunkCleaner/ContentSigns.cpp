@@ -34,6 +34,8 @@ constexpr SignRow signRows[] = {
      "*.xcf|*.kra|*.ora|*.psd|*.xopp|*.rnote|*.blend|*.clip|*.afdesign|*.afphoto|*.cdr|*.drawio|*.dia|*.fcstd|"
      "*.dwg|*.skp|*.kicad_pcb|*.kicad_sch|*.sla",
      "drawings"},
+    {Place::file, Test::none, Owner::somebody, "*.cr2|*.cr3|*.nef|*.arw|*.raf|*.orf|*.rw2|*.pef|*.dng",
+     "photographs as cameras take them; smaller ones are made from them, never these"},
     {Place::file, Test::none, Owner::somebody,
      "*.aup|*.aup3|*.aup3unsaved|*.ardour|*.rpp|*.flp|*.mmp|*.mmpz|*.mscz|*.mscx|*.h2song|*.qtr|*.bwproject|"
      "*.cpr",
@@ -51,8 +53,9 @@ constexpr SignRow signRows[] = {
     {Place::file, Test::none, Owner::somebody, "mbox|*.mbox|*.mbx|*.pst|*.ost", "mailboxes"},
     {Place::hidden, Test::ownCommits, Owner::somebody, ".git", "repositories, but clones as well"},
     {Place::hidden, Test::none, Owner::somebody, ".stfolder|.sync_*.db|.dropbox|.owncloudsync.log", "sync folders"},
-    {Place::file, Test::none, Owner::leftover, "*.ics|*.vcf|*_history|*.gnucash|*.kmy|*.anki2|*.opml|*.jrnl",
-     "calendars, contacts, histories, accounts, cards"},
+    {Place::file, Test::none, Owner::leftover,
+     "*.ics|*.vcf|*_history|*.gnucash|*.kmy|*.anki2|*.opml|*.jrnl|*.gpx|*.kml",
+     "calendars, contacts, histories, accounts, cards, journeys"},
     {Place::file, Test::none, Owner::leftover, "*.sav|*.save|*.savegame|*.srm|*.gguf|*.safetensors",
      "saves of games, models"},
     {Place::file, Test::none, Owner::leftover,

@@ -92,7 +92,8 @@ std::vector<std::string> words(const std::string& list) {
 
 TEST_F(JunkHomes, WhatExistsOnlyOnceIsNotTicked) {
     const std::string signs =
-        "a.odt sub/Informe.DOCX x.kra x.xopp x.blend x.fcstd x.aup3 x.ardour x.mscz x.kdenlive x.autosave autosave/a "
+        "a.odt sub/Informe.DOCX x.kra x.xopp x.blend x.fcstd x.aup3 x.ardour x.mscz x.kdenlive DSC_0001.NEF x.autosave "
+        "autosave/a "
         "deep/Recovery/a drafts/sub/a unsaved/a .x.swp .backup id_ed25519 a.p12 secring.gpg my.kdbx wallet.dat "
         "credentials.json Inbox.mbox mbox .stfolder fc_recovery_file.xml box/cur/1+box/new/2+box/tmp/3 "
         "bare/HEAD+bare/objects/a+bare/refs/heads/main+bare/config";
@@ -136,17 +137,13 @@ TEST_F(JunkHomes, SecretsAndAPersonsDataAreNoLeftovers) {
     for (const char* const file :
          {"vaultapp/my.kdbx", "keyapp/id_rsa", "oldgame/saves/1", "pg/data/PG_VERSION", "cal/work.ics", "people/a.vcf",
           "shell/x_history", "models/m.gguf", "Vault/vaults/a", "w/wallets/a", "mailapp/Maildir/cur/1",
-          "letters/brief.odt", "syncer/.sync_ab12.db", "oldfox/logins.json"}) {
+          "letters/brief.odt", "syncer/.sync_ab12.db", "oldfox/logins.json", "globe/myplaces.kml"}) {
         make(std::string(".local/share/removed") + file);
         make(std::string(".config/gone") + file);
     }
     make(R"(.config/Olvidado/settings.ini
             .local/share/Pintura/brushes/round.png
             .config/certapp/ca.pem
-            .config/KeePassXC/a
-            .local/share/gnote/a
-            .local/share/zsh/history
-            .var/app/org.keepassxc.KeePassXC/data/a
             .var/app/org.telegram.desktop/data/a
             .var/app/org.removed.Vault/data/my.kdbx
             .var/app/org.removed.Toy/cache/big/a)");

@@ -18,6 +18,7 @@ constexpr std::string_view oldHome = R"(
 + .cache/: mozilla google-chrome thumbnails banshee-1 software-center deja-dup pip go-build upstart -rf @lbum my.kcache.bak
 + .cache/yarn | v6/npm-docx/templates/default.docx
 + .cache/Copia de fotos 📷 | IMG_0001.JPG
+- .cache/negativos | DSC_0001.NEF
 + .cache/event-sound-cache.tdb.1 |
 + .cache/: fontconfig mesa_shader_cache
 = .cache/: ibus tracker3 gnome-software obexd kwin plasmashell icon-cache.kcache ksycoca5_es_x sessions xfce4
@@ -39,7 +40,7 @@ constexpr std::string_view oldHome = R"(
 = tmp/: ssh-AbCdEf gpg-x dbus-x tmux-1000 systemd-private-x snap.x lu1.tmp mozilla_x pulse-x krb5cc_1000 notes.swp
 = tmp/: audacity-ana wireshark_eth0 1_autosave.blend
 = .local/share/: Trash keyrings kwalletd evolution akonadi local-mail kmail2 telepathy TpLogger tomboy gnote shotwell
-= .local/share/: zeitgeist nepomuk baloo tracker Anki2 Steam lutris gnucash ubuntuone password-store containers flatpak
+= .local/share/: zeitgeist nepomuk baloo tracker zsh Anki2 Steam lutris gnucash ubuntuone password-store containers flatpak
 = .local/share/: webkit digikam gedit krita kxmlgui5 applications icons sounds gvfs-metadata gnome-shell nautilus plasma
 = .local/share/: recently-used.xbel TelegramDesktop gnome-boxes calibre nvim
 = .local/share/data | Mendeley Ltd./Mendeley Desktop/me.sqlite

@@ -86,14 +86,21 @@ WalkStep WalkState::next(std::unique_lock<std::mutex>& lock) {
     }
 }
 
-WalkStep WalkState::finish(const WalkStep& step, const std::shared_ptr<Descriptor>& descriptor,
+WalkStep WalkState::finish(WalkStep step, std::shared_ptr<Descriptor> descriptor,
                            std::vector<std::shared_ptr<WalkFolder>>& found) {
+    step.base.reset();
+    if (found.empty()) {
+        descriptor.reset();
+    }
     std::unique_lock lock(mutex);
     // What may run out of memory comes first, because then `giveUp()` counts this worker as no longer busy.
     if (!found.empty()) {
         keep(step.folder, descriptor);
         std::move(found.rbegin(), found.rend(), std::back_inserter(m_pending));
     }
+    // A worker that is no longer busy holds no descriptor: who is busy alone counts on that.
+    descriptor.reset();
+    step.folder.reset();
     --m_busy;
     // The caller takes one of the pending folders itself.
     if (m_waiting > 0 && m_pending.size() > 1 && m_busy + 1 < m_permitted) {

@@ -38,7 +38,8 @@ public:
     /// Ends the listing of a folder, whose `descriptor` is kept open for a while if there are subfolders to list,
     /// `found`. Returns the next folder to list, preferably the first of these, which keeps the number of pending
     /// folders small and the way to them short.
-    [[nodiscard]] WalkStep finish(const WalkStep& step, const std::shared_ptr<Descriptor>& descriptor,
+    /// What is not kept open is closed before the wait for another folder.
+    [[nodiscard]] WalkStep finish(WalkStep step, std::shared_ptr<Descriptor> descriptor,
                                   std::vector<std::shared_ptr<WalkFolder>>& found);
 
     /// Makes the folder, which the calling worker took but cannot open now, pending again, and closes all descriptors

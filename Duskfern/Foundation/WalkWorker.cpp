@@ -10,8 +10,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <new>
+#include <thread>
 
 namespace {
 
@@ -23,6 +25,11 @@ constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 /// In deep trees a folder whose depth is a multiple of this is kept open on the way to one that is deeper by more than
 /// twice as much, so that the paths to its neighbours are short.
 constexpr std::uint32_t anchorDistance = 32;
+
+/// How often a folder is tried again that could not be opened for a shortage, and after how long. Not for each folder
+/// anew, because the shortage may last.
+constexpr int maximumShortages = 20;
+constexpr std::chrono::milliseconds shortagePause{5};
 
 /// Keeps errno.
 std::shared_ptr<Descriptor> openShared(Descriptor descriptor) {
@@ -113,9 +120,8 @@ void WalkWorker::finishFolder() {
     if (m_hasBegun) {
         m_visitor.endFolder();
     }
-    m_step = m_state.finish(m_step, m_descriptor, m_subfolders);
+    m_step = m_state.finish(std::move(m_step), std::exchange(m_descriptor, nullptr), m_subfolders);
     m_hasBegun = false;
-    m_descriptor.reset();
     m_size = 0;
     m_at = 0;
     m_isFirstRead = true;
@@ -145,7 +151,17 @@ bool WalkWorker::open() {
             if (m_state.putBack(m_step)) {
                 return false;
             }
-            m_visitor.unreadable();
+            // Other threads of the program need a descriptor for moments.
+            while (m_shortages < maximumShortages && !m_descriptor->isOpen() && isShortage(errno)) {
+                ++m_shortages;
+                std::this_thread::sleep_for(shortagePause);
+                m_descriptor = openOnce();
+            }
+            if (!m_descriptor->isOpen() && isShortage(errno)) {
+                m_visitor.unreadable();
+            } else {
+                m_shortages = 0;
+            }
         }
     }
     beginFolder();

@@ -48,6 +48,9 @@ private:
     WatchedCalls* m_calls = nullptr;  ///< Of the current thread.
     DiskCall m_diskCall = DiskCall::open;
 
+    /// Tries to open a folder that failed for a shortage since one succeeded.
+    int m_shortages = 0;
+
     /// Whether all folders so far could be opened with O_NOATIME, which only their owner may do.
     bool m_ownsFolders = true;
 

@@ -13,7 +13,7 @@ class Tones : public QObject {
 public:
     using QObject::QObject;
 
-    /// The colour itself or, nearest to it, one mixed with black or white that has this contrast with the surface; black
-    /// or white if none has. Both colours are opaque.
+    /// The colour itself or, nearest to it, one mixed with black or white that has this contrast with the surface;
+    /// black or white if none has. Both colours are opaque.
     [[nodiscard]] Q_INVOKABLE static QColor against(const QColor& color, const QColor& surface, double ratio);
 };

@@ -1,6 +1,6 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/PortalColorScheme.h"
+#include "Desktop/PortalAppearance.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SingleInstance.h"
 #include "Desktop/SystemVolumes.h"
@@ -40,7 +40,7 @@ int run(int& argc, char** argv) {
     auto instance = std::make_unique<SingleInstance>(QGuiApplication::desktopFileName(), request);
     FreedesktopTrash trash;
     BusFileManager fileManager;
-    PortalColorScheme colorScheme;
+    PortalAppearance appearance;
     SystemVolumes mountedVolumes;
     XdgUserFolders userFolders;
     FolderBrowser folderBrowser(userFolders, diskFolders);
@@ -48,7 +48,7 @@ int run(int& argc, char** argv) {
     const auto applications =
         std::make_shared<const DesktopApplications>(applicationFolders(userFolders.fromEnvironment()));
     DuskfernApp duskfern(
-        {trash, fileManager, folderChooser, folderBrowser, colorScheme, mountedVolumes, userFolders, applications});
+        {trash, fileManager, folderChooser, folderBrowser, appearance, mountedVolumes, userFolders, applications});
     int code = 0;
     if (instance->role() == SingleInstance::Role::first) {
         QObject::connect(instance.get(), &SingleInstance::requested, &duskfern,

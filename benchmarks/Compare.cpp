@@ -1,7 +1,7 @@
 // Compares the program with other ways to do the same, side by side on one tree, and with its budgets:
 //     duskfern_compare FILES [FOLDER [PART...]]
 // FOLDER is where the trees are kept between runs, beneath the build directory by default. With PARTs (scan, sizes,
-// junk, chain, memory, search, sort, windows, cold) only these are compared.
+// junk, chain, memory, search, parts, windows, cold) only these are compared.
 
 #include "Comparisons.h"
 #include "Measure.h"
@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
         {"chain", [&] { compareChains(base); }},
         {"memory", [&] { compareMemory(tree); }},
         {"search", [&] { compareSearches(tree); }},
-        {"sort", [&] { compareSorts(tree); }},
+        {"parts", [&] { compareParts(tree); }},
         {"windows", [&] { compareWindows(programs, tree); }},
         {"cold", [&] { compareScans(tree, files, true); }},
     };

@@ -25,8 +25,9 @@ void compareMemory(const std::string& tree);
 /// One keystroke in the search field, for texts found often, rarely and never; a category chosen; a file removed.
 void compareSearches(const std::string& tree);
 
-/// The sort compared with that of the standard library, on unsorted sizes.
-void compareSorts(const std::string& tree);
+/// What the program has in place of parts of the standard library, compared with these on the names and sizes of a
+/// scan.
+void compareParts(const std::string& tree);
 
 /// The window: time to the first frame and memory compared with an empty window, the longest time without the event
 /// loop of the main thread while the tree is scanned, searched and measured, the scan in the window compared with the

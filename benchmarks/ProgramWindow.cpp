@@ -5,7 +5,7 @@
 
 #include "Desktop/BusFileManager.h"
 #include "Desktop/DesktopApplications.h"
-#include "Desktop/PortalColorScheme.h"
+#include "Desktop/PortalAppearance.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SystemVolumes.h"
 #include "Desktop/VisibleDisks.h"
@@ -45,14 +45,14 @@ int main(int argc, char** argv) {
     const std::string folder = argc > 2 ? argv[2] : "";
     FreedesktopTrash trash;
     BusFileManager fileManager;
-    PortalColorScheme colorScheme;
+    PortalAppearance appearance;
     SystemVolumes volumes;
     MeasuredFolders folders(folder);
     FolderBrowser folderBrowser(folders, diskFolders);
     PortalFolderChooser folderChooser(folderBrowser);
     const auto applications =
         std::make_shared<const DesktopApplications>(applicationFolders(folders.fromEnvironment()));
-    DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, colorScheme, volumes, folders, applications});
+    DuskfernApp app({trash, fileManager, folderChooser, folderBrowser, appearance, volumes, folders, applications});
     int code = 0;
     if (argc < 3) {
         endAfterFrame(app, run == "volumes");

@@ -3,7 +3,6 @@
 
 #include "SpaceScan/FileScanner.h"
 #include "SpaceScan/FilteredFiles.h"
-#include "SpaceScan/RecordSort.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -59,30 +58,4 @@ void compareSearches(const std::string& tree) {
                 *std::max_element(chosen.begin(), chosen.end()), *std::max_element(gone.begin(), gone.end()));
     budget("a category chosen after 300 removals, ms", *std::max_element(chosen.begin(), chosen.end()), 1, 5);
     budget("a file removed after 300 removals, ms", *std::max_element(gone.begin(), gone.end()), 1, 2);
-}
-
-void compareSorts(const std::string& tree) {
-    const FileList files = FileScanner::scan(FileURL(tree), [](std::int64_t) {}).files;
-    std::vector<SortKey> keys;
-    std::uint32_t bits = 0;
-    for (std::uint32_t number = 0; number < files.size(); ++number) {
-        // In the order in which they were found.
-        keys.push_back(
-            {static_cast<std::uint32_t>(files.sizeAt(files.indexOfKey(files.keyOfNumber(number))) >> 12), number});
-        bits |= keys.back().size;
-    }
-    std::vector<double> ours;
-    std::vector<double> standard;
-    for (int round = 0; round < 5; ++round) {
-        std::vector<SortKey> copy = keys;
-        Clock::time_point start = Clock::now();
-        sortBySizeDescending(copy, bits);
-        ours.push_back(inMilliseconds(Clock::now() - start));
-        copy = keys;
-        start = Clock::now();
-        std::stable_sort(copy.begin(), copy.end(), [](const auto& a, const auto& b) { return a.size > b.size; });
-        standard.push_back(inMilliseconds(Clock::now() - start));
-    }
-    std::printf("\nsort of %zu records, medians of 5: %.1f ms, std::stable_sort %.1f ms\n", keys.size(), median(ours),
-                median(standard));
 }

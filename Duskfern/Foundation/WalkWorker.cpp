@@ -135,34 +135,13 @@ void WalkWorker::finishFolder() {
 
 /// Opens the folder and reports it to the visitor. False when it was made pending again and this worker is to end.
 bool WalkWorker::open() {
-    const auto openOnce = [this] {
-        const int flags = openFlags | (m_ownsFolders ? O_NOATIME : 0);
-        return m_step.folder->parent == nullptr ? openRoot(flags) : openBelowRoot(flags);
-    };
-    m_descriptor = openOnce();
+    openOnce();
     if (!m_descriptor->isOpen() && errno == EPERM && m_ownsFolders) {
         m_ownsFolders = false;
-        m_descriptor = openOnce();
+        openOnce();
     }
-    if (!m_descriptor->isOpen() && isShortage(errno)) {
-        m_state.closeKept();
-        m_descriptor = openOnce();
-        if (!m_descriptor->isOpen() && isShortage(errno)) {
-            if (m_state.putBack(m_step)) {
-                return false;
-            }
-            // Other threads of the program need a descriptor for moments.
-            while (m_shortages < maximumShortages && !m_descriptor->isOpen() && isShortage(errno)) {
-                ++m_shortages;
-                std::this_thread::sleep_for(shortagePause);
-                m_descriptor = openOnce();
-            }
-            if (!m_descriptor->isOpen() && isShortage(errno)) {
-                m_visitor.unreadable();
-            } else {
-                m_shortages = 0;
-            }
-        }
+    if (isShort() && !openDespiteShortage()) {
+        return false;
     }
     beginFolder();
     if (m_descriptor->isOpen()) {
@@ -171,6 +150,43 @@ bool WalkWorker::open() {
             (void)fcntl(m_descriptor->number(), F_SETFL, O_NONBLOCK | O_NOATIME);
         }
         findHiddenNames();
+    }
+    return true;
+}
+
+/// Keeps errno.
+void WalkWorker::openOnce() {
+    const int flags = openFlags | (m_ownsFolders ? O_NOATIME : 0);
+    m_descriptor = m_step.folder->parent == nullptr ? openRoot(flags) : openBelowRoot(flags);
+}
+
+/// Whether the folder could not be opened for want of descriptors or memory. Right after `openOnce()`.
+bool WalkWorker::isShort() const {
+    return !m_descriptor->isOpen() && isShortage(errno);
+}
+
+/// Opens the folder with what others give back; without success, counts it as unreadable. False when it was made
+/// pending again and this worker is to end.
+bool WalkWorker::openDespiteShortage() {
+    m_state.closeKept();
+    openOnce();
+    if (!isShort()) {
+        return true;
+    }
+    if (m_state.putBack(m_step)) {
+        return false;
+    }
+    // Other threads of the program need a descriptor for moments.
+    openOnce();
+    while (isShort() && m_shortages < maximumShortages) {
+        ++m_shortages;
+        std::this_thread::sleep_for(shortagePause);
+        openOnce();
+    }
+    if (isShort()) {
+        m_visitor.unreadable();
+    } else {
+        m_shortages = 0;
     }
     return true;
 }

@@ -29,6 +29,9 @@ private:
     void skipMount();
 
     [[nodiscard]] bool open();
+    void openOnce();
+    [[nodiscard]] bool isShort() const;
+    [[nodiscard]] bool openDespiteShortage();
     [[nodiscard]] std::shared_ptr<Descriptor> openRoot(int flags);
     [[nodiscard]] std::shared_ptr<Descriptor> openBelowRoot(int flags);
     [[nodiscard]] std::shared_ptr<Descriptor> openFrom(const std::shared_ptr<Descriptor>& base, const std::string& path,

@@ -53,7 +53,7 @@ void DuskfernApp::prepareProcess() {
 DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
     : QObject(parent),
       m_fonts(loadFonts()),
-      m_colorScheme(services.colorScheme),
+      m_appearance(services.appearance),
       m_dialogs(services.folderChooser),
       m_store(m_dialogs, services.trash, services.fileManager),
       m_screens(m_store,
@@ -75,12 +75,12 @@ DuskfernApp::DuskfernApp(const Services& services, QObject* parent)
         qFatal("the window could not be made");
     }
     m_dialogs.setWindow(m_window);
-    connect(&m_colorScheme, &ColorScheme::preferenceChanged, this, &DuskfernApp::applyColorScheme);
-    connect(&m_colorScheme, &ColorScheme::reducesMotionChanged, this, &DuskfernApp::applyWishes);
-    connect(&m_colorScheme, &ColorScheme::raisesContrastChanged, this, &DuskfernApp::applyWishes);
-    connect(&m_colorScheme, &ColorScheme::accentChanged, this, &DuskfernApp::applyWishes);
+    connect(&m_appearance, &Appearance::preferenceChanged, this, &DuskfernApp::applyAppearance);
+    connect(&m_appearance, &Appearance::reducesMotionChanged, this, &DuskfernApp::applyWishes);
+    connect(&m_appearance, &Appearance::raisesContrastChanged, this, &DuskfernApp::applyWishes);
+    connect(&m_appearance, &Appearance::accentChanged, this, &DuskfernApp::applyWishes);
     qGuiApp->installEventFilter(this);
-    applyColorScheme();
+    applyAppearance();
     applyWishes();
     // Drawing the icon in several sizes takes time, so it waits for the first frame.
     connect(
@@ -127,26 +127,26 @@ void DuskfernApp::showScreen(const QString& screen, const QString& token) {
 
 bool DuskfernApp::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange) {
-        applyColorScheme();
+        applyAppearance();
     }
     return QObject::eventFilter(watched, event);
 }
 
 /// Applies the colour preference. Without one the palette decides: dark if text is lighter than its background.
-void DuskfernApp::applyColorScheme() {
+void DuskfernApp::applyAppearance() {
     const QPalette palette = QGuiApplication::palette();
     const bool darkPalette =
         palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
-    const ColorScheme::Preference preference = m_colorScheme.preference();
+    const Appearance::Preference preference = m_appearance.preference();
     const bool dark =
-        preference == ColorScheme::Preference::none ? darkPalette : preference == ColorScheme::Preference::dark;
+        preference == Appearance::Preference::none ? darkPalette : preference == Appearance::Preference::dark;
     m_window->setProperty("dark", dark);
 }
 
 void DuskfernApp::applyWishes() {
-    m_window->setProperty("reducesMotion", m_colorScheme.reducesMotion());
-    m_window->setProperty("raisesContrast", m_colorScheme.raisesContrast());
-    const std::optional<ColorScheme::Accent> accent = m_colorScheme.accent();
+    m_window->setProperty("reducesMotion", m_appearance.reducesMotion());
+    m_window->setProperty("raisesContrast", m_appearance.raisesContrast());
+    const std::optional<Appearance::Accent> accent = m_appearance.accent();
     m_window->setProperty("accent",
                           accent ? QColor::fromRgbF(static_cast<float>(accent->red), static_cast<float>(accent->green),
                                                     static_cast<float>(accent->blue))

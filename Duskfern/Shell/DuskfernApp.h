@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Desktop/ColorScheme.h"
+#include "Desktop/Appearance.h"
 #include "Shell/ScreenStores.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceScan/ScanStore.h"
@@ -32,7 +32,7 @@ public:
         FileManager& fileManager;
         FolderChooser& folderChooser;
         FolderBrowser& folderBrowser;  ///< Shown by the window when the chooser falls back to it.
-        ColorScheme& colorScheme;
+        Appearance& appearance;
         MountedVolumes& mountedVolumes;
         UserFolders& userFolders;
         std::shared_ptr<const InstalledApplications> applications;
@@ -62,14 +62,14 @@ public:
 
 private:
     void installTranslation();
-    void applyColorScheme();
+    void applyAppearance();
     void applyWishes();
 
     /// Loads the list of system fonts while the window is loaded, which takes half as long as that. Not joinable if no
     /// thread can be started; the fonts are then loaded on first use.
     std::jthread m_fonts;
 
-    ColorScheme& m_colorScheme;
+    Appearance& m_appearance;
     WindowDialogs m_dialogs;
     ScanStore m_store;
     ScreenStores m_screens;

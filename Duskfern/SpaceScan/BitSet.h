@@ -16,6 +16,15 @@ public:
 
     void insert(std::uint32_t number) { m_words[number / bits] |= std::uint64_t{1} << (number % bits); }
 
+    /// Adds `first` plus the place of each bit in `places`.
+    void insert(std::uint32_t first, std::uint64_t places) {
+        const std::size_t shift = first % bits;
+        m_words[first / bits] |= places << shift;
+        if (const std::uint64_t rest = shift > 0 ? places >> (bits - shift) : 0; rest != 0) {
+            m_words[first / bits + 1] |= rest;
+        }
+    }
+
     void erase(std::uint32_t number) { m_words[number / bits] &= ~(std::uint64_t{1} << (number % bits)); }
 
     /// Adds the numbers of `others`, a set with the same limit.

@@ -56,6 +56,25 @@ ProbeBytes rarestBytes(std::string_view text, const StringArena::Block& block) {
     return probe;
 }
 
+/// Those of the places after `data` where `text` is.
+std::uint64_t confirmed(std::uint64_t places, const char* data, std::string_view text) {
+    std::uint64_t found = 0;
+    for (; places != 0; places &= places - 1) {
+        const auto place = static_cast<unsigned>(std::countr_zero(places));
+        found |= static_cast<std::uint64_t>(beginsWith(data + place, text)) << place;
+    }
+    return found;
+}
+
+/// The bits of `bits` at the places of the bits in `mask`, moved together.
+std::uint64_t gathered(std::uint64_t bits, std::uint64_t mask) {
+    std::uint64_t found = 0;
+    for (unsigned count = 0; mask != 0; mask &= mask - 1, ++count) {
+        found |= (bits >> static_cast<unsigned>(std::countr_zero(mask)) & 1) << count;
+    }
+    return found;
+}
+
 void reserveOneMore(std::vector<std::uint32_t>& numbers) {
     if (numbers.size() == numbers.capacity()) {
         numbers.reserve(std::max<std::size_t>(64, 2 * numbers.size()));
@@ -105,15 +124,11 @@ public:
         }
     }
 
-    /// The number of the name that contains this byte of the 64.
-    [[nodiscard]] std::uint32_t numberAt(unsigned place) const { return m_number + bitCount(m_ends & below(place)); }
+    /// The NULs in the 64 bytes.
+    [[nodiscard]] std::uint64_t ends() const { return m_ends; }
 
-    /// The offset in the block of the end of the name that contains this byte of the 64.
-    [[nodiscard]] std::size_t nameEnd(unsigned place) const {
-        const std::uint64_t ends = m_ends & ~below(place);
-        return ends != 0 ? m_offset + static_cast<unsigned>(std::countr_zero(ends))
-                         : m_offset + stepSize + std::strlen(m_data + m_offset + stepSize);
-    }
+    /// The number of the name that contains the first of the 64 bytes.
+    [[nodiscard]] std::uint32_t number() const { return m_number; }
 
 private:
     /// Beyond this many bytes, looking up a recorded position is quicker than counting.
@@ -172,26 +187,21 @@ void NumberedNames::search(std::size_t block, std::string_view text, std::uint32
     const ProbeBytes probe = rarestBytes(text, {data, size});
     const ByteMask::Wanted first = wanted(text[probe.first]);
     const ByteMask::Wanted second = wanted(text[probe.second]);
+    const bool isProbed = text.size() <= 2;
     Cursor cursor(*this, block);
-    std::size_t next = 0;  // End of the last name found: each name is reported once.
+    bool continues = false;  // Whether the text is in the name that the step begins in.
     for (std::size_t step = 0; step < size; step += stepSize) {
         std::uint64_t places = ByteMask::ofBoth(first, data + step + probe.first, second, data + step + probe.second);
-        if (places == 0 || next >= step + stepSize) {
+        if (places != 0 && !isProbed) {
+            places = confirmed(places, data + step, text);
+        }
+        if (places == 0 && !continues) {
             continue;
         }
-        if (next > step) {
-            places &= ~std::uint64_t{0} << (next - step);
-        }
-        while (places != 0) {
-            const auto place = static_cast<unsigned>(std::countr_zero(places));
-            if (!beginsWith(data + step + place, text)) {
-                places &= places - 1;
-                continue;
-            }
-            cursor.moveTo(step);
-            found.insert(base + cursor.numberAt(place));
-            next = cursor.nameEnd(place);
-            places = next < step + stepSize ? places & ~std::uint64_t{0} << (next - step) : 0;
-        }
+        cursor.moveTo(step);
+        // The sum carries from any place in a name to the NUL at its end, or out of the step.
+        std::uint64_t carried = 0;
+        continues = __builtin_add_overflow(~cursor.ends(), places | (continues ? 1 : 0), &carried);
+        found.insert(base + cursor.number(), gathered(carried, cursor.ends()));
     }
 }

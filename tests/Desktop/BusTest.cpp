@@ -1,5 +1,5 @@
 #include "Desktop/BusFileManager.h"
-#include "Desktop/PortalColorScheme.h"
+#include "Desktop/PortalAppearance.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SingleInstance.h"
 #include "support/FakeDesktop.h"
@@ -23,7 +23,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-using Preference = ColorScheme::Preference;
+using Preference = Appearance::Preference;
 using Preferences = std::vector<Preference>;
 
 struct FileManagerService : FakeService {
@@ -64,13 +64,13 @@ struct ColorPortal : FakeService {
 /// The colours, and what was told of them.
 struct WatchedColors {
     WatchedColors() {
-        QObject::connect(&scheme, &ColorScheme::preferenceChanged, [this] { seen.push_back(scheme.preference()); });
+        QObject::connect(&scheme, &Appearance::preferenceChanged, [this] { seen.push_back(scheme.preference()); });
     }
     [[nodiscard]] bool become(Preference wanted) const {
         return waitUntil([&] { return scheme.preference() == wanted; });
     }
 
-    PortalColorScheme scheme;
+    PortalAppearance scheme;
     Preferences seen;
 };
 
@@ -178,9 +178,9 @@ TEST_F(BusTest, FollowsThePreferenceOfAPortalThatComesLater) {
 }
 
 TEST_F(BusTest, ForgetsAnswersThatComeAfterItsEnd) {
-    { const PortalColorScheme endsBeforeTheBusIsThere; }
+    { const PortalAppearance endsBeforeTheBusIsThere; }
     ColorPortal portal(address());
-    auto colors = std::make_unique<PortalColorScheme>();
+    auto colors = std::make_unique<PortalAppearance>();
     ASSERT_TRUE(waitUntil([&] { return portal.isCalled(); }));
     portal.tellColors(1);
     portal.answerWith(1U);
@@ -203,7 +203,7 @@ QVariant colorOf(double red, double green, double blue) {
 }
 
 TEST_F(BusTest, ReadsTheOtherWishes) {
-    using Accent = ColorScheme::Accent;
+    using Accent = Appearance::Accent;
     const QString all = u"org.freedesktop.appearance"_s;
     const QString gnome = u"org.gnome.desktop.interface"_s;
     const QString gnomeAccess = u"org.gnome.desktop.a11y.interface"_s;
@@ -237,10 +237,10 @@ TEST_F(BusTest, ReadsTheOtherWishes) {
     };
     for (const auto& [what, settings, isReduced, isRaised, accent] : cases) {
         ColorPortal portal(address(), settings);
-        const PortalColorScheme scheme;
+        const PortalAppearance scheme;
         int changes = 0;
         for (const auto signal :
-             {&ColorScheme::reducesMotionChanged, &ColorScheme::raisesContrastChanged, &ColorScheme::accentChanged}) {
+             {&Appearance::reducesMotionChanged, &Appearance::raisesContrastChanged, &Appearance::accentChanged}) {
             QObject::connect(&scheme, signal, [&] { ++changes; });
         }
         ASSERT_TRUE(waitUntil([&] { return !portal.asked.isEmpty(); })) << what;
@@ -275,7 +275,7 @@ TEST_F(BusTest, TheProgramOutlivesTheBus) {
     g_dbus_connection_set_exit_on_close(bus.get(), TRUE);
     BusFileManager().reveal({FileURL("/")});
     expectOutlived("the file manager");
-    const PortalColorScheme scheme;
+    const PortalAppearance scheme;
     expectOutlived("the colours");
     FakeFolderChooser fallback;
     PortalFolderChooser chooser(fallback);

@@ -130,8 +130,8 @@ private:
 protected:
     /// Looks at the texts and rings of a theme, in light and dark.
     void expectColorsStandOut(const QObject& theme, bool strong) {
-        for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
-            colorScheme.prefer(preference);
+        for (const auto preference : {Appearance::Preference::light, Appearance::Preference::dark}) {
+            appearance.prefer(preference);
             const auto color = [&](const char* name) { return theme.property(name).value<QColor>(); };
             const auto expect = [&](const char* above, double least, std::initializer_list<QColor> surfaces) {
                 for (const QColor& surface : surfaces) {
@@ -167,20 +167,20 @@ TEST_F(LegibilityJourney, TheThemesColoursStandOut) {
     const std::unique_ptr<QObject> holder(component.create());
     ASSERT_NE(holder, nullptr) << qPrintable(component.errorString());
     const auto* const theme = holder->property("theme").value<QObject*>();
-    using Accent = ColorScheme::Accent;
+    using Accent = Appearance::Accent;
     const std::optional<Accent> accents[] = {std::nullopt,           Accent{0.2, 0.52, 0.89}, Accent{1, 0.84, 0.04},
                                              Accent{0.1, 0.08, 0.4}, Accent{0, 0, 0},         Accent{1, 1, 1}};
     for (const auto& accent : accents) {
         for (const bool strong : {false, true}) {
-            colorScheme.wish(strong, accent);
+            appearance.wish(strong, accent);
             expectColorsStandOut(*theme, strong);
         }
     }
 }
 
 TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
-    for (const auto preference : {ColorScheme::Preference::light, ColorScheme::Preference::dark}) {
-        colorScheme.prefer(preference);
+    for (const auto preference : {Appearance::Preference::light, Appearance::Preference::dark}) {
+        appearance.prefer(preference);
         int count = 0;
         walk([&](const std::string& screen) {
             const QImage picture = app.window().grabWindow();
@@ -202,7 +202,7 @@ TEST_F(LegibilityJourney, TextsStandOutOnWhatIsBehindThem) {
                 const auto font = seen.item->property("font").value<QFont>();
                 const bool isLarge = font.pixelSize() >= 24 || (font.bold() && font.pixelSize() >= 19);
                 EXPECT_GE(contrast(ink, QColor(behind->first)), isLarge ? 3 : 4.5)
-                    << seen.text << " on " << screen << (preference == ColorScheme::Preference::dark ? ", dark" : "");
+                    << seen.text << " on " << screen << (preference == Appearance::Preference::dark ? ", dark" : "");
                 ++count;
             }
         });

@@ -38,14 +38,14 @@ std::unique_ptr<QQuickItem> itemOf(QQmlEngine& engine, const char* text) {
 }
 
 TEST_F(LookJourney, WithoutAPreferenceThePaletteTellsTheColours) {
-    colorScheme.prefer(ColorScheme::Preference::none);
+    appearance.prefer(Appearance::Preference::none);
     const QPalette before = QGuiApplication::palette();
     for (const bool dark : {true, false}) {
         QGuiApplication::setPalette(dark ? QPalette(Qt::black) : QPalette(Qt::white));
         EXPECT_TRUE(waitUntil([&] { return (app.window().color().lightness() < 100) == dark; })) << dark;
-        colorScheme.prefer(dark ? ColorScheme::Preference::light : ColorScheme::Preference::dark);
+        appearance.prefer(dark ? Appearance::Preference::light : Appearance::Preference::dark);
         EXPECT_NE(app.window().color().lightness() < 100, dark) << "a preference comes first";
-        colorScheme.prefer(ColorScheme::Preference::none);
+        appearance.prefer(Appearance::Preference::none);
     }
     QGuiApplication::setPalette(before);
 }
@@ -64,9 +64,9 @@ TEST_F(LookJourney, AProgressBarStandsStillForThoseWhoAskForLessMotion) {
     const auto bar = itemOf(app.engine(), R"(import Duskfern.Theme
         ProgressBar { width: 100; height: 6 })");
     EXPECT_GT(placesOf(*bar).size(), 2U);
-    colorScheme.reduceMotion(true);
+    appearance.reduceMotion(true);
     EXPECT_EQ(placesOf(*bar), std::set<qreal>{36}) << "in the middle";
-    colorScheme.reduceMotion(false);
+    appearance.reduceMotion(false);
     EXPECT_GT(placesOf(*bar).size(), 2U);
     bar->setProperty("value", 0.5);
     EXPECT_EQ(placesOf(*bar), std::set<qreal>{0});

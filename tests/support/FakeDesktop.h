@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Desktop/ColorScheme.h"
+#include "Desktop/Appearance.h"
 #include "Desktop/Dialogs.h"
 #include "Desktop/FileManager.h"
 #include "Desktop/FolderChooser.h"
@@ -138,7 +138,7 @@ struct FakeApplications final : InstalledApplications {
 };
 
 /// Prefers what the test says.
-class FakeColorScheme final : public ColorScheme {
+class FakeAppearance final : public Appearance {
 public:
     [[nodiscard]] Preference preference() const override { return m_preference; }
     void prefer(Preference preference) {

@@ -41,11 +41,11 @@ protected:
     ChosenTrash trash;
     FakeFileManager fileManager;
     FakeFolderChooser chooser;
-    FakeColorScheme colorScheme;
+    FakeAppearance appearance;
     FakeVolumes volumes;
     FakeUserFolders userFolders;
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
     FolderBrowser browser{userFolders, [] { return std::vector<FileURL>(); }};
-    DuskfernApp app{{trash, fileManager, chooser, browser, colorScheme, volumes, userFolders, applications}};
+    DuskfernApp app{{trash, fileManager, chooser, browser, appearance, volumes, userFolders, applications}};
     Driver driver{app.window()};
 };

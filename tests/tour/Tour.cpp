@@ -33,7 +33,7 @@ void walk(const QStringList& arguments) {
     FakeTrash trash;
     FakeFileManager fileManager;
     FakeFolderChooser chooser;
-    FakeColorScheme scheme;
+    FakeAppearance scheme;
     SystemVolumes volumes;
     XdgUserFolders userFolders;
     FolderBrowser browser(userFolders, diskFolders);
@@ -42,7 +42,7 @@ void walk(const QStringList& arguments) {
     const Driver driver(app.window());
     chooser.folder = FileURL(QFile::encodeName(QDir(arguments.value(2)).absolutePath()).toStdString());
     const bool dark = arguments.value(4) == QLatin1String("dark");
-    scheme.prefer(dark ? ColorScheme::Preference::dark : ColorScheme::Preference::light);
+    scheme.prefer(dark ? Appearance::Preference::dark : Appearance::Preference::light);
     const QStringList size = arguments.value(3, QStringLiteral("1180x760")).split(QLatin1Char('x'));
     app.window().resize(size.value(0).toInt(), size.value(1).toInt());
     app.show();

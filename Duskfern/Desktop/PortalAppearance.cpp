@@ -1,4 +1,4 @@
-#include "Desktop/PortalColorScheme.h"
+#include "Desktop/PortalAppearance.h"
 
 #include "Desktop/GioSupport.h"
 
@@ -30,17 +30,17 @@ GPtr<GVariant> unwrapped(GVariant* wrapped) {
     return value;
 }
 
-ColorScheme::Preference preferenceOf(GVariant* wrapped) {
+Appearance::Preference preferenceOf(GVariant* wrapped) {
     const GPtr<GVariant> value = unwrapped(wrapped);
     const guint32 number =
         g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) ? g_variant_get_uint32(value.get()) : 0;
     switch (number) {
         case 1:
-            return ColorScheme::Preference::dark;
+            return Appearance::Preference::dark;
         case 2:
-            return ColorScheme::Preference::light;
+            return Appearance::Preference::light;
         default:
-            return ColorScheme::Preference::none;
+            return Appearance::Preference::none;
     }
 }
 
@@ -60,12 +60,12 @@ std::optional<bool> answerOf(GVariant* wrapped) {
 }
 
 /// The colour of a setting; none if it is null, of another type, or out of range, which says that none is set.
-std::optional<ColorScheme::Accent> accentOf(GVariant* wrapped) {
+std::optional<Appearance::Accent> accentOf(GVariant* wrapped) {
     const GPtr<GVariant> value = wrapped == nullptr ? nullptr : unwrapped(wrapped);
     if (!value || !g_variant_is_of_type(value.get(), G_VARIANT_TYPE("(ddd)"))) {
         return std::nullopt;
     }
-    ColorScheme::Accent accent;
+    Appearance::Accent accent;
     g_variant_get(value.get(), "(ddd)", &accent.red, &accent.green, &accent.blue);
     const auto isPart = [](double part) { return part >= 0 && part <= 1; };
     return isPart(accent.red) && isPart(accent.green) && isPart(accent.blue) ? std::optional(accent) : std::nullopt;
@@ -81,8 +81,8 @@ GPtr<GVariant> settingIn(GVariant* all, const char* space, const char* key) {
 
 /// The connection with the portal. Pending calls hold a weak pointer, so that late answers are ignored. The destructor
 /// ends the watch and the subscription.
-struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
-    explicit Link(PortalColorScheme& scheme) : owner(scheme) {}
+struct PortalAppearance::Link : std::enable_shared_from_this<Link> {
+    explicit Link(PortalAppearance& scheme) : owner(scheme) {}
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
@@ -95,14 +95,14 @@ struct PortalColorScheme::Link : std::enable_shared_from_this<Link> {
     [[nodiscard]] guint listen(const char* space);
     void takeRest(const char* space, const char* key, GVariant* value);
 
-    PortalColorScheme& owner;
+    PortalAppearance& owner;
     GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
     GObjectPtr<GDBusConnection> bus;
     guint watch = 0;
     std::array<guint, spaces.size()> subscriptions{};
 };
 
-PortalColorScheme::Link::~Link() {
+PortalAppearance::Link::~Link() {
     g_cancellable_cancel(cancellable.get());
     if (bus) {
         g_bus_unwatch_name(watch);
@@ -112,7 +112,7 @@ PortalColorScheme::Link::~Link() {
     }
 }
 
-void PortalColorScheme::Link::connect() {
+void PortalAppearance::Link::connect() {
     const auto onBus = [weak = weak_from_this()](GObject*, GAsyncResult* result) {
         GObjectPtr<GDBusConnection> connection(g_bus_get_finish(result, nullptr));
         const std::shared_ptr<Link> link = weak.lock();
@@ -128,7 +128,7 @@ void PortalColorScheme::Link::connect() {
 }
 
 /// Listens to changes of the settings in a space.
-guint PortalColorScheme::Link::listen(const char* space) {
+guint PortalAppearance::Link::listen(const char* space) {
     const auto onChanged = [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* arguments,
                               gpointer link) {
         if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)"))) {
@@ -144,7 +144,7 @@ guint PortalColorScheme::Link::listen(const char* space) {
                                               G_DBUS_SIGNAL_FLAGS_NONE, onChanged, this, nullptr);
 }
 
-void PortalColorScheme::Link::change(const char* space, const char* key, GVariant* value) {
+void PortalAppearance::Link::change(const char* space, const char* key, GVariant* value) {
     if (std::strcmp(space, appearance) == 0 && std::strcmp(key, colorScheme) == 0) {
         owner.setPreference(preferenceOf(value));
     } else {
@@ -153,7 +153,7 @@ void PortalColorScheme::Link::change(const char* space, const char* key, GVarian
 }
 
 /// Takes a setting other than the colour scheme; a null value says that it is not there.
-void PortalColorScheme::Link::takeRest(const char* space, const char* key, GVariant* value) {
+void PortalAppearance::Link::takeRest(const char* space, const char* key, GVariant* value) {
     const auto is = [&](const char* otherSpace, const char* otherKey) {
         return std::strcmp(space, otherSpace) == 0 && std::strcmp(key, otherKey) == 0;
     };
@@ -171,7 +171,7 @@ void PortalColorScheme::Link::takeRest(const char* space, const char* key, GVari
     }
 }
 
-void PortalColorScheme::Link::subscribe() {
+void PortalAppearance::Link::subscribe() {
     std::transform(spaces.begin(), spaces.end(), subscriptions.begin(),
                    [this](const char* space) { return listen(space); });
     // Reads the values when the portal starts, and again when it restarts.
@@ -183,7 +183,7 @@ void PortalColorScheme::Link::subscribe() {
                                            nullptr, this, nullptr);
 }
 
-void PortalColorScheme::Link::read() {
+void PortalAppearance::Link::read() {
     const auto onAnswer = [weak = weak_from_this()](GObject* source, GAsyncResult* result) {
         const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
         const std::shared_ptr<Link> link = weak.lock();
@@ -199,7 +199,7 @@ void PortalColorScheme::Link::read() {
 }
 
 /// Reads the rest at once, because most desktops have only some of it.
-void PortalColorScheme::Link::readRest() {
+void PortalAppearance::Link::readRest() {
     const auto onAnswer = [weak = weak_from_this()](GObject* source, GAsyncResult* result) {
         const GPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
         const std::shared_ptr<Link> link = weak.lock();
@@ -222,48 +222,48 @@ void PortalColorScheme::Link::readRest() {
                            cancellable.get(), runAsyncHandler, onceDone(onAnswer));
 }
 
-PortalColorScheme::PortalColorScheme(QObject* parent) : ColorScheme(parent), m_link(std::make_shared<Link>(*this)) {
+PortalAppearance::PortalAppearance(QObject* parent) : Appearance(parent), m_link(std::make_shared<Link>(*this)) {
     m_link->connect();
 }
 
-PortalColorScheme::~PortalColorScheme() = default;
+PortalAppearance::~PortalAppearance() = default;
 
-ColorScheme::Preference PortalColorScheme::preference() const {
+Appearance::Preference PortalAppearance::preference() const {
     return m_preference;
 }
 
-void PortalColorScheme::setPreference(Preference preference) {
+void PortalAppearance::setPreference(Preference preference) {
     if (preference != m_preference) {
         m_preference = preference;
         Q_EMIT preferenceChanged();
     }
 }
 
-bool PortalColorScheme::reducesMotion() const {
+bool PortalAppearance::reducesMotion() const {
     return m_lessMotion.isMade();
 }
 
-void PortalColorScheme::setMotion(const Wish& motion) {
+void PortalAppearance::setMotion(const Wish& motion) {
     if (std::exchange(m_lessMotion, motion).isMade() != motion.isMade()) {
         Q_EMIT reducesMotionChanged();
     }
 }
 
-bool PortalColorScheme::raisesContrast() const {
+bool PortalAppearance::raisesContrast() const {
     return m_moreContrast.isMade();
 }
 
-void PortalColorScheme::setContrast(const Wish& contrast) {
+void PortalAppearance::setContrast(const Wish& contrast) {
     if (std::exchange(m_moreContrast, contrast).isMade() != contrast.isMade()) {
         Q_EMIT raisesContrastChanged();
     }
 }
 
-std::optional<ColorScheme::Accent> PortalColorScheme::accent() const {
+std::optional<Appearance::Accent> PortalAppearance::accent() const {
     return m_accent;
 }
 
-void PortalColorScheme::setAccent(std::optional<Accent> accent) {
+void PortalAppearance::setAccent(std::optional<Accent> accent) {
     if (std::exchange(m_accent, accent) != accent) {
         Q_EMIT accentChanged();
     }

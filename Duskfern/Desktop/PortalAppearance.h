@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Desktop/ColorScheme.h"
+#include "Desktop/Appearance.h"
 
 #include <memory>
 #include <optional>
@@ -8,12 +8,12 @@
 /// The preferences reported by the desktop portal, kept up to date. None of them until the portal answers, and
 /// without a portal. Must be created on the main thread: Qt's event loop delivers the answers through its GLib
 /// dispatcher.
-class PortalColorScheme final : public ColorScheme {
+class PortalAppearance final : public Appearance {
     Q_OBJECT
 
 public:
-    explicit PortalColorScheme(QObject* parent = nullptr);
-    ~PortalColorScheme() override;
+    explicit PortalAppearance(QObject* parent = nullptr);
+    ~PortalAppearance() override;
 
     [[nodiscard]] Preference preference() const override;
     [[nodiscard]] bool reducesMotion() const override;

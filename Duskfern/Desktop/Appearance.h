@@ -5,7 +5,7 @@
 #include <optional>
 
 /// What the user wishes of the look of all programs: dark or light, less motion, more contrast, a colour.
-class ColorScheme : public QObject {
+class Appearance : public QObject {
     Q_OBJECT
 
 public:

@@ -42,7 +42,7 @@ struct Row {
 /// Times during which the window's thread is away, and the load of a moving bar.
 constexpr std::array<Row, 6> rows{{
     {"scan", "stall", "window away while scanning, ms, longest", 16},
-    {"scan", "keystroke", "keystroke in the window, ms to list and count", 10},
+    {"scan", "keystroke", "keystroke in the window, ms to list and count", 8},
     {"scan", "rows", "keystroke in the window, ms to the rows", 16},
     {"home", "stall", "window away while Inicio measures, ms, longest", 16},
     {"junk", "stall", "window away while junk is looked for, ms, longest", 16},

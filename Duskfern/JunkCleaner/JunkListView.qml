@@ -25,8 +25,7 @@ RowList {
         chosen: root.activeFocus && index === root.currentIndex
         focused: true
         height: root.rowHeight
-        // At most as wide as a row is read.
-        width: Math.min(ListView.view.width - 44, 1600)
+        width: Math.min(ListView.view.width - 44, Theme.widestRow)
         x: 22
 
         onOpened: row => root.store.revealRow(row)

@@ -104,9 +104,10 @@ void BubbleMapCanvas::paintContent(QPainter& painter, int index, std::span<const
     const QStringList size{Formatters::size(item.size)};
 
     const qreal nameHeight = name.isEmpty() ? 0 : spacing + static_cast<qreal>(name.size()) * body.height();
-    qreal top = bubble.y - (symbolSize + nameHeight + spacing + QFontMetricsF(m_sizeFont).height()) / 2;
-    paintSymbol(painter, item.category, QRectF(bubble.x - symbolSize / 2, top, symbolSize, symbolSize), above);
-    top += symbolSize + spacing;
-    const BubbleText texts[] = {{name, m_bodyFont, top}, {size, m_sizeFont, top + nameHeight}};
+    const qreal top = bubble.y - (symbolSize + nameHeight + spacing + QFontMetricsF(m_sizeFont).height()) / 2;
+    const qreal below = top + symbolSize + spacing;
+    const BubbleText texts[] = {{name, m_bodyFont, below}, {size, m_sizeFont, below + nameHeight}};
+    // The shade of the texts comes before the symbol.
     paintTexts(painter, texts, bubble, above);
+    paintSymbol(painter, item.category, QRectF(bubble.x - symbolSize / 2, top, symbolSize, symbolSize), above);
 }

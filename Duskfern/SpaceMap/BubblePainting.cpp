@@ -3,6 +3,7 @@
 #include "Theme/SymbolProvider.h"
 
 #include <QtGui/QFontMetricsF>
+#include <QtGui/QPainterPath>
 #include <QtGui/QTextLayout>
 
 #include <algorithm>
@@ -46,10 +47,19 @@ std::vector<Line> linesOf(const BubbleText& text, qreal middle) {
     return lines;
 }
 
-/// Paints a soft shade, of full strength under `box`.
-void paintShade(QPainter& painter, const QRectF& box, qreal strength) {
+/// Paints a shade, of full strength under `box`: on the bubble one that fades and ends with the bubble, and where the
+/// box reaches beyond it one with a narrow edge. A wide one looks like dirt on the map.
+void paintShade(QPainter& painter, const Bubble& bubble, const QRectF& box) {
     constexpr int steps = 8;
-    constexpr qreal softness = 1.25;
+    const bool isBeyond = reachesBeyond(bubble, box);
+    const qreal strength = isBeyond ? shadeOutside : shadeInside;
+    const qreal softness = isBeyond ? 0.3 : 1.25;
+    painter.save();
+    if (!isBeyond) {
+        QPainterPath disc;
+        disc.addEllipse(boxOf(bubble));
+        painter.setClipPath(disc, Qt::IntersectClip);
+    }
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor::fromRgbF(0, 0, 0, static_cast<float>(1 - std::pow(1 - strength, 1.0 / steps))));
     for (int step = 0; step < steps; ++step) {
@@ -57,6 +67,7 @@ void paintShade(QPainter& painter, const QRectF& box, qreal strength) {
         const QRectF shade = box.adjusted(-reach - 3, -reach, reach + 3, reach);
         painter.drawRoundedRect(shade, 8 + reach, 8 + reach);
     }
+    painter.restore();
 }
 
 /// `color`, premultiplied, where `coverage` of 255 of a pixel is covered. Multiplies two channels at a time.
@@ -160,7 +171,7 @@ void paintTexts(QPainter& painter, std::span<const BubbleText> texts, const Bubb
     for (const Line& line : shown) {
         block |= line.box;
     }
-    paintShade(painter, block, reachesBeyond(bubble, block) ? shadeOutside : shadeInside);
+    paintShade(painter, bubble, block);
     painter.setPen(Qt::white);
     for (const Line& line : shown) {
         painter.setFont(line.font);

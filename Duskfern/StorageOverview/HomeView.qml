@@ -96,7 +96,7 @@ ScrollPage {
         VolumeList {
             store: root.store
             visible: count > 0
-            width: parent.width
+            width: Math.min(parent.width, Theme.widestRow)
 
             onReached: card => root.reveal(card)
         }
@@ -114,7 +114,7 @@ ScrollPage {
             cornerRadius: 7
             emptyColor: Theme.tint(Theme.primary, 0.08)
             height: 15
-            width: parent.width
+            width: Math.min(parent.width, Theme.widestRow)
         }
 
         CategoryGrid {

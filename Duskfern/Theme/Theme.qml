@@ -84,6 +84,9 @@ QtObject {
     /// How much wider than usual the text is; widths that hold a text follow it.
     readonly property real growth: Math.max(1, root.body / 15)
 
+    /// The greatest width of a row whose begin and end are read together.
+    readonly property int widestRow: 1600
+
     /// Whether the text leaves little room in the window. Insets then shrink, and what only decorates yields.
     readonly property bool compact: root.windowHeight < 34 * root.body
 

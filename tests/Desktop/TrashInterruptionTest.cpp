@@ -131,7 +131,7 @@ protected:
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(Scenes, TrashInterruption, testing::ValuesIn(scenes),
-                         [](const auto& info) { return std::string(info.param.what); });
+                         [](const auto& scene) { return std::string(scene.param.what); });
 
 TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
     onScene([this] {

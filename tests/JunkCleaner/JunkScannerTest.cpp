@@ -21,8 +21,6 @@ namespace {
 
 using Listed = std::vector<std::string>;
 
-constexpr qint64 day = 86400;
-
 class JunkScannerTest : public testing::Test, protected JunkTree {
 protected:
     JunkScannerTest() { tree.folder("home"); }

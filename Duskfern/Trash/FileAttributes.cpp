@@ -89,7 +89,9 @@ int copyAttributes(int fromFolder, const char* from, int toFolder, const char* t
     }
     if ((copy.st_uid != source.st_uid || copy.st_gid != source.st_gid) &&
         fchownat(toFolder, to, source.st_uid, source.st_gid, AT_SYMLINK_NOFOLLOW) != 0) {
-        static_cast<void>(fchownat(toFolder, to, static_cast<uid_t>(-1), source.st_gid, AT_SYMLINK_NOFOLLOW));
+        // At least the group, if that is permitted.
+        [[maybe_unused]] const int result =
+            fchownat(toFolder, to, static_cast<uid_t>(-1), source.st_gid, AT_SYMLINK_NOFOLLOW);
         // Without the same owner, a set-uid program would run as another user.
         mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
     }

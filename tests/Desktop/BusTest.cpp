@@ -1,4 +1,5 @@
 #include "Desktop/BusFileManager.h"
+#include "Desktop/GioSupport.h"
 #include "Desktop/PortalAppearance.h"
 #include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SingleInstance.h"

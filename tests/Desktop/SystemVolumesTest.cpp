@@ -6,6 +6,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 

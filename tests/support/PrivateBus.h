@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Desktop/GioSupport.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+#include <QtCore/QProcess>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusVariant>
@@ -59,24 +59,27 @@ inline QVariant anything(const QVariant& value) {
 }
 
 /// A session bus that programs and tests use while it lives: nothing reaches the one of the desktop they are run from,
-/// and no service is started by it.
+/// and no service is started by it. Not GLib's, which forks a process of many threads to watch it.
 class PrivateBus {
 public:
     PrivateBus() {
-        // GTestDBus forgets these for good.
-        const QByteArray display = qgetenv("DISPLAY");
-        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-        g_test_dbus_up(m_bus.get());
-        qputenv("DISPLAY", display);
-        qputenv("XDG_RUNTIME_DIR", runtime);
+        m_daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                                                       QStringLiteral("--config-file=" DUSKFERN_SESSION_BUS)});
+        EXPECT_TRUE(m_daemon.waitForReadyRead());
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
     }
-    ~PrivateBus() { g_test_dbus_down(m_bus.get()); }
+    ~PrivateBus() {
+        m_daemon.terminate();
+        m_daemon.waitForFinished();
+    }
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
-    [[nodiscard]] QString address() const { return QString::fromUtf8(g_test_dbus_get_bus_address(m_bus.get())); }
+    [[nodiscard]] QString address() const { return m_address; }
 
 private:
-    GObjectPtr<GTestDBus> m_bus{g_test_dbus_new(G_TEST_DBUS_NONE)};
+    QProcess m_daemon;
+    QString m_address;
 };
 
 /// Gives the tests of a suite such a bus.

@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto busPatience = 400ms;
-constexpr int busMilliseconds = 400;
+constexpr auto busMilliseconds = static_cast<int>(busPatience.count());
 /// A program that is busy for longer is taken for one that hangs.
 constexpr int otherMilliseconds = 1500;
 constexpr auto otherPatience = 4s;

@@ -56,12 +56,24 @@ ProbeBytes rarestBytes(std::string_view text, const StringArena::Block& block) {
     return probe;
 }
 
-/// Those of the places after `data` where `text` is.
+/// Those of the places after `data` that are not in the same name as `place`, a bit, and not before it.
+std::uint64_t behindName(std::uint64_t places, std::uint64_t place, const char* data) {
+    const std::uint64_t ends = ByteMask::of('\0', data) & ~(place - 1);
+    return ends == 0 ? 0 : places & ~std::uint64_t{0} << static_cast<unsigned>(std::countr_zero(ends));
+}
+
+/// Those of the places after `data` where `text` is, the first in each name: names of one letter only would be compared
+/// at each of them.
 std::uint64_t confirmed(std::uint64_t places, const char* data, std::string_view text) {
     std::uint64_t found = 0;
-    for (; places != 0; places &= places - 1) {
-        const auto place = static_cast<unsigned>(std::countr_zero(places));
-        found |= static_cast<std::uint64_t>(beginsWith(data + place, text)) << place;
+    while (places != 0) {
+        const std::uint64_t place = places & (~places + 1);
+        if (!beginsWith(data + std::countr_zero(place), text)) {
+            places ^= place;
+            continue;
+        }
+        found |= place;
+        places = behindName(places, place, data);
     }
     return found;
 }
@@ -193,7 +205,8 @@ void NumberedNames::search(std::size_t block, std::string_view text, std::uint32
     for (std::size_t step = 0; step < size; step += stepSize) {
         std::uint64_t places = ByteMask::ofBoth(first, data + step + probe.first, second, data + step + probe.second);
         if (places != 0 && !isProbed) {
-            places = confirmed(places, data + step, text);
+            // Nothing more is looked for in a name that has the text.
+            places = confirmed(continues ? behindName(places, 1, data + step) : places, data + step, text);
         }
         if (places == 0 && !continues) {
             continue;

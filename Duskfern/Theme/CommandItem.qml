@@ -24,6 +24,13 @@ T.MenuItem {
         }
     }
 
+    // A key of the window can begin what disables the command under the focus: the menu closes and gives the focus back.
+    onEnabledChanged: {
+        if (!root.enabled && root.highlighted) {
+            root.menu.dismiss();
+        }
+    }
+
     background: Rectangle {
         color: root.highlighted && root.enabled ? Theme.selection : "transparent"
         radius: 6

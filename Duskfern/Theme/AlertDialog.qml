@@ -10,9 +10,6 @@ ModalDialog {
     property string symbol: "exclamationmark.triangle.fill"
     property color symbolColor: Theme.orange
 
-    /// The whole of a name that is shortened in the message, for a hint over it; empty if none is.
-    property string wholeName: ""
-
     /// Titles of one or two buttons.
     required property list<string> buttons
 

@@ -10,6 +10,9 @@ FocusScope {
     /// Explanation below the message.
     property string informativeText: ""
 
+    /// The whole of a name that is shortened in the message; empty if none is.
+    property string wholeName: ""
+
     /// The contents of the card, in a column.
     default property alias content: column.data
 
@@ -19,7 +22,7 @@ FocusScope {
     Shade {}
 
     Rectangle {
-        Accessible.description: root.informativeText
+        Accessible.description: [root.wholeName, root.informativeText].join(" ").trim()
         Accessible.name: root.message
         Accessible.role: Accessible.Dialog
         anchors.centerIn: parent

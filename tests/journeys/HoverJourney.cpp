@@ -124,6 +124,8 @@ TEST_F(HoverJourney, WhatIsShortenedIsShownWhole) {
     ASSERT_TRUE(waitUntil([this] { return openDialog().ends_with("a la papelera?"); }));
     pointAt(openDialog(), QAccessible::StaticText);
     expectHint(name);
+    EXPECT_EQ(driver.find(openDialog(), QAccessible::Dialog)->text(QAccessible::Description).toStdString(),
+              name + " Duskfern nunca borra archivos sin esta confirmación.");
 }
 
 }  // namespace

@@ -35,6 +35,16 @@ std::thread tryStart(std::function<void()> work) noexcept {
     }
 }
 
+/// Schedulers that save energy let a new thread wait for the processor that it was started on, longer than a short work
+/// takes.
+void keepOffThisProcessor(std::thread& thread) {
+    cpu_set_t processors;
+    if (sched_getaffinity(0, sizeof processors, &processors) == 0 && CPU_COUNT(&processors) > 1) {
+        CPU_CLR(static_cast<std::size_t>(sched_getcpu()), &processors);
+        (void)pthread_setaffinity_np(thread.native_handle(), sizeof processors, &processors);
+    }
+}
+
 struct Running {
     std::mutex mutex;
     std::condition_variable ended;
@@ -97,6 +107,7 @@ void runAll(std::size_t count, const std::function<void(std::size_t)>& work) {
         if (!thread.joinable()) {
             break;
         }
+        keepOffThisProcessor(thread);
         threads.push_back(std::move(thread));
     }
     runSome();

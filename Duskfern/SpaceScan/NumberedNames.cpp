@@ -57,13 +57,15 @@ ProbeBytes rarestBytes(std::string_view text, const StringArena::Block& block) {
 }
 
 /// Those of the places after `data` that are not in the same name as `place`, a bit, and not before it.
+template <class Mask>
 std::uint64_t behindName(std::uint64_t places, std::uint64_t place, const char* data) {
-    const std::uint64_t ends = ByteMask::of('\0', data) & ~(place - 1);
+    const std::uint64_t ends = Mask::ofNul(data) & ~(place - 1);
     return ends == 0 ? 0 : places & ~std::uint64_t{0} << static_cast<unsigned>(std::countr_zero(ends));
 }
 
 /// Those of the places after `data` where `text` is, the first in each name: names of one letter only would be compared
 /// at each of them.
+template <class Mask>
 std::uint64_t confirmed(std::uint64_t places, const char* data, std::string_view text) {
     std::uint64_t found = 0;
     while (places != 0) {
@@ -73,16 +75,7 @@ std::uint64_t confirmed(std::uint64_t places, const char* data, std::string_view
             continue;
         }
         found |= place;
-        places = behindName(places, place, data);
-    }
-    return found;
-}
-
-/// The bits of `bits` at the places of the bits in `mask`, moved together.
-std::uint64_t gathered(std::uint64_t bits, std::uint64_t mask) {
-    std::uint64_t found = 0;
-    for (unsigned count = 0; mask != 0; mask &= mask - 1, ++count) {
-        found |= (bits >> static_cast<unsigned>(std::countr_zero(mask)) & 1) << count;
+        places = behindName<Mask>(places, place, data);
     }
     return found;
 }
@@ -112,6 +105,7 @@ void NumberedNames::append(std::string_view name) {
 }
 
 /// Tells the number of the name at an offset, for ascending offsets, by counting the NULs before it.
+template <class Mask>
 class NumberedNames::Cursor {
 public:
     Cursor(const NumberedNames& names, std::size_t block)
@@ -126,11 +120,11 @@ public:
             seek(offset);
         }
         for (; m_offset + stepSize <= offset; m_offset += stepSize) {
-            m_number += bitCount(m_ends);
+            m_number += Mask::count(m_ends);
             m_ends = endsAt(m_offset + stepSize);
         }
         if (m_offset < offset) {
-            m_number += bitCount(m_ends & below(offset - m_offset));
+            m_number += Mask::count(m_ends & below(offset - m_offset));
             m_offset = offset;
             m_ends = endsAt(offset);
         }
@@ -148,15 +142,7 @@ private:
 
     static std::uint64_t below(std::size_t place) { return (std::uint64_t{1} << place) - 1; }
 
-    /// Not std::popcount: it is a call unless the compiler may assume a processor with that instruction.
-    static std::uint32_t bitCount(std::uint64_t places) {
-        constexpr std::uint64_t all = ~std::uint64_t{0};
-        places -= (places >> 1) & (all / 3);
-        places = (places & (all / 5)) + ((places >> 2) & (all / 5));
-        return static_cast<std::uint32_t>((((places + (places >> 4)) & (all / 17)) * (all / 255)) >> 56);
-    }
-
-    [[nodiscard]] std::uint64_t endsAt(std::size_t offset) const { return ByteMask::of('\0', m_data + offset); }
+    [[nodiscard]] std::uint64_t endsAt(std::size_t offset) const { return Mask::ofNul(m_data + offset); }
 
     /// Moves to the last recorded name that begins at or before `offset`, if that is ahead.
     void seek(std::size_t offset) {
@@ -194,19 +180,20 @@ std::string_view NumberedNames::at(std::uint32_t number) const {
     return name;
 }
 
-void NumberedNames::search(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
+template <class Mask>
+void NumberedNames::searchBy(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
     const auto [data, size] = m_names.block(block);
     const ProbeBytes probe = rarestBytes(text, {data, size});
     const ByteMask::Wanted first = wanted(text[probe.first]);
     const ByteMask::Wanted second = wanted(text[probe.second]);
     const bool isProbed = text.size() <= 2;
-    Cursor cursor(*this, block);
+    Cursor<Mask> cursor(*this, block);
     bool continues = false;  // Whether the text is in the name that the step begins in.
     for (std::size_t step = 0; step < size; step += stepSize) {
-        std::uint64_t places = ByteMask::ofBoth(first, data + step + probe.first, second, data + step + probe.second);
+        std::uint64_t places = Mask::ofBoth(first, data + step + probe.first, second, data + step + probe.second);
         if (places != 0 && !isProbed) {
             // Nothing more is looked for in a name that has the text.
-            places = confirmed(continues ? behindName(places, 1, data + step) : places, data + step, text);
+            places = confirmed<Mask>(continues ? behindName<Mask>(places, 1, data + step) : places, data + step, text);
         }
         if (places == 0 && !continues) {
             continue;
@@ -215,6 +202,26 @@ void NumberedNames::search(std::size_t block, std::string_view text, std::uint32
         // The sum carries from any place in a name to the NUL at its end, or out of the step.
         std::uint64_t carried = 0;
         continues = __builtin_add_overflow(~cursor.ends(), places | (continues ? 1 : 0), &carried);
-        found.insert(base + cursor.number(), gathered(carried, cursor.ends()));
+        found.insert(base + cursor.number(), Mask::gather(carried, cursor.ends()));
     }
 }
+
+void NumberedNames::searchPlainly(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
+    searchBy<ByteMask::Common>(block, text, base, found);
+}
+
+#ifdef DUSKFERN_AVX2
+// Everything is inlined: what is not is compiled without these instructions.
+DUSKFERN_AVX2 [[gnu::flatten]] void NumberedNames::searchWide(std::size_t block, std::string_view text,
+                                                              std::uint32_t base, BitSet& found) const {
+    searchBy<ByteMask::Wide>(block, text, base, found);
+}
+
+void NumberedNames::search(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
+    ByteMask::Wide::isSupported() ? searchWide(block, text, base, found) : searchPlainly(block, text, base, found);
+}
+#else
+void NumberedNames::search(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
+    searchPlainly(block, text, base, found);
+}
+#endif

@@ -27,8 +27,16 @@ public:
     /// `text` must be in lower case, and not be empty, contain NUL or be longer than `longestText`.
     void search(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const;
 
+    /// The same without the instructions that only newer processors have.
+    void searchPlainly(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const;
+
 private:
+    template <class Mask>
     class Cursor;
+
+    template <class Mask>
+    void searchBy(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const;
+    void searchWide(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const;
 
     /// The position of every 16th name is recorded; the others are found by counting.
     static constexpr std::uint32_t stride = 16;

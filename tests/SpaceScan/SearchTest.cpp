@@ -49,7 +49,31 @@ TEST(ByteMask, FindsBothOfTwoBytes) {
     bytes[7] = bytes[20] = '\xFF';
     bytes[8] = 'A';
     bytes[21] = 'b';
-    EXPECT_EQ(ByteMask::ofBoth({'\xFF'}, bytes.data(), {'a', 'a' - 'A'}, bytes.data() + 1), 1U << 7U);
+    EXPECT_EQ(ByteMask::Common::ofBoth({'\xFF'}, bytes.data(), {'a', 'a' - 'A'}, bytes.data() + 1), 1U << 7U);
+}
+
+TEST(NumberedNames, FindTheSameOnEveryProcessor) {
+    std::mt19937 random(7);
+    NumberedNames names;
+    for (int count = 0; count < 20'000; ++count) {
+        std::string name;
+        for (auto left = 1 + random() % (count % 50 == 0 ? 200 : 30); left > 0; --left) {
+            name += "aAbB1-\xC3\xB1"[random() % 8];
+        }
+        names.append(name);
+    }
+    for (const char* text : {"a", "ab", "b1-", "\xC3\xB1", "aaaa", "1", "1-1"}) {
+        for (std::size_t block = 0; block < names.blockCount(); ++block) {
+            BitSet here(names.size() + 5);
+            BitSet everywhere(names.size() + 5);
+            names.search(block, text, 5, here);
+            names.searchPlainly(block, text, 5, everywhere);
+            EXPECT_GT(here.count(), 0) << text;
+            EXPECT_EQ(here.count(), everywhere.count()) << text;
+            here.subtract(everywhere);
+            EXPECT_EQ(here.count(), 0) << text;
+        }
+    }
 }
 
 TEST(SearchIndex, FindsNamesOverManyBlocks) {

@@ -1,8 +1,11 @@
 // What lies on the home's file system: one rename, whatever the name and kind.
 
 #include "Desktop/TrashFixture.h"
+#include "Trash/TrashNames.h"
 
 #include <sys/stat.h>
+
+#include <tuple>
 
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
 
@@ -29,6 +32,28 @@ TEST_F(TrashTest, KeepsEveryNameAndReplacesNone) {
         contents.insert(contentOf(item));
     }
     EXPECT_EQ(contents.size(), expected.size()) << "none replaced another one";
+}
+
+TEST(TrashNames, KeepTheExtensionAndWholeCharacters) {
+    const std::size_t suffix = trashInfoSuffix.size();
+    const std::tuple<const char*, std::optional<std::uint32_t>, std::size_t, const char*> rows[] = {
+        {"a.tar.gz", 2, 255, "a.2.tar.gz"},
+        {".bashrc", 2, 255, ".bashrc.2"},
+        {"v1.2 de la carta que escribí.pdf", 1, 255, "v1.2 de la carta que escribí.1.pdf"},
+        {"nandú.txt", {}, suffix + 10, "nandú.txt"},
+        {"nandú.txt", {}, suffix + 9, "nand.txt"},
+        {"nandú.txt", 12, suffix + 9, "na.12.txt"},
+        {"ab.jpeg", 7, suffix + 4, "ab.7"},
+        {"ab.jpeg", {}, 1, "a"},
+    };
+    for (const auto& [name, number, longest, expected] : rows) {
+        EXPECT_EQ(nameInTrash(name, number, longest), expected);
+    }
+    // A character of four bytes, cut anywhere; and bytes that are none.
+    for (const std::size_t size : {1U, 2U, 3U, 4U}) {
+        EXPECT_EQ(cutName("a\U0001F600b", size), "a");
+    }
+    EXPECT_EQ(cutName("\x80\x80\x80\x80\x80", 4), "\x80\x80\x80\x80");
 }
 
 TEST_F(TrashTest, NotesTheSizesOfFolders) {
@@ -81,7 +106,7 @@ TEST_F(TrashTest, FindsPathsLongerThanTheKernelTakes) {
     EXPECT_EQ(move(path), std::nullopt);
     EXPECT_EQ(originsIn(trash), Origins{path});
     EXPECT_EQ(move(folder), std::nullopt) << "a folder as deep";
-    EXPECT_EQ(mover.refusal(FileURL("/" + std::string(5000, 'x') + "/file")), TrashError::pathTooLong);
+    EXPECT_EQ(mover.refusal(FileURL('/' + std::string(5000, 'x') + "/file")), TrashError::pathTooLong);
 }
 
 TEST_F(TrashTest, LeavesOrphansAndLoneNotesAlone) {

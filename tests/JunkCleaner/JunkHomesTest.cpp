@@ -125,6 +125,7 @@ TEST_F(JunkHomes, WhatExistsOnlyOnceIsNotTicked) {
             repository .cache/work
             clone .cache/yay/package
             .cache/uv/archive/docx/default.docx
+            .cache/uv/archive/docx/.backup
             .cache/thesis.odt
             .cache/thesis.bin)");
     expected +=

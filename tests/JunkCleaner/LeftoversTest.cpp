@@ -89,6 +89,8 @@ TEST(DesktopEntry, FindsTheProgramBehindItsWrappers) {
         {"sh -c \"cd /opt/x && exec ./runner --flag; other\"", "runner other"},
         {"bash /opt/tool/start.sh", "start.sh start"},
         {"sudo -u me nice -n 5 firejail --quiet viewer", "viewer"},
+        {"taskset -c 0,1 viewer", "viewer"},
+        {"taskset 0x3 chrt -r 10 timeout -k 5 10 viewer", "viewer"},
         {"python3 -W ignore /usr/share/app/main-app.py", "main-app.py main-app"},
         {"java -cp a.jar:b.jar -jar /opt/x/Tool.jar", "Tool.jar Tool"},
         {"env", ""},
@@ -129,6 +131,8 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     tree.text("system/usr/share/applications/kde/konsole.desktop", "\xFF\xFE nonsense");
     tree.text("system/var/lib/flatpak/exports/share/applications/org.x.Player.desktop", "[Desktop Entry]\nName=P\n");
     tree.link("system/usr/share/applications/loop", tree.path("system/usr/share/applications"));
+    tree.text("menus/draw.desktop", "");
+    tree.link("system/usr/share/applications/more", tree.path("menus"));
     tree.fifo("system/usr/share/applications/pipe.desktop");
     tree.text("huge", std::string(3U << 20U, 'x') + "\n[Desktop Entry]\nName=Hidden far behind\n");
     tree.link("system/usr/share/applications/huge.desktop", tree.path("huge"));
@@ -170,7 +174,7 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     EXPECT_EQ(bundles, (std::vector<QString>{QStringLiteral("Bare"), QStringLiteral("Photo Editor"),
                                              QStringLiteral("PhotoEditor-Pro")}));
     for (const char* const name :
-         {"Archivos", "nautilus", "Nautilus", "org.gnome.Nautilus", "kde-konsole", "P", "Player", "pipe", "huge",
+         {"Archivos", "nautilus", "Nautilus", "org.gnome.Nautilus", "kde-konsole", "more-draw", "P", "Player", "pipe", "huge",
           "gimp", "ripper", "gemmy", "notepad", "Krita-5.2-x86_64", "Portal 2", "Portal Two", "quake", "Gone Home"}) {
         EXPECT_TRUE(has(name)) << name;
     }

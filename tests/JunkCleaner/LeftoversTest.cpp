@@ -173,9 +173,9 @@ TEST(DesktopApplications, AreFoundWhereTheyAreInstalled) {
     std::sort(bundles.begin(), bundles.end());
     EXPECT_EQ(bundles, (std::vector<QString>{QStringLiteral("Bare"), QStringLiteral("Photo Editor"),
                                              QStringLiteral("PhotoEditor-Pro")}));
-    for (const char* const name :
-         {"Archivos", "nautilus", "Nautilus", "org.gnome.Nautilus", "kde-konsole", "more-draw", "P", "Player", "pipe", "huge",
-          "gimp", "ripper", "gemmy", "notepad", "Krita-5.2-x86_64", "Portal 2", "Portal Two", "quake", "Gone Home"}) {
+    for (const char* const name : {"Archivos", "nautilus", "Nautilus", "org.gnome.Nautilus", "kde-konsole", "more-draw",
+                                   "P", "Player", "pipe", "huge", "gimp", "ripper", "gemmy", "notepad",
+                                   "Krita-5.2-x86_64", "Portal 2", "Portal Two", "quake", "Gone Home"}) {
         EXPECT_TRUE(has(name)) << name;
     }
     for (const char* const name : {"readme", "Hidden far behind", "Nested"}) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <QtCore/QCoreApplication>
 
+#include <cstdio>
 #include <cstdlib>
 #include <utility>
 
@@ -29,10 +30,25 @@ void failOnComplaints(QtMsgType type, const QMessageLogContext& context, const Q
 using Application = QCoreApplication;
 #endif
 
+/// Ends the program when a suite cannot be set up: Googletest would mark its tests as skipped, and so would CTest.
+class SuitesMustBeSetUp final : public testing::EmptyTestEventListener {
+    void OnTestStart(const testing::TestInfo& /*test*/) override { m_isInTest = true; }
+    void OnTestEnd(const testing::TestInfo& /*test*/) override { m_isInTest = false; }
+    void OnTestPartResult(const testing::TestPartResult& result) override {
+        if (result.failed() && !m_isInTest) {
+            std::fflush(stdout);
+            std::_Exit(EXIT_FAILURE);
+        }
+    }
+
+    bool m_isInTest = false;
+};
+
 /// Runs the tests in a Spanish session whose home is a temporary one: GLib and Qt read where it is once, at the start,
 /// and no test may touch the real one.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new SuitesMustBeSetUp);  // NOLINT(*-owning-memory): taken over
     const TemporaryFolder home;
     const std::pair<const char*, const char*> folders[] = {
         {"XDG_DATA_HOME", ".local/share"},

@@ -6,17 +6,25 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <numeric>
 
 namespace {
 
 using ByteMask::stepSize;
-static_assert(NumberedNames::longestText + 2 * stepSize < StringArena::padding);
 
-/// Offsets of the two bytes of a text that a search compares first.
-struct ProbeBytes {
-    std::size_t first = 0;
-    std::size_t second = 0;
+/// The steps of a search that are taken together.
+constexpr std::size_t stepsAtOnce = 4;
+constexpr std::size_t groupSize = stepsAtOnce * stepSize;
+static_assert(NumberedNames::longestText + groupSize + stepSize < StringArena::padding);
+
+/// A byte of a text, which a search compares with 64 bytes of names at a time.
+struct Probe {
+    std::size_t offset = 0;
+    ByteMask::Wanted byte;
 };
+
+/// The bytes that are compared first, the rarest first. The last is repeated where the text is shorter.
+using Probes = std::array<Probe, 8>;
 
 constexpr bool isSmallLetter(char byte) {
     return byte >= 'a' && byte <= 'z';
@@ -32,41 +40,42 @@ bool beginsWith(const char* name, std::string_view text) {
                       [](char wanted, char byte) { return wanted == inLowerCase(byte); });
 }
 
-/// A byte of a text, for a comparison with 64 bytes of names at a time.
 ByteMask::Wanted wanted(char byte) {
     // Capital letters differ from small ones in one bit.
     return {byte, isSmallLetter(byte) ? char{'a' - 'A'} : '\0'};
 }
 
-/// The two rarest bytes give the fewest candidates. Their frequency is estimated from a sample.
-ProbeBytes rarestBytes(std::string_view text, const StringArena::Block& block) {
+/// The rarest bytes give the fewest candidates. Their frequency is estimated from a sample.
+Probes rarestBytes(std::string_view text, const StringArena::Block& block) {
     std::array<std::uint32_t, 256> counts{};
     for (const char byte : std::string_view(block.data, std::min<std::size_t>(block.size, 4096))) {
         ++counts.at(static_cast<unsigned char>(inLowerCase(byte)));
     }
-    const auto count = [&](std::size_t at) { return counts.at(static_cast<unsigned char>(text[at])); };
-    ProbeBytes probe;
-    for (std::size_t at = 1; at < text.size(); ++at) {
-        probe.first = count(at) < count(probe.first) ? at : probe.first;
+    std::vector<std::size_t> offsets(text.size());
+    std::iota(offsets.begin(), offsets.end(), std::size_t{0});
+    Probes probes{};
+    const std::size_t count = std::min(text.size(), probes.size());
+    std::partial_sort(offsets.begin(), offsets.begin() + static_cast<std::ptrdiff_t>(count), offsets.end(),
+                      [&](std::size_t a, std::size_t b) {
+                          return counts.at(static_cast<unsigned char>(text[a])) <
+                                 counts.at(static_cast<unsigned char>(text[b]));
+                      });
+    for (std::size_t probe = 0; probe < probes.size(); ++probe) {
+        const std::size_t offset = offsets[std::min(probe, count - 1)];
+        probes.at(probe) = {offset, wanted(text[offset])};
     }
-    probe.second = text.size() > 1 && probe.first == 0 ? 1 : 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        probe.second = at != probe.first && count(at) < count(probe.second) ? at : probe.second;
-    }
-    return probe;
+    return probes;
 }
 
-/// Those of the places after `data` that are not in the same name as `place`, a bit, and not before it.
-template <class Mask>
-std::uint64_t behindName(std::uint64_t places, std::uint64_t place, const char* data) {
-    const std::uint64_t ends = Mask::ofNul(data) & ~(place - 1);
+/// Those of `places` that are not in the same name as `place`, a bit, and not before it. `ends` are the NULs.
+std::uint64_t behindName(std::uint64_t places, std::uint64_t place, std::uint64_t ends) {
+    ends &= ~(place - 1);
     return ends == 0 ? 0 : places & ~std::uint64_t{0} << static_cast<unsigned>(std::countr_zero(ends));
 }
 
 /// Those of the places after `data` where `text` is, the first in each name: names of one letter only would be compared
 /// at each of them.
-template <class Mask>
-std::uint64_t confirmed(std::uint64_t places, const char* data, std::string_view text) {
+std::uint64_t confirmed(std::uint64_t places, std::uint64_t ends, const char* data, std::string_view text) {
     std::uint64_t found = 0;
     while (places != 0) {
         const std::uint64_t place = places & (~places + 1);
@@ -75,7 +84,7 @@ std::uint64_t confirmed(std::uint64_t places, const char* data, std::string_view
             continue;
         }
         found |= place;
-        places = behindName<Mask>(places, place, data);
+        places = behindName(places, place, ends);
     }
     return found;
 }
@@ -183,26 +192,42 @@ std::string_view NumberedNames::at(std::uint32_t number) const {
 template <class Mask>
 void NumberedNames::searchBy(std::size_t block, std::string_view text, std::uint32_t base, BitSet& found) const {
     const auto [data, size] = m_names.block(block);
-    const ProbeBytes probe = rarestBytes(text, {data, size});
-    const ByteMask::Wanted first = wanted(text[probe.first]);
-    const ByteMask::Wanted second = wanted(text[probe.second]);
-    const bool isProbed = text.size() <= 2;
+    const Probes probes = rarestBytes(text, {data, size});
+    const auto placesOfPair = [&probes, data = data](std::size_t probe, std::size_t step) {
+        const Probe& first = probes[probe];
+        const Probe& second = probes[probe + 1];
+        return Mask::ofBoth(first.byte, data + step + first.offset, second.byte, data + step + second.offset);
+    };
     Cursor<Mask> cursor(*this, block);
     bool continues = false;  // Whether the text is in the name that the step begins in.
-    for (std::size_t step = 0; step < size; step += stepSize) {
-        std::uint64_t places = Mask::ofBoth(first, data + step + probe.first, second, data + step + probe.second);
-        if (places != 0 && !isProbed) {
-            // Nothing more is looked for in a name that has the text.
-            places = confirmed<Mask>(continues ? behindName<Mask>(places, 1, data + step) : places, data + step, text);
+    for (std::size_t group = 0; group < size; group += groupSize) {
+        std::array<std::uint64_t, stepsAtOnce> candidates{};
+        std::uint64_t any = 0;
+        for (std::size_t at = 0; at < stepsAtOnce; ++at) {
+            candidates[at] = placesOfPair(0, group + at * stepSize);
+            any |= candidates[at];
         }
-        if (places == 0 && !continues) {
+        if (any == 0 && !continues) {
             continue;
         }
-        cursor.moveTo(step);
-        // The sum carries from any place in a name to the NUL at its end, or out of the step.
-        std::uint64_t carried = 0;
-        continues = __builtin_add_overflow(~cursor.ends(), places | (continues ? 1 : 0), &carried);
-        found.insert(base + cursor.number(), Mask::gather(carried, cursor.ends()));
+        // From here on nearly without branches, which a processor could not predict.
+        const std::size_t end = std::min(size, group + groupSize);
+        for (std::size_t step = group; step < end; step += stepSize) {
+            std::uint64_t places = candidates[(step - group) / stepSize];
+            for (std::size_t probe = 2; probe < std::min(text.size(), probes.size()); probe += 2) {
+                places &= placesOfPair(probe, step);
+            }
+            cursor.moveTo(step);
+            if (text.size() > probes.size() && places != 0) {
+                // Nothing more is looked for in a name that has the text.
+                places = confirmed(continues ? behindName(places, 1, cursor.ends()) : places, cursor.ends(),
+                                   data + step, text);
+            }
+            // The sum carries from any place in a name to the NUL at its end, or out of the step.
+            std::uint64_t carried = 0;
+            continues = __builtin_add_overflow(~cursor.ends(), places | (continues ? 1 : 0), &carried);
+            found.insert(base + cursor.number(), Mask::gather(carried, cursor.ends()));
+        }
     }
 }
 

@@ -43,17 +43,14 @@ std::string_view SearchIndex::nameOf(std::uint32_t number) const {
 }
 
 BitSet SearchIndex::search(std::string_view text) const {
-    BitSet found(m_size);
-    if (text.size() > NumberedNames::longestText) {
-        return found;
-    }
-    if (text.empty()) {
-        found.fill(m_size);
-        return found;
+    if (text.empty() || text.size() > NumberedNames::longestText) {
+        BitSet allOrNone(m_size);
+        allOrNone.fill(text.empty() ? m_size : 0);
+        return allOrNone;
     }
     Found all = searchBlocks(text);
     // Names that are not ASCII only count by their folded form: "e" is not in an "e" that an accent follows.
-    found = std::move(all.names);
+    BitSet found = std::move(all.names);
     found.subtract(m_isFolded);
     found.insertRanked(all.folded, m_isFolded);
     return found;

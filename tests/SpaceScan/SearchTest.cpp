@@ -94,7 +94,8 @@ TEST(SearchIndex, FindsNamesOverManyBlocks) {
         }
         index.add(std::move(part));
     }
-    for (const char* text : {"a", "ab", "7", "77777", "12345", "999", "bbbbbbbbbb", "0a", "0ß", "nothing", ""}) {
+    for (const char* text : {"a", "ab", "7", "77777", "12345", "999", "bbbbbbbbbb", "0a", "0ß", "nothing", "aaaaaaaa",
+                             "aaaaaaaaa", "4aaaaaaaaaaaaaaa", ""}) {
         std::vector<std::uint32_t> found;
         index.search(text).forEach([&](std::uint32_t number) { found.push_back(number); });
         std::vector<std::uint32_t> expected;

@@ -8,8 +8,10 @@
 #include <dirent.h>
 #include <fcntl.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -91,7 +93,22 @@ constexpr MarkRow markRows[] = {
      fetched, "made by libraries"},
 };
 
-/// The rows of one kind, for quick look-ups: most names are looked up by their extension.
+/// The first bytes and the lengths of some folded texts: tells at once of most others that they are none of them.
+class TextShapes {
+public:
+    void add(std::string_view text) { m_lengths.at(indexOf(text.front())) |= lengthBit(text); }
+    [[nodiscard]] bool mayContain(std::string_view text) const {
+        return !text.empty() && (m_lengths.at(indexOf(text.front())) & lengthBit(text)) != 0;
+    }
+
+private:
+    static std::size_t indexOf(char byte) { return static_cast<unsigned char>(foldedByte(byte)); }
+    static std::uint64_t lengthBit(std::string_view text) { return std::uint64_t{1} << (text.size() % 64); }
+
+    std::array<std::uint64_t, 256> m_lengths{};  ///< By the first byte; a bit for each length modulo 64.
+};
+
+/// The rows of one kind, for quick look-ups: every name in a junk scan is looked up, and nearly none is in a table.
 template <class Value>
 class NameTable {
 public:
@@ -100,8 +117,10 @@ public:
             const std::string folded = foldedName(name);
             if (folded.find('*') == std::string::npos) {
                 m_names.emplace(folded, value);
+                m_nameShapes.add(folded);
             } else if (folded.starts_with("*.") && folded.find('.', 2) == std::string::npos) {
                 m_extensions.emplace(folded.substr(2), value);
+                m_extensionShapes.add(std::string_view(folded).substr(2));
             } else {
                 m_patterns.emplace_back(folded, value);
             }
@@ -109,17 +128,22 @@ public:
     }
 
     [[nodiscard]] std::optional<Value> find(std::string_view name) const {
-        const std::string folded = foldedName(name);
-        if (const auto found = m_names.find(folded); found != m_names.end()) {
-            return found->second;
+        if (name.empty()) {
+            return std::nullopt;
         }
-        if (const std::size_t dot = folded.rfind('.'); dot != std::string::npos) {
-            if (const auto found = m_extensions.find(folded.substr(dot + 1)); found != m_extensions.end()) {
+        if (m_nameShapes.mayContain(name)) {
+            if (const auto found = m_names.find(foldedName(name)); found != m_names.end()) {
+                return found->second;
+            }
+        }
+        const std::string_view extension = name.substr(std::min(name.rfind('.'), name.size() - 1) + 1);
+        if (m_extensionShapes.mayContain(extension)) {
+            if (const auto found = m_extensions.find(foldedName(extension)); found != m_extensions.end()) {
                 return found->second;
             }
         }
         for (const auto& [pattern, value] : m_patterns) {
-            if (matchesPattern(folded, pattern)) {
+            if (mayMatch(name, pattern) && matchesPattern(foldedName(name), pattern)) {
                 return value;
             }
         }
@@ -127,6 +151,14 @@ public:
     }
 
 private:
+    /// Whether an end of the pattern that is no "*" is the name's.
+    static bool mayMatch(std::string_view name, std::string_view pattern) {
+        return pattern.front() == '*' ? foldedByte(name.back()) == pattern.back()
+                                      : foldedByte(name.front()) == pattern.front();
+    }
+
+    TextShapes m_nameShapes;
+    TextShapes m_extensionShapes;
     std::unordered_map<std::string, Value> m_names;
     std::unordered_map<std::string, Value> m_extensions;
     std::vector<std::pair<std::string, Value>> m_patterns;

@@ -4,9 +4,7 @@
 
 std::string foldedName(std::string_view name) {
     std::string folded(name);
-    std::transform(folded.begin(), folded.end(), folded.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    });
+    std::transform(folded.begin(), folded.end(), folded.begin(), foldedByte);
     return folded;
 }
 

@@ -5,6 +5,9 @@
 #include <string_view>
 
 /// ASCII lower case, independent of the locale (Turkish maps "I" differently).
+constexpr char foldedByte(char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
 [[nodiscard]] std::string foldedName(std::string_view name);
 
 /// Whether a folded name matches a folded pattern, in which one "*" may stand for any text.

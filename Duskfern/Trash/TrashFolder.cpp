@@ -57,8 +57,9 @@ Descriptor openOrMake(const FileURL& url) {
                            : Descriptor();
 }
 
-bool isFolder(const FileURL& url) {
-    return openPath(url, O_PATH | O_DIRECTORY).isOpen();
+/// Whether there is no such folder. Without descriptors that cannot be found out.
+bool isMissing(const FileURL& url) {
+    return !openPath(url, O_PATH | O_DIRECTORY).isOpen() && !isShortage(errno);
 }
 
 /// Whether a Trash at the top of a file system belongs to the user, or to root as all files do on some file systems.
@@ -70,7 +71,7 @@ bool isOwnFolder(int folder) {
 }  // namespace
 
 std::optional<TrashError> TrashFolder::openHome(const TrashHome& home) {
-    if (!isFolder(home.trash()) && !isFolder(home.home) && isAtOrBelow(home.dataHome.path(), home.home.path())) {
+    if (isMissing(home.trash()) && isMissing(home.home) && isAtOrBelow(home.dataHome.path(), home.home.path())) {
         return TrashError::noHome;
     }
     m_root = openOrMake(home.trash());

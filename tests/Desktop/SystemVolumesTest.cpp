@@ -285,6 +285,13 @@ TEST(SystemVolumes, TellWhatTheKernelTells) {
         return VolumeValues();
     };
     EXPECT_FALSE(valuesAt("/").name.value_or(QString()).isEmpty()) << "a label, or the system's name";
+    const std::vector<Mount> mounts = currentMounts();
+    const auto kernels =
+        std::find_if(mounts.begin(), mounts.end(), [](const Mount& row) { return row.target == "/proc"; });
+    ASSERT_NE(kernels, mounts.end());
+    const std::optional<VolumeValues> nameless = valuesOf(*kernels);
+    ASSERT_TRUE(nameless);
+    EXPECT_EQ(nameless->name, std::nullopt) << "the system's name is only that of its root";
     EXPECT_EQ(valuesOf(mountAt("/nowhere", "ext4", "/dev/none")), std::nullopt);
     EXPECT_EQ(valuesOf(mountAt("/etc/passwd", "ext4", "/dev/none")), std::nullopt) << "a file is no disk";
 

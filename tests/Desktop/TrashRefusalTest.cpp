@@ -146,6 +146,7 @@ TEST_F(TrashTest, TellsWhatIsWrongWithTheTrash) {
     EXPECT_EQ(move(path), TrashError::noTrash);
     fs::remove(trash);
     ASSERT_EQ(move(make("first")), std::nullopt);
+    const fs::path deep = make("a/b/c/file", std::string(8192, 'x')).parent_path().parent_path().parent_path();
     inPrivateMounts([&] {
         becomeOrdinary(root.path());
         for (const char* closed : {"info", "files"}) {
@@ -154,9 +155,18 @@ TEST_F(TrashTest, TellsWhatIsWrongWithTheTrash) {
             fs::permissions(trash / closed, fs::perms::owner_all);
         }
         EXPECT_EQ(originsIn(trash).size(), 1U) << "no note is left";
-        const rlimit few{3, 3};
-        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+        const rlimit none{3, 100};
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
         EXPECT_EQ(mover.move(url, {}), TrashError::tooManyOpen);
+        // With few, everything is looked at before the move, or nothing is moved.
+        std::optional<TrashError> error = TrashError::tooManyOpen;
+        for (rlim_t limit = 4; limit < 100 && error == TrashError::tooManyOpen; ++limit) {
+            const rlimit few{limit, 100};
+            ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+            error = move(deep);
+        }
+        EXPECT_EQ(error, std::nullopt);
+        EXPECT_GE(std::stoll(contentOf(trash / "directorysizes")), 8192);
     });
 }
 

@@ -88,6 +88,7 @@ TEST(DesktopEntry, FindsTheProgramBehindItsWrappers) {
         {"/snap/bin/snap run spotify %U", "spotify"},
         {"sh -c \"cd /opt/x && exec ./runner --flag; other\"", "runner other"},
         {"bash /opt/tool/start.sh", "start.sh start"},
+        {"sh -c \"test -f x; [ -f y ] && export A=1; viewer\"", "viewer"},
         {"sudo -u me nice -n 5 firejail --quiet viewer", "viewer"},
         {"taskset -c 0,1 viewer", "viewer"},
         {"taskset 0x3 chrt -r 10 timeout -k 5 10 viewer", "viewer"},

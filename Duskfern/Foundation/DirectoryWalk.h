@@ -63,8 +63,8 @@ public:
     /// An entry of that folder that is left out because its name begins with a dot; "." and ".." among them.
     virtual void hiddenEntry(std::string_view /*name*/) {}
 
-    /// Something that could not be examined: an entry without a readable status, or something skipped after a timeout.
-    /// A folder that may not be listed is not reported.
+    /// Something in that folder, or the folder itself, could not be examined: an entry without a readable status, or
+    /// something skipped after a timeout. A folder that may not be listed is not reported.
     virtual void unreadable() = 0;
 };
 

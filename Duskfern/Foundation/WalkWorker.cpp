@@ -184,6 +184,7 @@ bool WalkWorker::openDespiteShortage() {
         openOnce();
     }
     if (isShort()) {
+        beginFolder();
         m_visitor.unreadable();
     } else {
         m_shortages = 0;
@@ -227,6 +228,7 @@ std::shared_ptr<Descriptor> WalkWorker::openFrom(const std::shared_ptr<Descripto
     // searched, it is reported as unreadable.
     if (!opened->isOpen() && errno == EACCES &&
         !callDisk(DiskCall::open, [base, path] { return fileStatus(base->number(), path.c_str()); })) {
+        beginFolder();
         m_visitor.unreadable();
         errno = EACCES;
     }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -226,7 +227,11 @@ bool isPrivateKey(std::string_view text) {
 }
 
 bool hasOwnCommits(int repository) {
-    if (const auto log = readSmallFile(repository, "logs/HEAD", maximumLog, FollowLinks::no)) {
+    const auto log = readSmallFile(repository, "logs/HEAD", maximumLog, FollowLinks::no);
+    if (!log && mayBeThere(errno)) {
+        return true;
+    }
+    if (log) {
         // A line ends with what was done: "clone: from …", "pull: Fast-forward", "commit (initial): …".
         bool isCommit = false;
         forEachPart(*log, '\n', [&](std::string_view line) {
@@ -241,6 +246,10 @@ bool hasOwnCommits(int repository) {
     const auto packed = readSmallFile(repository, "packed-refs", maximumLog, FollowLinks::no);
     return config && config->find("[remote ") == std::string::npos &&
            (hasEntries(repository, "refs/heads") || (packed && packed->find("refs/heads/") != std::string::npos));
+}
+
+bool mayBeThere(int error) {
+    return isShortage(error) || error == EACCES || error == EIO;
 }
 
 }  // namespace ContentSigns

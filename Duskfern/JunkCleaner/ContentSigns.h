@@ -42,7 +42,11 @@ enum Mark : std::uint8_t {
 /// Whether the contents of a file are those of a private key; of `text` the beginning is enough.
 [[nodiscard]] bool isPrivateKey(std::string_view text);
 
-/// Whether the repository whose folder of data is open has commits that were made here. Reads few small files.
+/// Whether the repository whose folder of data is open has commits that were made here, or cannot be read. Reads few
+/// small files.
 [[nodiscard]] bool hasOwnCommits(int repository);
+
+/// Whether something that could not be opened, with this errno, may be there all the same.
+[[nodiscard]] bool mayBeThere(int error);
 
 }  // namespace ContentSigns

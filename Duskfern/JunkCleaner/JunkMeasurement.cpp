@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <numeric>
 #include <utility>
 
@@ -107,7 +108,12 @@ public:
         }
     }
 
-    void unreadable() override {}
+    /// It may be what exists only once.
+    void unreadable() override {
+        if (m_look == ContentLook::onlyCopies && !has(ContentSigns::fetched)) {
+            found(Test::none, {});
+        }
+    }
 
     void endFolder() override {
         if (m_look == ContentLook::localBuilds && (m_isBuiltHere || (m_hasArtifact && !m_isFetched))) {
@@ -180,13 +186,13 @@ bool isSign(const Question& question) {
                                   ? openPathAt(base.number(), folder, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK)
                                   : Descriptor();
     if (!opened.isOpen()) {
-        return false;
+        return ContentSigns::mayBeThere(errno);
     }
     if (question.test == Test::ownCommits) {
         return ContentSigns::hasOwnCommits(opened.number());
     }
     const auto text = readSmallFile(opened.number(), question.name.c_str(), 4096, FollowLinks::no);
-    return text && ContentSigns::isPrivateKey(*text);
+    return text ? ContentSigns::isPrivateKey(*text) : ContentSigns::mayBeThere(errno);
 }
 
 /// Reads what has to be read, on a thread that is not waited for if the disk does not answer.

@@ -1,14 +1,18 @@
 #include "JunkCleaner/JunkScanner.h"
 #include "JunkTree.h"
 #include "support/FakeDesktop.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 
 namespace {
+
+namespace fs = std::filesystem;
 
 /// A home as programs leave it, described by lines: a path for a file, or one of the words below before it.
 class JunkHomes : public testing::Test, protected JunkTree {
@@ -132,6 +136,29 @@ TEST_F(JunkHomes, WhatExistsOnlyOnceIsNotTicked) {
         "- .cache/kept · kept\n+ .cache/pki1 · pki1\n+ .cache/tests · tests\n+ .cache/thesis.bin · bin\n"
         "- .cache/thesis.odt · odt\n+ .cache/uv · uv\n- .cache/work · work\n+ .cache/yay · yay\n";
     EXPECT_EQ(scan(), expected);
+}
+
+TEST_F(JunkHomes, WhatCannotBeReadIsNotTicked) {
+    make(R"(.cache/plain/a
+            certificate .cache/closed/ca.pem
+            clone .cache/cloned
+            .cache/unsearchable/b
+            .cache/unsearchable/sub/a
+            .cache/uv/b
+            .cache/uv/sub/a)");
+    fs::permissions(tree.path("home/.cache/closed/ca.pem"), fs::perms::none);
+    fs::permissions(tree.path("home/.cache/cloned/.git/logs/HEAD"), fs::perms::none);
+    for (const char* const folder : {"unsearchable", "uv"}) {
+        fs::permissions(tree.path(std::string("home/.cache/") + folder + "/sub"), fs::perms::owner_read);
+    }
+    OrdinaryUser::own(tree.path());
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree.path())) {
+        OrdinaryUser::own(entry.path().string());
+    }
+    const OrdinaryUser user;
+    EXPECT_EQ(scan(),
+              "- .cache/cloned · cloned\n- .cache/closed · closed\n+ .cache/plain · plain\n"
+              "- .cache/unsearchable · unsearchable\n+ .cache/uv · uv\n");
 }
 
 TEST_F(JunkHomes, SecretsAndAPersonsDataAreNoLeftovers) {

@@ -71,7 +71,8 @@ TEST(FileScanner, ReturnsWhatASequentialWalkReturnsTiesIncluded) {
         std::vector<std::string> folders{""};
         for (unsigned i = 0; i < 5 + below(40); ++i) {
             static const char* const endings[] = {"", "", "\xFF", "\n", ".app", ".d", ".key"};
-            const std::string name = (below(12) == 0 ? "." : "") + ("f" + std::to_string(i)) + endings[below(7)];
+            const std::string name =
+                std::string(below(12) == 0 ? ".f" : "f").append(std::to_string(i)).append(endings[below(7)]);
             folders.push_back(folders[below(static_cast<unsigned>(folders.size()))] + name + "/");
             tree.folder(folders.back() + "x");
         }

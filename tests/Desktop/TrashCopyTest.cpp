@@ -33,6 +33,7 @@ void makeTreasure(const fs::path& tree) {
     for (const char* name : {"file", "sub"}) {
         // Where a file system has no such attributes there is none to lose.
         (void)setxattr((tree / name).c_str(), "user.note", "value", 5, 0);
+        (void)setxattr((tree / name).c_str(), "user.empty", "", 0, 0);
     }
     // The user may write, as the mask allows: version 2, then tag, permissions and id of each entry.
     const std::string list(

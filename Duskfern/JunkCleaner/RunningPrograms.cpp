@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <memory>
 #include <optional>
@@ -60,9 +61,11 @@ std::string_view lastPart(std::string_view text, char separator) {
 /// Environment variables that name what a process belongs to.
 constexpr std::string_view identifying[] = {"FLATPAK_ID=", "SNAP_NAME=", "SNAP_INSTANCE_NAME="};
 
-/// The beginning of a file of /proc, whose length is not known before it is read.
-std::string contentsOf(int proc, const std::string& file) {
+/// The beginning of a file of /proc, whose length is not known before it is read. Clears `isComplete` if it could not
+/// be opened for lack of descriptors or memory.
+std::string contentsOf(int proc, const std::string& file, bool& isComplete) {
     const Descriptor descriptor(openat(proc, file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    isComplete = isComplete && (descriptor.isOpen() || !isShortage(errno));
     std::string text(descriptor.isOpen() ? maximumText : 0, '\0');
     std::size_t size = 0;
     for (ssize_t count = 1; count > 0 && size < text.size();
@@ -73,8 +76,9 @@ std::string contentsOf(int proc, const std::string& file) {
     return text;
 }
 
-void addProcess(int proc, const std::string& number, NameSet& names) {
-    const auto contents = [&](const char* file) { return contentsOf(proc, number + '/' + file); };
+/// The same for all that is read of a process.
+void addProcess(int proc, const std::string& number, NameSet& names, bool& isComplete) {
+    const auto contents = [&](const char* file) { return contentsOf(proc, number + '/' + file, isComplete); };
     forEachPart(contents("comm"), '\n', [&](std::string_view name) { names.insert(foldedName(name)); });
     forEachPart(contents("cmdline"), '\0', [&](std::string_view word) {
         // A path, a value ("-Didea.paths.selector=…"), or the main class of a Java program.
@@ -93,11 +97,23 @@ void addProcess(int proc, const std::string& number, NameSet& names) {
     });
 }
 
+constexpr std::size_t maximumNumber = 32;
+
+/// Adds the number that a lock contains. Right after it was read.
+void addOwner(const std::optional<std::string>& lock, std::vector<int>& owners) {
+    if (!lock && isShortage(errno)) {
+        owners.push_back(0);
+    } else if (const auto number = lock ? numberIn(*lock) : std::nullopt) {
+        owners.push_back(*number);
+    }
+}
+
 }  // namespace
 
-RunningPrograms RunningPrograms::read(const FileURL& proc) {
+std::optional<RunningPrograms> RunningPrograms::read(const FileURL& proc) {
     RunningPrograms running;
     const std::unique_ptr<DIR, CloseFolder> folder(opendir(proc.path().c_str()));
+    bool isComplete = folder != nullptr || !isShortage(errno);
     while (const dirent* const entry = folder != nullptr ? readdir(folder.get()) : nullptr) {
         heartbeat();
         const auto number = numberIn(entry->d_name);
@@ -107,11 +123,11 @@ RunningPrograms RunningPrograms::read(const FileURL& proc) {
         running.m_numbers.push_back(*number);
         const auto status = fileStatus(dirfd(folder.get()), entry->d_name);
         if (status && status->owner == geteuid()) {
-            addProcess(dirfd(folder.get()), entry->d_name, running.m_names);
+            addProcess(dirfd(folder.get()), entry->d_name, running.m_names, isComplete);
         }
     }
     std::sort(running.m_numbers.begin(), running.m_numbers.end());
-    return running;
+    return isComplete ? std::optional(std::move(running)) : std::nullopt;
 }
 
 bool RunningPrograms::runs(std::string_view name) const {
@@ -145,16 +161,13 @@ std::vector<int> lockOwners(int folder) {
         }
     }
     for (const char* const name : {".pid", ".lock", "pid"}) {
-        const auto text = readSmallFile(folder, name, 32, FollowLinks::no);
-        if (const auto number = text ? numberIn(*text) : std::nullopt) {
-            owners.push_back(*number);
-        }
+        addOwner(readSmallFile(folder, name, maximumNumber, FollowLinks::no), owners);
     }
     return owners;
 }
 
 std::vector<int> lockOwner(const FileURL& file) {
-    const auto text = readSmallFile(AT_FDCWD, file.path().c_str(), 32);
-    const auto number = text ? numberIn(*text) : std::nullopt;
-    return number ? std::vector{*number} : std::vector<int>();
+    std::vector<int> owners;
+    addOwner(readSmallFile(AT_FDCWD, file.path().c_str(), maximumNumber), owners);
+    return owners;
 }

@@ -3,6 +3,7 @@
 #include "Foundation/FileURL.h"
 #include "Foundation/NameSet.h"
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -10,8 +11,9 @@
 class RunningPrograms {
 public:
     /// The user's processes in /proc: the names of their programs, scripts and main classes, and the identifiers of
-    /// Flatpaks and snaps. Ignores case. Blocks as long as the kernel does.
-    [[nodiscard]] static RunningPrograms read(const FileURL& proc);
+    /// Flatpaks and snaps. Ignores case. None if not all could be read for lack of descriptors or memory. Blocks as
+    /// long as the kernel does.
+    [[nodiscard]] static std::optional<RunningPrograms> read(const FileURL& proc);
 
     /// Whether a program runs whose name, or folder of data, is `name`.
     [[nodiscard]] bool runs(std::string_view name) const;
@@ -24,8 +26,9 @@ private:
     std::vector<int> m_numbers;  ///< Ascending.
 };
 
-/// The process numbers in the locks that programs leave in an open folder while they run; 0 for a lock without one.
+/// The process numbers in the locks that programs leave in an open folder while they run; 0 for a lock without one, or
+/// one that could not be read for lack of descriptors or memory.
 [[nodiscard]] std::vector<int> lockOwners(int folder);
 
-/// The process number at the beginning of a small file; nothing if there is none.
+/// The process number at the beginning of a small file, likewise; nothing if there is none.
 [[nodiscard]] std::vector<int> lockOwner(const FileURL& file);

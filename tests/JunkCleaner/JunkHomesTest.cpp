@@ -1,7 +1,9 @@
 #include "JunkCleaner/JunkScanner.h"
+#include "JunkCleaner/RunningPrograms.h"
 #include "JunkTree.h"
 #include "support/FakeDesktop.h"
 #include "support/OrdinaryUser.h"
+#include "support/Shortage.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -159,6 +161,23 @@ TEST_F(JunkHomes, WhatCannotBeReadIsNotTicked) {
     EXPECT_EQ(scan(),
               "- .cache/cloned · cloned\n- .cache/closed · closed\n+ .cache/plain · plain\n"
               "- .cache/unsearchable · unsearchable\n+ .cache/uv · uv\n");
+}
+
+TEST_F(JunkHomes, EveryProgramMayRunWhereTheyCannotBeRead) {
+    make("process 7 /usr/bin/editor");
+    const FileURL proc = tree.url("system/proc");
+    const FileURL lock = tree.url("lock");
+    for (const rlim_t free : {0U, 1U}) {
+        const Limit limit = Limit::toDescriptors(free);
+        EXPECT_FALSE(RunningPrograms::read(proc)) << free;
+        EXPECT_EQ(lockOwner(lock), std::vector<int>(1 - free, 0)) << free;
+    }
+    EXPECT_EQ(lockOwner(lock), std::vector<int>());
+    tree.text("lock", "7\n");
+    EXPECT_EQ(lockOwner(lock), std::vector{7});
+    const auto running = RunningPrograms::read(proc);
+    ASSERT_TRUE(running);
+    EXPECT_TRUE(running->runs("Editor"));
 }
 
 TEST_F(JunkHomes, SecretsAndAPersonsDataAreNoLeftovers) {

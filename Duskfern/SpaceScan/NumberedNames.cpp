@@ -198,14 +198,19 @@ void NumberedNames::searchBy(std::size_t block, std::string_view text, std::uint
         const Probe& second = probes[probe + 1];
         return Mask::ofBoth(first.byte, data + step + first.offset, second.byte, data + step + second.offset);
     };
+    const std::size_t probeCount = std::min(text.size(), probes.size());
     Cursor<Mask> cursor(*this, block);
     bool continues = false;  // Whether the text is in the name that the step begins in.
     for (std::size_t group = 0; group < size; group += groupSize) {
         std::array<std::uint64_t, stepsAtOnce> candidates{};
-        std::uint64_t any = 0;
-        for (std::size_t at = 0; at < stepsAtOnce; ++at) {
-            candidates[at] = placesOfPair(0, group + at * stepSize);
-            any |= candidates[at];
+        candidates.fill(~std::uint64_t{0});
+        std::uint64_t any = 1;
+        for (std::size_t probe = 0; probe < probeCount && any != 0; probe += 2) {
+            any = 0;
+            for (std::size_t at = 0; at < stepsAtOnce; ++at) {
+                candidates[at] &= placesOfPair(probe, group + at * stepSize);
+                any |= candidates[at];
+            }
         }
         if (any == 0 && !continues) {
             continue;
@@ -214,9 +219,6 @@ void NumberedNames::searchBy(std::size_t block, std::string_view text, std::uint
         const std::size_t end = std::min(size, group + groupSize);
         for (std::size_t step = group; step < end; step += stepSize) {
             std::uint64_t places = candidates[(step - group) / stepSize];
-            for (std::size_t probe = 2; probe < std::min(text.size(), probes.size()); probe += 2) {
-                places &= placesOfPair(probe, step);
-            }
             cursor.moveTo(step);
             if (text.size() > probes.size() && places != 0) {
                 // Nothing more is looked for in a name that has the text.

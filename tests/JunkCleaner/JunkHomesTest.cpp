@@ -178,6 +178,7 @@ TEST_F(JunkHomes, EveryProgramMayRunWhereTheyCannotBeRead) {
     const auto running = RunningPrograms::read(proc);
     ASSERT_TRUE(running);
     EXPECT_TRUE(running->runs("Editor"));
+    EXPECT_TRUE(running->runs("program")) << "as the kernel calls it";
 }
 
 TEST_F(JunkHomes, SecretsAndAPersonsDataAreNoLeftovers) {
@@ -280,6 +281,7 @@ TEST_F(JunkHomes, FlatpaksSnapsElectronAndGames) {
             .config/Slack/Local Storage/a
             .config/Slack/Partitions/main/DawnCache/a
             .config/Microsoft/Teams/GPUCache/a
+            .config/Microsoft/Teams/Service Worker/CacheStorage/a
             .config/discord/Cache/a
             .config/discord/Cookies
             link .config/discord/SingletonLock host-77
@@ -305,6 +307,7 @@ TEST_F(JunkHomes, FlatpaksSnapsElectronAndGames) {
     EXPECT_EQ(scan(), R"(+ .cache/Slack · Slack
 ? .config/Gone App
 + .config/Microsoft/Teams/GPUCache · Teams
++ .config/Microsoft/Teams/Service Worker/CacheStorage · Teams
 + .config/Slack/Cache · Slack
 + .config/Slack/Code Cache · Slack
 + .config/Slack/Partitions/main/DawnCache · Slack

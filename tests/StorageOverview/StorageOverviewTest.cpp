@@ -102,6 +102,7 @@ protected:
 
 TEST_F(Home, IsMeasuredByKind) {
     EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 0, 0, 0, 1000}));
+    EXPECT_EQ(StorageOverviewScanner::categories(std::nullopt, paths).categories.back().size, 0);
     files({"home/Music/a", "home/Movies/a", "home/Pictures/a", "home/Documents/a", "home/Desktop/a", "home/Downloads/a",
            "home/Applications/a", "system/Applications/a", "system/opt/a", "system/var/lib/flatpak/app/a",
            "system/var/lib/flatpak/runtime/a", "system/var/lib/snapd/snaps/a", "home/.local/share/flatpak/app/a",

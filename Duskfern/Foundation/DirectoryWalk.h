@@ -66,6 +66,9 @@ public:
     /// Something in that folder, or the folder itself, could not be examined: an entry without a readable status, or
     /// something skipped after a timeout. A folder that may not be listed is not reported.
     virtual void unreadable() = 0;
+
+    /// An entry of that folder that is gone by the time its status is read. Counts as unreadable unless overridden.
+    virtual void vanished() { unreadable(); }
 };
 
 /// Where a walk begins. It is entered whatever its name; if it is a link, the link is followed.

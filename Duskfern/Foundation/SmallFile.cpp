@@ -29,7 +29,10 @@ std::optional<std::string> readSmallFile(int directory, const char* path, std::s
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count <= 0) {
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
             break;
         }
         size += static_cast<std::size_t>(count);

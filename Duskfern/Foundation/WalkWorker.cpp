@@ -317,7 +317,7 @@ std::optional<FileStatus> WalkWorker::status(const char* name) {
     m_hasStatus = m_hasStatus || found;
     m_isStatDenied = m_isStatDenied || (!found && errno == EACCES);
     if (!found) {
-        m_visitor.unreadable();
+        errno == ENOENT ? m_visitor.vanished() : m_visitor.unreadable();
     }
     return found;
 }

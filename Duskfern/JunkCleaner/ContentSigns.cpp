@@ -182,6 +182,7 @@ const SignTable& signsAt(Place place) {
 constexpr std::size_t maximumLog = std::size_t{256} * 1024;
 constexpr std::size_t maximumKey = 4096;
 
+/// Whether a folder has entries, or cannot be read.
 bool hasEntries(int folder, const char* name) {
     Descriptor descriptor(openat(folder, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
     struct CloseFolder {
@@ -189,7 +190,7 @@ bool hasEntries(int folder, const char* name) {
     };
     const std::unique_ptr<DIR, CloseFolder> stream(descriptor.isOpen() ? fdopendir(descriptor.number()) : nullptr);
     if (stream == nullptr) {
-        return false;
+        return mayBeThere(errno);
     }
     (void)descriptor.release();
     while (const dirent* const entry = readdir(stream.get())) {
@@ -243,9 +244,17 @@ bool hasOwnCommits(int repository) {
     }
     // Without a log, as on servers: what has branches and was not fetched from anywhere.
     const auto config = readSmallFile(repository, "config", maximumLog, FollowLinks::no);
+    if (!config) {
+        return mayBeThere(errno);
+    }
+    if (config->find("[remote ") != std::string::npos) {
+        return false;
+    }
+    if (hasEntries(repository, "refs/heads")) {
+        return true;
+    }
     const auto packed = readSmallFile(repository, "packed-refs", maximumLog, FollowLinks::no);
-    return config && config->find("[remote ") == std::string::npos &&
-           (hasEntries(repository, "refs/heads") || (packed && packed->find("refs/heads/") != std::string::npos));
+    return packed ? packed->find("refs/heads/") != std::string::npos : mayBeThere(errno);
 }
 
 bool mayBeThere(int error) {

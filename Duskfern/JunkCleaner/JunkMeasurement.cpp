@@ -115,6 +115,8 @@ public:
         }
     }
 
+    void vanished() override {}
+
     void endFolder() override {
         if (m_look == ContentLook::localBuilds && (m_isBuiltHere || (m_hasArtifact && !m_isFetched))) {
             found(Test::none, {});

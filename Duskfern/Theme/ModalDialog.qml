@@ -22,7 +22,7 @@ FocusScope {
     Shade {}
 
     Rectangle {
-        Accessible.description: root.wholeName === "" ? root.informativeText : root.wholeName + " " + root.informativeText
+        Accessible.description: (root.wholeName === "" ? "" : root.wholeName + " ") + root.informativeText
         Accessible.name: root.message
         Accessible.role: Accessible.Dialog
         anchors.centerIn: parent

@@ -2,6 +2,7 @@
 #include "JunkCleaner/RunningPrograms.h"
 #include "JunkTree.h"
 #include "support/FakeDesktop.h"
+#include "support/FuseDisk.h"
 #include "support/OrdinaryUser.h"
 #include "support/Shortage.h"
 #include "support/TemporaryFolder.h"
@@ -161,6 +162,17 @@ TEST_F(JunkHomes, WhatCannotBeReadIsNotTicked) {
     EXPECT_EQ(scan(),
               "- .cache/cloned · cloned\n- .cache/closed · closed\n+ .cache/plain · plain\n"
               "- .cache/unsearchable · unsearchable\n+ .cache/uv · uv\n");
+}
+
+TEST_F(JunkHomes, WhatFailsIsNotTickedButWhatIsGoneIs) {
+    FuseDisk disk(tree.path("home"));
+    if (!disk.isMounted()) {
+        GTEST_SKIP() << FuseDisk::whyNot;
+    }
+    make(".cache/failing/a\n .cache/failing/b\n .cache/changing/a\n .cache/changing/b");
+    disk.failStatus(".cache/failing/a", EIO);
+    disk.failStatus(".cache/changing/a", ENOENT);
+    EXPECT_EQ(scan(), "+ .cache/changing · changing\n- .cache/failing · failing\n");
 }
 
 TEST_F(JunkHomes, EveryProgramMayRunWhereTheyCannotBeRead) {

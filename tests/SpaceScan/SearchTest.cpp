@@ -60,9 +60,9 @@ TEST(NumberedNames, FindTheSameOnEveryProcessor) {
         for (auto left = 1 + random() % (count % 50 == 0 ? 200 : 30); left > 0; --left) {
             name += "aAbB1-\xC3\xB1"[random() % 8];
         }
-        names.append(name);
+        names.append(name + (count % 50 == 0 ? "aAabbBb1-1" : ""));
     }
-    for (const char* text : {"a", "ab", "b1-", "\xC3\xB1", "aaaa", "1", "1-1"}) {
+    for (const char* text : {"a", "ab", "b1-", "\xC3\xB1", "aaaa", "1", "1-1", "abab1", "aaabbbb1-1"}) {
         for (std::size_t block = 0; block < names.blockCount(); ++block) {
             BitSet here(names.size() + 5);
             BitSet everywhere(names.size() + 5);

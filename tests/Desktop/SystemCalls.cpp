@@ -11,7 +11,6 @@
 #include <sys/wait.h>
 
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -54,15 +53,7 @@ bool isWriteToPipe(pid_t child, const seccomp_data& call) {
 
 }  // namespace
 
-bool canTraceSystemCalls() {
-    const TracedRun run = runTraced([] { return dup(-1) == -1 ? errno : 1; },
-                                    [](std::size_t, int call) {
-                                        return Interruption{false, call == SYS_dup ? 7 : 0};
-                                    });
-    return run.code == 7;
-}
-
-TracedRun runTraced(const std::function<int()>& body, const std::function<Interruption(std::size_t, int)>& decide) {
+TracedRun runTraced(const std::function<int()>& body, const std::function<int(std::size_t)>& errorOf) {
     TracedRun run;
     std::fflush(nullptr);
     // The child's next descriptor has the number that this process's next one has.
@@ -87,17 +78,17 @@ TracedRun runTraced(const std::function<int()>& body, const std::function<Interr
             if (ioctl(calls.number(), SECCOMP_IOCTL_NOTIF_RECV, &request) != 0) {
                 continue;
             }
-            Interruption interruption;
+            int error = 0;
             if (!isWriteToPipe(child, request.data)) {
-                interruption = decide(run.calls.size(), request.data.nr);
+                error = errorOf(run.calls.size());
                 run.calls.push_back(request.data.nr);
             }
-            if (interruption.isKill) {
+            if (error == killInstead) {
                 kill(child, SIGKILL);
                 break;
             }
-            const unsigned flags = interruption.error == 0 ? SECCOMP_USER_NOTIF_FLAG_CONTINUE : 0;
-            seccomp_notif_resp answer{request.id, 0, -interruption.error, flags};
+            const unsigned flags = error == 0 ? SECCOMP_USER_NOTIF_FLAG_CONTINUE : 0;
+            seccomp_notif_resp answer{request.id, 0, -error, flags};
             ioctl(calls.number(), SECCOMP_IOCTL_NOTIF_SEND, &answer);
         }
         waitpid(child, &status, 0);

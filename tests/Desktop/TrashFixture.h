@@ -26,12 +26,12 @@ using Origins = std::multiset<std::string>;
 /// What lies in a folder; nothing if there is none.
 [[nodiscard]] std::vector<fs::path> entriesOf(const fs::path& folder);
 
-/// The last twelve bits of what may be done with a file or folder.
-[[nodiscard]] mode_t modeOf(const fs::path& path);
+/// Where the note of an item in a Trash folder is.
+[[nodiscard]] fs::path noteOf(const fs::path& item);
 
-/// Where the notes in a Trash folder say that the items came from, as a program that restores them would read it. An
-/// item without a note and a note that lacks something count as "broken", a note without an item as "no item:" and the
-/// path, anything else in the Trash but `directorysizes` as "litter".
+/// Where the notes in a Trash folder say that the items came from, as a program that restores them would read it:
+/// "broken" for a missing note or one that lacks something, "no item:" and the path for a note without an item,
+/// "litter" for anything else in the Trash but `directorysizes`.
 [[nodiscard]] Origins originsIn(const fs::path& trash);
 
 /// The only item in a Trash folder; empty where there is not exactly one.
@@ -65,23 +65,23 @@ protected:
     std::optional<TrashError> move(const fs::path& path, const Trash::Progress& progress = {},
                                    const std::stop_token& stop = {});
 
-    /// The same while no file can grow beyond its first bytes.
-    std::optional<TrashError> moveWithShortWrites(const fs::path& path);
+    /// The same as another start of the program.
+    [[nodiscard]] std::optional<TrashError> moveAnew(const fs::path& path) const;
+
+    /// Tries to move it while no file can grow beyond its first bytes, and sees that it stays, without a note.
+    void expectNoHalfWrittenNote(const fs::path& path, const fs::path& itsTrash);
 
     /// Tries to move it, and sees that it is told before and after why not, and stays.
     void expectRefused(const fs::path& path, TrashError error);
-
-    /// What another start of the program moves with.
-    [[nodiscard]] FreedesktopTrash nextMover() const {
-        return FreedesktopTrash({FileURL(home.string()), FileURL((home / ".local/share").string())});
-    }
 
     TemporaryFolder root;
     const fs::path home = root.path("home");
     const fs::path folder = home / "folder";
     const fs::path trash = home / ".local/share/Trash";
     const fs::path disk = root.path("disk");
-    FreedesktopTrash mover = nextMover();
+    const fs::path diskTrash = disk / (".Trash-" + std::to_string(geteuid()));
+    const TrashHome trashHome{FileURL(home.string()), FileURL((home / ".local/share").string())};
+    FreedesktopTrash mover{trashHome};
 };
 
 }  // namespace trashtest

@@ -6,30 +6,17 @@
 #include <sys/syscall.h>
 
 #include <cerrno>
+#include <tuple>
 
 using namespace trashtest;  // NOLINT(google-build-using-namespace)
 
 namespace {
 
-/// Something to move, and where.
-struct Scene {
-    const char* what;
-    bool isFolder = false;
-    bool isCopied = false;  ///< From another file system.
-    bool isFirst = false;   ///< There is no Trash yet.
-};
-
-const Scene scenes[] = {
-    {.what = "FirstFile", .isFirst = true},
-    {.what = "Folder", .isFolder = true},
-    {.what = "CopiedFile", .isCopied = true},
-    {.what = "CopiedFolder", .isFolder = true, .isCopied = true},
-};
-
-class TrashInterruption : public TrashTest, public testing::WithParamInterface<Scene> {
+/// Moves a file or a folder, on its file system or by copying it from another one.
+class TrashInterruption : public TrashTest, public testing::WithParamInterface<std::tuple<bool, bool>> {
 protected:
     /// Runs the body with a home and another file system in memory, where nothing is slow.
-    void onScene(const std::function<void()>& body) {
+    void inMemory(const std::function<void()>& body) {
         onFileSystem("tmpfs", disk, [&] {
             ASSERT_EQ(mount("home", home.c_str(), "tmpfs", 0, nullptr), 0);
             calls = run([](std::size_t) { return 0; }).calls;
@@ -41,17 +28,16 @@ protected:
         });
     }
 
-    /// Moves the scene's item, as before any move, in a process of its own.
+    /// Moves the item, as before any move, in a process of its own.
     TracedRun run(const std::function<int(std::size_t)>& errorOf) {
         std::error_code busy;  // What is mounted can only be emptied.
         fs::remove_all(home, busy);
         fs::remove_all(disk, busy);
-        if (!scene.isFirst) {
+        fs::create_directories(folder);
+        if (isFolder) {
+            // A single file finds no Trash yet.
             fs::create_directories(trash / "files");
             fs::create_directories(trash / "info");
-        }
-        fs::create_directories(folder);
-        if (scene.isFolder) {
             write(item / "one");
             write(item / "sub/two");
             fs::create_directories(item / "sub/empty");
@@ -84,19 +70,19 @@ protected:
         return origins;
     }
 
-    const Scene& scene = GetParam();
-    const fs::path item = (scene.isCopied ? disk : folder) / "item";
+    const bool isFolder = std::get<0>(GetParam());
+    const bool isCopied = std::get<1>(GetParam());
+    const fs::path item = (isCopied ? disk : folder) / "item";
     std::string before;
     std::vector<int> calls;  ///< Those of a move that nothing interrupts.
 };
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(Scenes, TrashInterruption, testing::ValuesIn(scenes),
-                         [](const auto& scene) { return std::string(scene.param.what); });
+INSTANTIATE_TEST_SUITE_P(FoldersAndCopies, TrashInterruption, testing::Combine(testing::Bool(), testing::Bool()));
 
 TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
-    onScene([this] {
+    inMemory([this] {
         for (std::size_t kill = 0; kill < calls.size(); ++kill) {
             const TracedRun killed = run([kill](std::size_t call) { return call == kill ? killInstead : 0; });
             if (killed.code) {
@@ -108,8 +94,7 @@ TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
             EXPECT_TRUE(isWholeInPlace() || isWholeInTrash()) << at;
             for (const std::string& other : others()) {
                 // A whole note may lie there already; a copy, or a list of sizes, may be unfinished beside.
-                EXPECT_TRUE(other == "no item: " + item.string() ||
-                            (other == "litter" && (scene.isCopied || scene.isFolder)))
+                EXPECT_TRUE(other == "no item: " + item.string() || (other == "litter" && (isCopied || isFolder)))
                     << other << ' ' << at;
             }
             if (!isWholeInTrash()) {
@@ -123,7 +108,7 @@ TEST_P(TrashInterruption, KilledAtAnyCallNothingIsLostOrHalf) {
 }
 
 TEST_P(TrashInterruption, WhicheverCallFailsTheAnswerIsTrue) {
-    onScene([this] {
+    inMemory([this] {
         for (const int error : {ENOSPC, EIO, EACCES, EINVAL, EXDEV}) {
             for (std::size_t at = 0; at < calls.size(); ++at) {
                 // The last two say that the file system does not know a rename's flag, or that no rename leads there.
@@ -143,7 +128,7 @@ TEST_P(TrashInterruption, WhicheverCallFailsTheAnswerIsTrue) {
 }
 
 TEST_P(TrashInterruption, WhatIsSwappedOnTheWayIsNotTaken) {
-    onScene([this] {
+    inMemory([this] {
         // At each rename and each removal from the item's folder another item gets its name.
         for (std::size_t at = 0; at < calls.size(); ++at) {
             if (calls[at] != SYS_renameat2 && calls[at] != SYS_linkat && calls[at] != SYS_fsync) {

@@ -3,9 +3,6 @@
 #include "Desktop/TrashFixture.h"
 #include "support/Shortage.h"
 
-#include <fcntl.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 
 #include <tuple>
@@ -89,22 +86,18 @@ TEST_F(TrashTest, RefusesWhatIsOfOthersWhereItCouldNotBeEmptied) {
 }
 
 TEST_F(TrashTest, RefusesWhatIsProtected) {
-    const auto protect = [](const fs::path& path, bool isProtected) {
-        const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-        int flags = 0;
-        ioctl(file.number(), FS_IOC_GETFLAGS, &flags);
-        flags = isProtected ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
-        return ioctl(file.number(), FS_IOC_SETFLAGS, &flags) == 0;
+    const auto protect = [](const char* how, const fs::path& path) {
+        return runInShell(std::string("chattr ") + how + " '" + path.string() + "' 2>/dev/null");
     };
     onFileSystem("tmpfs", disk, [&] {
         // One would be renamed, and could not be emptied; the other copied.
         for (const fs::path& path : {make("sub/file"), write(disk / "sub/file")}) {
-            if (!protect(path, true)) {
+            if (!protect("+i", path)) {
                 impossibleHere();
             }
             const auto itself = move(path);
             const auto around = move(path.parent_path());
-            protect(path, false);
+            protect("-i", path);
             EXPECT_EQ(itself, TrashError::isProtected) << path;
             EXPECT_EQ(around, TrashError::isProtected) << path;
         }

@@ -157,6 +157,7 @@ TEST_F(JunkScannerTest, NeverOffersAPersonsFoldersWhateverTheVariablesSay) {
     forEachPart(personal, '|', [this](auto folder) { tree.file("home/" + std::string(folder) + "/thesis", 4096); });
     tree.file("disk/Música/song", 4096);
     tree.file("disk/other", 4096);
+    tree.file("beside/a", 4096);
     paths.music = tree.url("disk/Música");
     install({"thesis", "Programa"});
     forEachPart(personal, '|', [this](auto name) {
@@ -167,7 +168,7 @@ TEST_F(JunkScannerTest, NeverOffersAPersonsFoldersWhateverTheVariablesSay) {
         EXPECT_EQ(list(), Listed{}) << folder;
     });
     for (const FileURL& around : {FileURL("/"), tree.url()}) {
-        paths.cacheHome = paths.temporary = around;
+        paths.cacheHome = paths.temporary = paths.dataHome = around;
         EXPECT_EQ(list(), Listed{}) << around.path();
     }
     paths.cacheHome = tree.url("disk");
@@ -199,7 +200,10 @@ TEST_F(JunkScannerTest, OneQuestionThatIsNotAnsweredHoldsUpNoOther) {
     });
     EXPECT_EQ(found.items.size(), 11U);
     ASSERT_NE(found.lateAnswer, nullptr);
+    std::promise<void> told;
+    found.lateAnswer->whenAnswered([&told] { told.set_value(); });
     answered->set_value();
+    told.get_future().wait();
     EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(10)));
 }
 

@@ -42,7 +42,6 @@ struct JunkTree {
     [[nodiscard]] std::vector<JunkItem> scan() const {
         return JunkScanner::scan(junkPlaces(paths), applications, {}).items;
     }
-    /// Where an item lies in the tree.
     [[nodiscard]] std::string placeOf(const JunkItem& item) const {
         return item.url.path().substr(tree.path().size() + 1);
     }

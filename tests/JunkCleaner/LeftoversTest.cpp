@@ -14,12 +14,10 @@ namespace {
 TEST(Leftovers, ReduceNamesToLettersAndDigits) {
     const std::pair<const char16_t*, const char16_t*> rows[] = {
         {u"Photo-Editor_Pro 2!", u"photoeditorpro2"},
-        {u"ÁRBOL · Niño", u"árbolniño"},
         {u"a\u0301rbol", u"árbol"},        // decomposed
         {u"नमस्ते", u"नमस्ते"},                // vowel signs belong to their letters
         {u"\U00010400x", u"\U00010428x"},  // beyond the basic plane
         {u"🎵 Música №½Ⅷ", u"música½ⅷ"},    // symbols go, numbers of all kinds stay
-        {u"...", u""},
     };
     for (const auto& [text, expected] : rows) {
         EXPECT_EQ(normalized(QString::fromUtf16(text)), QString::fromUtf16(expected));

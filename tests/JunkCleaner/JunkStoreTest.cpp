@@ -1,31 +1,28 @@
 #include "JunkCleaner/JunkStore.h"
 
 #include "Foundation/Threads.h"
-#include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "JunkTree.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+
 #include <atomic>
 #include <semaphore>
 #include <thread>
 
 namespace {
 
-class JunkStoreTest : public testing::Test {
+class JunkStoreTest : public testing::Test, protected JunkTree {
 protected:
     JunkStoreTest() {
-        folders.folders.home = tree.url("home");
-        folders.folders.systemRoot = tree.url("system");
-        folders.folders.cacheHome = tree.url("home/.cache");
-        folders.folders.configHome = tree.url("home/.config");
+        folders.folders = paths;
         for (int i = 1; i <= 10; ++i) {
             tree.file("home/.cache/app" + std::to_string(i) + "/a", i * 4096);
         }
         tree.file("home/.config/Olvidado/a", 100 * 4096);
     }
 
-    void scan() {
+    void find() {
         store->scan();
         ASSERT_TRUE(waitUntil([this] { return !store->isScanning(); }));
         ASSERT_EQ(store->count(), 11);
@@ -34,7 +31,7 @@ protected:
     [[nodiscard]] FileURL cache(int i) const { return tree.url("home/.cache/app" + std::to_string(i)); }
 
     void begin() {
-        scan();
+        find();
         store->cleanSelected();
         std::exchange(dialogs.confirmed, nullptr)(true);
     }
@@ -45,24 +42,19 @@ protected:
         ASSERT_TRUE(waitUntil([this] { return !store->isCleaning(); }));
     }
 
-    TemporaryFolder tree;
     const FileURL forgotten = tree.url("home/.config/Olvidado");
     FakeDialogs dialogs;
     FakeTrash trash;
     FakeFileManager fileManager;
     FakeUserFolders folders;
-    std::unique_ptr<JunkStore> store = std::make_unique<JunkStore>(
-        JunkStore::Services{dialogs, trash, fileManager, folders, std::make_shared<FakeApplications>()});
+    std::unique_ptr<JunkStore> store =
+        std::make_unique<JunkStore>(JunkStore::Services{dialogs, trash, fileManager, folders, applications});
 };
 
 TEST_F(JunkStoreTest, TicksWhatIsSafe) {
-    EXPECT_EQ(store->count(), 0);
-    EXPECT_FALSE(store->isScanning());
-    scan();
+    find();
     EXPECT_EQ(store->items().front().url, forgotten);
-    EXPECT_EQ(store->selected().size(), 10U);
     EXPECT_EQ(store->safeCount(), 10);
-    EXPECT_EQ(store->selectedSize(), 55 * 4096);
     for (const int row : {0, 1, 99}) {
         store->toggleRow(row);
     }
@@ -81,23 +73,18 @@ TEST_F(JunkStoreTest, TicksWhatIsSafe) {
 }
 
 TEST_F(JunkStoreTest, AsksBeforeItCleans) {
-    scan();
-    for (int row = 1; row <= 10; ++row) {
-        store->toggleRow(row);
-    }
     store->cleanSelected();
     EXPECT_FALSE(dialogs.confirmed) << "nothing is ticked, nothing is asked";
+    find();
     store->toggleRow(0);
+    store->toggleRow(1);
     store->cleanAllSafe();
     ASSERT_TRUE(dialogs.lastQuestion);
     EXPECT_EQ(dialogs.lastQuestion->message, QStringLiteral("¿Mover 10 elementos a la Papelera?"));
     EXPECT_EQ(dialogs.lastQuestion->informativeText,
               QStringLiteral("Liberarás aproximadamente 225 KB. Podrás recuperarlos desde la Papelera."));
-    EXPECT_EQ(dialogs.lastQuestion->confirmTitle, QStringLiteral("Limpiar"));
-    EXPECT_EQ(dialogs.lastQuestion->cancelTitle, QStringLiteral("Cancelar"));
     answer(false);
     EXPECT_TRUE(trash.moved.empty());
-    EXPECT_EQ(store->count(), 11);
     EXPECT_EQ(store->message(), std::nullopt);
     EXPECT_FALSE(store->selected().contains(forgotten)) << "unticked before the question";
 
@@ -109,12 +96,10 @@ TEST_F(JunkStoreTest, AsksBeforeItCleans) {
     EXPECT_EQ(store->count(), 1);
     EXPECT_EQ(store->selected(), JunkStore::Selection{forgotten});
     EXPECT_EQ(store->message(), QStringLiteral("Limpieza completada."));
-    store->clearMessage();
-    EXPECT_EQ(store->message(), std::nullopt);
 }
 
 TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
-    scan();
+    find();
     trash.refused = {cache(2), cache(5), cache(9)};
     trash.reasons[cache(5)] = TrashError::gone;
     store->cleanSelected();
@@ -127,36 +112,33 @@ TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
     EXPECT_EQ(store->message(), QStringLiteral("Limpieza parcial: 3 elementos no se pudieron mover."));
     EXPECT_EQ(store->messageReasons(), QStringLiteral("No tienes permiso: 2\nYa no existe: 1"));
     store->clearMessage();
-    EXPECT_EQ(store->messageReasons(), QString());
+    EXPECT_EQ(store->messageText() + store->messageReasons(), QString());
 }
 
 /// Applications that are listed when the test says so, the first time with the one whose folder is a leftover later.
 struct SlowApplications final : InstalledApplications {
     [[nodiscard]] InstalledNames names() const override {
-        const bool isFirst = began++ == 0;
-        (isFirst ? first : second).acquire();
+        const int call = began++;
+        mayGoOn.at(call).acquire();
         InstalledNames installed;
-        installed.programs.resize(isFirst ? 1 : 0, QStringLiteral("Olvidado"));
+        installed.programs.resize(call == 0 ? 1 : 0, QStringLiteral("Olvidado"));
         return installed;
     }
     mutable std::atomic<int> began = 0;
-    mutable std::binary_semaphore first{0};
-    mutable std::binary_semaphore second{0};
+    mutable std::array<std::binary_semaphore, 2> mayGoOn{std::binary_semaphore(0), std::binary_semaphore(0)};
 };
 
 TEST_F(JunkStoreTest, KeepsTheListOfTheScanThatEndsLater) {
-    for (const bool isInOrder : {true, false}) {
-        const auto applications = std::make_shared<SlowApplications>();
-        JunkStore twice({dialogs, trash, fileManager, folders, applications});
+    const auto slow = std::make_shared<SlowApplications>();
+    JunkStore twice({dialogs, trash, fileManager, folders, slow});
+    for (const int scans : {1, 2}) {
         twice.scan();
-        ASSERT_TRUE(waitUntil([&] { return applications->began == 1; }));
-        twice.scan();
-        ASSERT_TRUE(waitUntil([&] { return applications->began == 2; }));
-        (isInOrder ? applications->first : applications->second).release();
-        ASSERT_TRUE(waitUntil([&] { return twice.count() == (isInOrder ? 10 : 11); }));
+        ASSERT_TRUE(waitUntil([&] { return slow->began == scans; }));
+    }
+    for (const auto& [scan, count] : {std::pair(1, 11), std::pair(0, 10)}) {
+        slow->mayGoOn.at(scan).release();
+        EXPECT_TRUE(waitUntil([&, listed = count] { return twice.count() == listed; }));
         EXPECT_FALSE(twice.isScanning());
-        (isInOrder ? applications->second : applications->first).release();
-        EXPECT_TRUE(waitUntil([&] { return twice.count() == (isInOrder ? 11 : 10); }));
         EXPECT_EQ(twice.selected().size(), 10U);
     }
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Desktop/UserFolders.h"
+#include "JunkCleaner/JunkScanner.h"
+#include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
 #include <fcntl.h>
@@ -9,9 +11,10 @@
 
 #include <ctime>
 
-/// A tree with the folders that a junk scan reads.
+/// A tree with the folders that a junk scan reads, beside a system on which the test says what is installed.
 struct JunkTree {
     JunkTree() {
+        tree.folder("home");
         paths.home = tree.url("home");
         paths.systemRoot = tree.url("system");
         paths.cacheHome = tree.url("home/.cache");
@@ -28,7 +31,23 @@ struct JunkTree {
         ASSERT_EQ(utimensat(AT_FDCWD, tree.path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
     }
 
+    /// As a program and as a Flatpak.
+    void install(std::initializer_list<const char*> programs) const {
+        for (const char* const program : programs) {
+            applications->installed.programs.push_back(QString::fromUtf8(program));
+            applications->installed.identifiers.insert(program);
+        }
+    }
+
+    [[nodiscard]] std::vector<JunkItem> scan() const {
+        return JunkScanner::scan(junkPlaces(paths), applications, {}).items;
+    }
+    [[nodiscard]] std::string placeOf(const JunkItem& item) const {
+        return item.url.path().substr(tree.path().size() + 1);
+    }
+
     static constexpr std::time_t day = 86400;
     TemporaryFolder tree;
     UserFolderPaths paths;
+    std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
 };

@@ -29,6 +29,23 @@ TEST_F(TrashTest, KeepsEveryNameAndReplacesNone) {
     EXPECT_EQ(originsIn(trash), expected);
 }
 
+TEST_F(TrashTest, IsRestoredByTheDesktop) {
+    const fs::path tree = folder / "árbol 50%";
+    make("árbol 50%/sub/\xff\n");
+    const std::string before = portraitOf(tree);
+    ASSERT_EQ(move(tree), std::nullopt);
+    // The tests themselves are kept from gvfs.
+    const std::string onDesktop = "env -u GIO_USE_VFS HOME='" + home.string() + "' XDG_DATA_HOME='" +
+                                  trash.parent_path().string() + "' dbus-run-session -- gio ";
+    if (!runInShell(onDesktop + "list trash:/// 2>/dev/null | grep -q rbol")) {
+        GTEST_SKIP() << "no desktop that restores is installed";
+    }
+    const std::string trashed = percentEncoded(tree.filename().string());
+    ASSERT_TRUE(runInShell(onDesktop + "move 'trash:///" + trashed + "' '" + tree.string() + "' 2>/dev/null"));
+    EXPECT_EQ(portraitOf(tree), before);
+    EXPECT_EQ(originsIn(trash), Origins());
+}
+
 TEST(TrashNames, KeepTheExtensionAndWholeCharacters) {
     const std::size_t suffix = trashInfoSuffix.size();
     const std::tuple<const char*, std::optional<std::uint32_t>, std::size_t, const char*> rows[] = {

@@ -17,8 +17,8 @@ public:
     enum class Operation { any, look, read, list, listRest };
 
     /// Lists entries without their kind (DT_UNKNOWN); lists three entries at a time; gives an entry another inode
-    /// number each time; says of every file that it takes no blocks.
-    enum class Habit { hideKinds, listFew, changeInodes, forgetBlocks };
+    /// number each time; says of every file that it takes no blocks; knows no rename that replaces nothing.
+    enum class Habit { hideKinds, listFew, changeInodes, forgetBlocks, renamePlainly };
 
     /// Mounts an empty disk at a folder, which is made if need be. Whatever uses the folder's contents ends first.
     explicit FuseDisk(std::string folder);

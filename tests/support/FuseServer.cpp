@@ -111,7 +111,8 @@ int remove(const char* path) {
 int move(const char* from, const char* to, unsigned flags) {
     return answerOf(Operation::look, from, [&](const std::string& path, const Node&) {
         const std::string target = to + 1;
-        if ((flags & ~unsigned{RENAME_NOREPLACE}) != 0) {
+        const unsigned known = habits.contains(Habit::renamePlainly) ? 0 : unsigned{RENAME_NOREPLACE};
+        if ((flags & ~known) != 0) {
             return EINVAL;
         }
         if (nodes.contains(target) && (flags != 0 || hasEntries(target))) {
@@ -178,6 +179,13 @@ fuse_operations operations() {
     };
     table.create = [](const char* path, mode_t mode, File) {
         return answer(Operation::look, path, [&](const std::string& itself) { return add(itself, S_IFREG | mode), 0; });
+    };
+    table.symlink = [](const char* target, const char* path) {
+        return answer(Operation::look, path, [&](const std::string& itself) {
+            add(itself, S_IFLNK | 0777);
+            nodes[itself].data = target;
+            return 0;
+        });
     };
     table.read = [](const char* path, char* buffer, std::size_t size, off_t offset, File) {
         return answerOf(Operation::read, path, [&](const std::string&, const Node& node) {

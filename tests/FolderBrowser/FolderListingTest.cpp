@@ -104,7 +104,7 @@ TEST(TypedPath, MeansWhatPeopleTypeAndPaste) {
     for (const auto& [text, path] : rows) {
         EXPECT_EQ(typedPath(QString::fromUtf8(text), home, shown), FileURL(path)) << text;
     }
-    for (const QString& text : {u"   "_s, u"file://elsewhere.example/x"_s, QString(QChar::Null)}) {
+    for (const QString& text : {u"   "_s, u"file:relative"_s, u"file://elsewhere.example/x"_s, QString(QChar::Null)}) {
         EXPECT_EQ(typedPath(text, home, shown), std::nullopt) << qPrintable(text);
     }
 }

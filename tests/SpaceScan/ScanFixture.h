@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <thread>
 
 /// A folder with files to scan.
 class ScanFixture : public testing::Test {
@@ -27,7 +28,10 @@ protected:
     }
 
     [[nodiscard]] ScanResult scan(const char* relative = "") const {
-        return FileScanner::scan(tree.url(relative), [](std::int64_t) {});
+        const auto report = [asking = std::this_thread::get_id()](std::int64_t) {
+            EXPECT_EQ(std::this_thread::get_id(), asking);
+        };
+        return FileScanner::scan(tree.url(relative), report);
     }
 
     /// What a scan finds, by its path in the folder; a file found twice is an error.

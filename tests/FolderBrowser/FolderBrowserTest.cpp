@@ -7,6 +7,7 @@
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+#include <QtTest/QSignalSpy>
 
 #include <filesystem>
 #include <string>
@@ -46,14 +47,8 @@ protected:
         browser.enter();
         settle();
     }
-    [[nodiscard]] std::string selected() const {
-        const auto row = static_cast<std::size_t>(browser.selectedRow());
-        return browser.selectedRow() < 0 ? std::string() : browser.folders().folders()[row].name;
-    }
-    /// Whether it comes to show this folder, to tell this of it, or of a path that is typed.
-    [[nodiscard]] bool arrivesAt(const FileURL& url) const {
-        return waitUntil([&] { return browser.location() == url; });
-    }
+    [[nodiscard]] QString selected() const { return browser.selectedRow() < 0 ? QString() : browser.choice(); }
+    /// Whether it comes to tell this of the folder that is shown, or of a path that is typed.
     [[nodiscard]] bool tells(const char* text) const {
         return waitUntil([&] { return browser.message() == QString::fromUtf8(text); });
     }
@@ -71,18 +66,19 @@ protected:
 
 TEST_F(FolderBrowserTest, ChoosesTheFolderThatIsSelectedOrElseTheOneShown) {
     open();
-    EXPECT_EQ(browser.location(), tree.url("home"));
     EXPECT_EQ(browser.choice(), QStringLiteral("Inicio"));
     browser.accept();
     browser.accept();
-    EXPECT_EQ(answers, Answers{tree.url("home")}) << "once";
-    EXPECT_FALSE(browser.isOpen());
 
     open(tree.url("home"));
     select("\xff\n");
     EXPECT_EQ(browser.choice(), QStringLiteral("\uFFFD\uFFFD"));
+    browser.enter();
+    settle();
+    const QSignalSpy confirmed(&browser, &FolderBrowser::navigated);
+    browser.goTo(browser.locationText());
+    EXPECT_EQ(confirmed.count(), 1) << "the path that is shown does not spell the bytes, so it is not read";
     browser.accept();
-    EXPECT_EQ(answers.back(), tree.url("home/\xff\n"));
 
     open();
     select("Fotos 2");
@@ -90,39 +86,35 @@ TEST_F(FolderBrowserTest, ChoosesTheFolderThatIsSelectedOrElseTheOneShown) {
     EXPECT_EQ(browser.choice(), QString()) << "what is not known yet cannot be chosen";
     settle();
     browser.enter();
-    EXPECT_EQ(answers.back(), tree.url("home/Fotos 2"));
 
     open();
     browser.cancel();
-    browser.cancel();
-    EXPECT_EQ(answers.size(), 4U);
-    EXPECT_EQ(answers.back(), std::nullopt);
+    EXPECT_EQ(answers, (Answers{tree.url("home"), tree.url("home/\xff\n"), tree.url("home/Fotos 2"), std::nullopt}));
 }
 
 TEST_F(FolderBrowserTest, FindsTheWayBackAndUp) {
     open();
     EXPECT_FALSE(browser.canGoBack());
     enter("Fotos 2");
-    EXPECT_EQ(browser.folders().folders(), std::vector<FolderEntry>{{"2024"}});
     select("2024");
     for (const char* const from : {"Fotos 2", "home"}) {
         browser.goUp();
         settle();
-        EXPECT_EQ(selected(), from) << "where one came from";
+        EXPECT_EQ(selected(), QLatin1String(from)) << "where one came from";
     }
     browser.goBack();
     browser.goBack();
     settle();
     EXPECT_EQ(browser.location(), tree.url("home/Fotos 2"));
-    EXPECT_EQ(selected(), "2024");
+    EXPECT_EQ(selected(), QStringLiteral("2024"));
     browser.goBack();
     EXPECT_FALSE(browser.canGoBack());
     browser.goBack();
     settle();
-    EXPECT_EQ(selected(), "Fotos 2");
+    EXPECT_EQ(selected(), QStringLiteral("Fotos 2"));
 
     browser.goTo(QStringLiteral("/"));
-    ASSERT_TRUE(arrivesAt(FileURL("/")));
+    ASSERT_TRUE(waitUntil([&] { return browser.location() == FileURL("/"); }));
     EXPECT_FALSE(browser.canGoUp());
     browser.goUp();
     EXPECT_EQ(browser.location(), FileURL("/"));
@@ -141,7 +133,6 @@ TEST_F(FolderBrowserTest, HasPlacesToBeginFrom) {
     for (const int row : {3, 4, -1}) {
         browser.goToPlace(row);
         EXPECT_TRUE(tells("No hay carpetas dentro de esta."));
-        EXPECT_EQ(browser.location(), tree.url("other"));
         EXPECT_EQ(browser.currentPlace(), 3);
     }
 }
@@ -149,25 +140,16 @@ TEST_F(FolderBrowserTest, HasPlacesToBeginFrom) {
 TEST_F(FolderBrowserTest, GoesWhereATextSaysOrTellsWhyNot) {
     tree.text("home/file", "");
     open();
-    const int rows = browser.folders().rowCount();
     for (const auto& [text, error] : {std::pair("~/gone", "No existe ninguna carpeta con esa ruta."),
-                                      std::pair("~/file", "Esa ruta no es de una carpeta."),
-                                      std::pair(" ", "No existe ninguna carpeta con esa ruta.")}) {
+                                      {"~/file", "Esa ruta no es de una carpeta."},
+                                      {" ", "No existe ninguna carpeta con esa ruta."}}) {
         EXPECT_TRUE(tellsOfPath(text, error)) << error;
-        EXPECT_EQ(browser.location(), tree.url("home"));
-        EXPECT_EQ(browser.folders().rowCount(), rows) << "what was shown stays";
+        EXPECT_GE(browser.folders().rowOf("Fotos 2"), 0) << "what was shown stays";
         EXPECT_FALSE(browser.canGoBack());
     }
     EXPECT_TRUE(tellsOfPath("~/Fotos 2", ""));
-    ASSERT_TRUE(arrivesAt(tree.url("home/Fotos 2")));
-    EXPECT_EQ(browser.folders().rowCount(), 1);
+    ASSERT_TRUE(waitUntil([&] { return browser.location() == tree.url("home/Fotos 2"); }));
     EXPECT_TRUE(browser.canGoBack());
-
-    // The path as it is shown does not spell the bytes of this one.
-    open(tree.url("home/\xff\n"));
-    browser.goTo(browser.locationText());
-    browser.accept();
-    EXPECT_EQ(answers.back(), tree.url("home/\xff\n"));
 }
 
 TEST_F(FolderBrowserTest, FindsNamesByTheirFirstLetters) {
@@ -182,25 +164,21 @@ TEST_F(FolderBrowserTest, FindsNamesByTheirFirstLetters) {
         for (const QChar key : QString::fromUtf8(keys)) {
             EXPECT_EQ(browser.typeAhead(key), *name != '\0');
         }
-        EXPECT_EQ(selected(), name) << keys;
+        EXPECT_EQ(selected(), QString::fromUtf8(name)) << keys;
     }
     EXPECT_FALSE(browser.typeAhead({}));
 }
 
 TEST_F(FolderBrowserTest, SaysWhatHappenedToAFolder) {
     open(tree.url("gone"));
-    ASSERT_TRUE(arrivesAt(tree.url("home"))) << "a start that is gone";
+    ASSERT_TRUE(waitUntil([&] { return browser.location() == tree.url("home"); })) << "a start that is gone";
     settle();
 
     fs::remove(tree.path("home/Fotos 10"));
     enter("Fotos 10");
     EXPECT_TRUE(tells("Esta carpeta ya no existe."));
-    EXPECT_EQ(browser.choice(), QString());
     browser.accept();
-    EXPECT_TRUE(browser.isOpen());
-    browser.goBack();
-    settle();
-    EXPECT_EQ(browser.folders().rowOf("Fotos 10"), -1);
+    EXPECT_TRUE(browser.isOpen()) << "what is gone cannot be chosen";
 
     for (const char* const folder : {"", "home", "home/Música"}) {
         OrdinaryUser::own(tree.path(folder));

@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <filesystem>
 #include <set>
 
 namespace {
@@ -32,19 +30,20 @@ struct Lister final : WalkVisitor {
     Names names;
 };
 
-TEST(DirectoryWalk, FollowsNoLinkThatTakesTheFoldersPlaceOnTheWay) {
+TEST(DirectoryWalk, StaysInItsFolderWhateverTakesThePlaceOfThatOrOfOneBelow) {
     const TemporaryFolder tree;
-    tree.text("elsewhere/secret", "");
-    for (const char* const file : {"root/a", "root/swapped/b", "root/removed/c", "root/stays/d"}) {
+    for (const char* const file : {"elsewhere/secret", "root/a", "root/swapped/b", "root/removed/c", "root/stays/d"}) {
         tree.text(file, "");
     }
+    const auto move = [&](const std::string& from, const std::string& to) {
+        return rename(tree.path(from).c_str(), tree.path(to).c_str()) == 0;
+    };
     Lister lister;
     lister.onFolder = [&](const std::string& folder) {
-        if (folder != "stays") {
-            ASSERT_EQ(rename(tree.path("root/" + folder).c_str(), tree.path("old " + folder).c_str()), 0);
-        }
+        (void)move("root", "renamed");  // When the first one is met.
+        EXPECT_TRUE(folder == "stays" || move("renamed/" + folder, "old " + folder));
         if (folder == "swapped") {
-            tree.link("root/swapped", tree.path("elsewhere"));
+            tree.link("renamed/swapped", tree.path("elsewhere"));
         }
     };
     EXPECT_EQ(lister.walk({tree.url("root")}), (Names{"a", "d"}));
@@ -52,21 +51,18 @@ TEST(DirectoryWalk, FollowsNoLinkThatTakesTheFoldersPlaceOnTheWay) {
 
 TEST(DirectoryWalk, HidesBothWhatIsListedAndWhatIsExcepted) {
     const TemporaryFolder tree;
-    for (const char* const file : {"seen", "listed", "excepted/a", "open/b", "open/deep/c", "open/d"}) {
+    for (const char* const file : {"seen", "listed", "excepted/a", "open/b", "open/deep/c"}) {
         tree.text(file, "");
     }
-    tree.text(".hidden", "listed\n");
-    tree.text("open/.hidden", "d");
+    tree.text(".hidden", "listed");
     EXPECT_EQ(Lister().walk({tree.url(), {tree.path("excepted"), tree.path("open/deep")}}), (Names{"b", "seen"}));
 }
 
 TEST(HiddenPlaces, AreTheSystemsFoldersAndWhatTheKernelMakesUp) {
-    std::vector<Mount> mounts(4);
-    const std::pair<const char*, const char*> rows[] = {
-        {"/jail/proc", "proc"}, {"/jail/sys", "sysfs"}, {"/jail/disk", "ext4"}, {"/auto", "autofs"}};
-    for (std::size_t i = 0; i < mounts.size(); ++i) {
-        mounts[i].target = rows[i].first;
-        mounts[i].type = rows[i].second;
+    std::vector<Mount> mounts;
+    for (const auto& [target, type] : {std::pair("/jail/proc", "proc"), {"/jail/disk", "ext4"}, {"/auto", "autofs"}}) {
+        mounts.emplace_back().target = target;
+        mounts.back().type = type;
     }
     const auto isHidden = [&](const char* root, const std::string& folder, std::string_view name) {
         const HiddenPlaces places(root, mounts, {});
@@ -79,10 +75,8 @@ TEST(HiddenPlaces, AreTheSystemsFoldersAndWhatTheKernelMakesUp) {
         EXPECT_FALSE(isHidden("/home", "", name)) << name;
     }
     EXPECT_TRUE(isHidden("/", "jail", "proc"));
-    EXPECT_TRUE(isHidden("/jail", "", "sys"));
+    EXPECT_TRUE(isHidden("/jail", "", "proc"));
     EXPECT_FALSE(isHidden("/jail", "", "disk"));
-    EXPECT_FALSE(isHidden("/jail/proc", "", "proc")) << "where the walk begins";
-    EXPECT_FALSE(isHidden("/", "", "home"));
 }
 
 TEST(OpenPath, FollowsNoLinkAnywhereWhereNoneIsWanted) {

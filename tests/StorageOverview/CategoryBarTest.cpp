@@ -8,10 +8,7 @@ TEST(CategorySegments, ShareTheBand) {
     using Segments = std::vector<CategorySegment>;
     EXPECT_EQ(categorySegments({0, 0, 0}, 300), (Segments{{0, 0}, {2, 0}, {4, 0}}));
     EXPECT_EQ(categorySegments({1, 0, 3}, 400), (Segments{{0, 100}, {102, 0}, {104, 300}})) << "hangs out by the gaps";
-    const qint64 large = 500'000'000'000;
-    EXPECT_EQ(categorySegments({1, large}, 100), (Segments{{0, 2}, {4, 100 * (500e9 / 500000000001.0)}}));
-    EXPECT_TRUE(categorySegments({}, 100).empty());
-    EXPECT_EQ(categorySegments({5}, 0), (Segments{{0, 2}}));
+    EXPECT_EQ(categorySegments({1, 500'000'000'000}, 100), (Segments{{0, 2}, {4, 100 * (500e9 / 500000000001.0)}}));
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
+#include "StorageOverview/CategoryMeasurement.h"
+#include "StorageOverview/HomeStore.h"
 #include "StorageOverview/StorageOverviewScanner.h"
-
-#include "Foundation/FolderSizes.h"
+#include "support/FakeDesktop.h"
 #include "support/FuseDisk.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -14,31 +16,15 @@ namespace {
 
 constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
 
-VolumeInfo volume(std::int64_t total, std::int64_t available) {
-    VolumeInfo info;
-    info.total = total;
-    info.available = available;
-    return info;
-}
-
 TEST(VolumeInfo, TellsHowFullItIs) {
-    struct Row {
-        std::int64_t total, available, used;
-        double fraction;
-        std::int64_t percent;
-    };
-    const Row rows[] = {
-        {1000, 521, 479, 0.479, 47}, {1000, 1, 999, 0.999, 99}, {1000, 0, 1000, 1, 100},
-        {500, 600, 0, 0, 0},         {0, 0, 0, 0, 0},           {-5, -10, 5, 0, 0},
-        {most, 0, most, 1, 100},
-    };
-    for (const Row& row : rows) {
-        const VolumeInfo info = volume(row.total, row.available);
-        EXPECT_EQ(info.used(), row.used) << row.total;
-        EXPECT_DOUBLE_EQ(info.usedFraction(), row.fraction) << row.total;
-        EXPECT_EQ(info.usedPercent(), row.percent) << row.total;
+    const std::int64_t rows[][4] = {{1000, 521, 479, 47}, {1000, 0, 1000, 100}, {500, 600, 0, 0},
+                                    {0, 0, 0, 0},         {-5, -10, 5, 0},      {most, 0, most, 100}};
+    for (const auto& [total, available, used, percent] : rows) {
+        const VolumeInfo info{{}, {}, total, available};
+        EXPECT_EQ(info.used(), used) << total;
+        EXPECT_EQ(info.usedPercent(), percent) << total;
     }
-    EXPECT_DEATH((void)volume(most, -1).used(), "64 bits");
+    EXPECT_DEATH((void)(VolumeInfo{{}, {}, most, -1}.used()), "64 bits");
 }
 
 TEST(StorageOverviewScanner, MakesVolumesOfWhatAnswers) {
@@ -46,7 +32,6 @@ TEST(StorageOverviewScanner, MakesVolumesOfWhatAnswers) {
     const std::vector<VolumeInfo> volumes = StorageOverviewScanner::volumes({
         {FileURL("/media/Backup"), {{}, 1000, {}, 400}},
         {FileURL("/no capacity"), {name, {}, {}, 1}},
-        {FileURL("/empty"), {name, 0, {}, 0}},
         {FileURL("/"), {name, 500, 200, 150}},
         {FileURL("/data"), {QString(), 7, {}, -3}},
         {FileURL("/more"), {name, 8, {}, {}}},
@@ -57,13 +42,6 @@ TEST(StorageOverviewScanner, MakesVolumesOfWhatAnswers) {
                            {FileURL("/data"), QString(), 7, 0},  // an empty name is a name
                            {FileURL("/more"), name, 8, 0},
                        }));
-}
-
-TEST(StorageKinds, ComeBackFromTheirTexts) {
-    for (const StorageKind kind : StorageKinds::allCases) {
-        EXPECT_EQ(StorageKinds::fromRawValue(StorageKinds::rawValue(kind)), kind);
-    }
-    EXPECT_EQ(StorageKinds::fromRawValue(QStringLiteral("música")), std::nullopt);
 }
 
 class Home : public testing::Test {
@@ -87,8 +65,8 @@ protected:
     /// The sizes of the kinds in blocks, the last being what is left of `used` blocks.
     [[nodiscard]] Sizes blocks(std::int64_t used = 1000) const {
         Sizes sizes;
-        for (const StorageCategory& category :
-             StorageOverviewScanner::categories(volume(used * 4096, 0), paths).categories) {
+        const VolumeInfo disk{{}, {}, used * 4096, 0};
+        for (const StorageCategory& category : StorageOverviewScanner::categories(disk, paths).categories) {
             EXPECT_EQ(category.kind, StorageKinds::allCases.at(sizes.size()));
             EXPECT_EQ(category.size % 4096, 0);
             sizes.push_back(category.size / 4096);
@@ -101,18 +79,18 @@ protected:
 };
 
 TEST_F(Home, IsMeasuredByKind) {
-    EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 0, 0, 0, 1000}));
-    EXPECT_EQ(StorageOverviewScanner::categories(std::nullopt, paths).categories.back().size, 0);
-    files({"home/Music/a", "home/Movies/a", "home/Pictures/a", "home/Documents/a", "home/Desktop/a", "home/Downloads/a",
-           "home/Applications/a", "system/Applications/a", "system/opt/a", "system/var/lib/flatpak/app/a",
-           "system/var/lib/flatpak/runtime/a", "system/var/lib/snapd/snaps/a", "home/.local/share/flatpak/app/a",
-           "home/.local/share/flatpak/runtime/a", "home/Elsewhere/a", "system/var/lib/flatpak/repo/a"});
+    files({"home/Music/a", "home/Movies/a", "home/Pictures/a", "home/Documents/Report.app/a", "home/Desktop/a",
+           "home/Downloads/b\xFF\n\u202E", "home/Applications/a", "system/Applications/a", "system/opt/a",
+           "system/var/lib/flatpak/app/a", "system/var/lib/flatpak/runtime/a", "system/var/lib/snapd/snaps/a",
+           "home/.local/share/flatpak/app/a", "home/.local/share/flatpak/runtime/a", "home/Elsewhere/a",
+           "system/var/lib/flatpak/repo/a"});
+    tree.text("home/Documents/.git/object", "hidden");
+    tree.link("home/Documents/link", tree.path("home/Movies"));
+    tree.fifo("home/Documents/pipe");
+    ASSERT_EQ(link(tree.path("home/Music/a").c_str(), tree.path("home/Music/again").c_str()), 0);
     const std::int64_t applications = (1 << 14) - 64;
-    EXPECT_EQ(blocks(20'000), (Sizes{1, 2, 4, 8 + 16, 32, applications, 20'000 - 63 - applications}));
-    EXPECT_EQ(blocks(100), (Sizes{1, 2, 4, 24, 32, applications, 0})) << "never below nothing";
-    const StorageCategories withoutVolume = StorageOverviewScanner::categories(std::nullopt, paths).categories;
-    ASSERT_EQ(withoutVolume.size(), 7U);
-    EXPECT_EQ(withoutVolume.back().size, 0);
+    EXPECT_EQ(blocks(20'000), (Sizes{2 * 1, 2, 4, 8 + 16, 32, applications, 20'000 - 64 - applications}));
+    EXPECT_EQ(blocks(100), (Sizes{2, 2, 4, 24, 32, applications, 0})) << "never below nothing";
 }
 
 TEST_F(Home, CountsAPlaceOnceForTheInnermostKind) {
@@ -148,19 +126,6 @@ TEST_F(Home, LeavesOutOfAFolderOnlyWhatItWouldHaveCounted) {
     EXPECT_EQ(blocks(), (Sizes{4, 0, 2, 1 + 8, 0, 0, 1000 - 15}));
 }
 
-TEST_F(Home, LeavesOutWhatIsHiddenLinkedOrClosed) {
-    files({"home/Documents/Report.app/inside", "home/Documents/.hidden file", "home/Documents/.git/object", "big",
-           "home/Documents/twice", "home/Documents/b\xFF\n\u202E"});
-    tree.link("home/Documents/link", tree.path("big"));
-    ASSERT_EQ(link(tree.path("home/Documents/twice").c_str(), tree.path("home/Documents/again").c_str()), 0);
-    tree.fifo("home/Documents/pipe");
-    tree.text("home/Downloads", "a file where a folder should be");
-    EXPECT_EQ(blocks(), (Sizes{0, 0, 0, 1 + 2 * 16 + 32, 0, 0, 1000 - 65}));
-    const auto sizes =
-        folderSizes({{tree.url("big")}, {tree.url("home/Documents/.git")}}, [](std::string_view) { return true; });
-    EXPECT_EQ(sizes.bytes, (Sizes{0, 4 * 4096})) << "a file has nothing below it; asked for by name";
-}
-
 TEST_F(Home, IsMeasuredWhileTheDiskOfOneFolderIsSilent) {
     FuseDisk disk(tree.path("silent"));
     if (!disk.isMounted()) {
@@ -173,11 +138,87 @@ TEST_F(Home, IsMeasuredWhileTheDiskOfOneFolderIsSilent) {
     const auto sizes = StorageOverviewScanner::categories(std::nullopt, paths);
     EXPECT_EQ(sizes.categories[0].size, 4096);
     EXPECT_EQ(sizes.categories[2].size, 2 * 4096);
+    EXPECT_EQ(sizes.categories[6].size, 0) << "no volume is known";
     ASSERT_NE(sizes.lateAnswer, nullptr);
     std::promise<void> answered;
     sizes.lateAnswer->whenAnswered([&] { answered.set_value(); });
     disk.release();
     answered.get_future().wait();
+}
+
+class HomeStoreTest : public Home {
+protected:
+    HomeStoreTest() {
+        files({"home/Music/a"});
+        folders.folders = paths;
+        volumes.add("/", VolumeValues{QStringLiteral("Disco"), 100 * 4096, {}, 40 * 4096});
+    }
+
+    void awaitEnd() {
+        ASSERT_TRUE(waitUntil([this] { return !home->isScanning(); }));
+    }
+    [[nodiscard]] std::int64_t sizeOf(std::size_t kind) const { return home->categories()[kind].size; }
+
+    FakeVolumes volumes;
+    FakeUserFolders folders;
+    CategoryMeasurement measurement{folders};
+    std::unique_ptr<HomeStore> home = std::make_unique<HomeStore>(volumes, measurement);
+};
+
+TEST_F(HomeStoreTest, ShowsTheVolumesAtOnceAndTheKindsLater) {
+    ASSERT_EQ(home->categories().size(), 7U);
+    bool idleWithOldKinds = false;
+    QObject::connect(home.get(), &HomeStore::isScanningChanged,
+                     [&] { idleWithOldKinds = idleWithOldKinds || (!home->isScanning() && sizeOf(0) == 0); });
+    home->refresh();
+    home->refresh();
+    EXPECT_EQ(volumes.asked, 1);
+    EXPECT_EQ(home->volumes().size(), 1U);
+    EXPECT_EQ(sizeOf(0), 0);
+    awaitEnd();
+    EXPECT_EQ(sizeOf(0), 4096);
+    EXPECT_EQ(sizeOf(6), 59 * 4096);
+    EXPECT_FALSE(idleWithOldKinds);
+
+    volumes.answers.clear();
+    home->refresh();
+    EXPECT_EQ(sizeOf(0), 4096) << "the old kinds stay until the new have come";
+    awaitEnd();
+    EXPECT_EQ(sizeOf(6), 0) << "without volumes";
+}
+
+TEST_F(HomeStoreTest, AddsVolumesThatAnswerLate) {
+    const VolumeInfo root = {FileURL("/"), QStringLiteral("Disco"), 100 * 4096, 40 * 4096};
+    const VolumeInfo slow = {FileURL("/net/slow"), QStringLiteral("slow"), 7, 3};
+    const VolumeInfo last = {FileURL("/last"), QStringLiteral("last"), 9, 3};
+    volumes.add("/last", {{}, 9, {}, 3});
+    home->refresh();
+    EXPECT_EQ(home->volumes(), (std::vector{root, last}));
+    // The system lists the slow one first and the root in the middle.
+    volumes.answers.insert(volumes.answers.begin(), {slow.url, {{}, 7, {}, 3}});
+    volumes.later(volumes.answers);
+    EXPECT_EQ(home->volumes(), (std::vector{root, slow, last}));
+    awaitEnd();
+    volumes.later({});
+    EXPECT_TRUE(home->volumes().empty()) << "also when all is measured";
+    home.reset();
+    volumes.later(volumes.answers);
+}
+
+TEST_F(HomeStoreTest, AMeasurementOutlivesItsStoreAndIsJoinedByTheNext) {
+    auto own = std::make_unique<CategoryMeasurement>(folders);
+    own->request(std::nullopt, [](const StorageCategories&) { ADD_FAILURE() << "nobody waits for it any more"; });
+    own.reset();
+    for (int visit = 0; visit < 50; ++visit) {
+        home = std::make_unique<HomeStore>(volumes, measurement);
+        home->refresh();
+    }
+    awaitEnd();
+    EXPECT_EQ(sizeOf(0), 4096);
+    EXPECT_EQ(folders.asked, 2);
+    home->refresh();
+    awaitEnd();
+    EXPECT_EQ(folders.asked, 3);
 }
 
 }  // namespace

@@ -30,17 +30,16 @@ inline void inPrivateMounts(const std::function<void()>& body) {
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
-        const std::string user = std::to_string(geteuid());
-        const std::string group = std::to_string(getegid());
-        bool ready = unshare(CLONE_NEWNS) == 0;
-        if (!ready && unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) {
+        const uid_t user = geteuid();
+        const gid_t group = getegid();
+        bool isPrivate = unshare(CLONE_NEWNS) == 0;
+        if (!isPrivate && unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) {
             std::ofstream("/proc/self/setgroups") << "deny";
-            std::ofstream users("/proc/self/uid_map");
-            std::ofstream groups("/proc/self/gid_map");
-            ready = (users << user << ' ' << user << " 1").flush().good() &&
-                    (groups << group << ' ' << group << " 1").flush().good();
+            std::ofstream("/proc/self/uid_map") << user << ' ' << user << " 1";
+            std::ofstream("/proc/self/gid_map") << group << ' ' << group << " 1";
+            isPrivate = geteuid() == user && getegid() == group;
         }
-        if (!ready || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+        if (!isPrivate || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
             impossibleHere();
         }
         body();
@@ -60,15 +59,13 @@ inline void inPrivateMounts(const std::function<void()>& body) {
 inline void onFileSystem(const std::string& kind, const std::filesystem::path& place, const std::function<void()>& body,
                          const std::string& options = {}) {
     const std::string image = place.string() + ".image";
-    const bool isMemory = kind == "tmpfs" || kind == "ramfs";
     std::filesystem::create_directories(place);
     inPrivateMounts([&] {
-        const std::string size = kind == "xfs" ? "320M" : "160M";
-        const std::string make = "PATH=$PATH:/usr/sbin:/sbin; I='" + image + "'; (truncate -s " + size +
-                                 " $I && mkfs." + kind + ' ' + options + " $I && mount -o loop $I '" + place.string() +
-                                 "') >/dev/null 2>&1";
-        const bool isMounted = isMemory ? mount("memory", place.c_str(), kind.c_str(), 0, nullptr) == 0
-                                        : geteuid() == 0 && runInShell(make);
+        const std::string make = "PATH=$PATH:/usr/sbin:/sbin; I='" + image + "'; (truncate -s 320M $I && mkfs." + kind +
+                                 ' ' + options + " $I && mount -o loop $I '" + place.string() + "') >/dev/null 2>&1";
+        const bool isMounted = kind == "tmpfs" || kind == "ramfs"
+                                   ? mount("memory", place.c_str(), kind.c_str(), 0, nullptr) == 0
+                                   : geteuid() == 0 && runInShell(make);
         if (!isMounted) {
             impossibleHere();
         }

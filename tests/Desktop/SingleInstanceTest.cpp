@@ -7,6 +7,11 @@
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusPendingCall>
 
+#include <optional>
+#include <tuple>
+#include <utility>
+#include <vector>
+
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -17,60 +22,43 @@ const QString path = u"/app/duskfern/Single_Test"_s;
 
 class SingleInstanceTest : public PrivateBusTest {
 protected:
-    void SetUp() override {
-        if (!QDBusConnection(u"desktop"_s).isConnected()) {
-            QDBusConnection::connectToBus(address(), u"desktop"_s);
-        }
-    }
-    static void TearDownTestSuite() {
-        QDBusConnection::disconnectFromBus(u"desktop"_s);
-        PrivateBusTest::TearDownTestSuite();
-    }
-
     /// Calls the program that runs, as a desktop or a later start does, and waits for its answer.
-    static QDBusMessage call(const QString& method, const QVariantList& arguments) {
+    [[nodiscard]] QDBusMessage::MessageType call(const QString& method, const QVariantList& arguments) const {
         QDBusMessage message = QDBusMessage::createMethodCall(id, path, u"org.freedesktop.Application"_s, method);
         message.setArguments(arguments);
-        const QDBusPendingCall answer = QDBusConnection(u"desktop"_s).asyncCall(message);
+        const QDBusPendingCall answer = desktop.bus.asyncCall(message);
         EXPECT_TRUE(waitUntil([&] { return answer.isFinished(); }));
-        return answer.reply();
+        return answer.reply().type();
     }
+
+    const FakeService desktop{u"org.duskfern.Desktop"_s};
 };
 
 TEST_F(SingleInstanceTest, TheFirstIsToldWhatLaterStartsAskFor) {
-    SingleInstance::Request last;
-    int count = 0;
+    std::vector<std::pair<QString, QString>> told;
     {
         SingleInstance first(id, {});
         QObject::connect(&first, &SingleInstance::requested, [&](const SingleInstance::Request& request) {
-            last = request;
-            ++count;
+            told.emplace_back(request.action, request.token);
         });
         ASSERT_EQ(first.role(), Role::first);
-        call(u"Activate"_s, {QVariantMap{{u"desktop-startup-id"_s, u"id"_s}, {u"activation-token"_s, u"token"_s}}});
-        EXPECT_EQ(count, 1);
-        EXPECT_EQ(last.action, QString());
-        EXPECT_EQ(last.token, u"token"_s);
-        call(u"ActivateAction"_s, {u"junk"_s, QVariantList(), QVariantMap{{u"desktop-startup-id"_s, u"id"_s}}});
-        EXPECT_EQ(last.action, u"junk"_s);
-        EXPECT_EQ(last.token, u"id"_s);
-        call(u"Open"_s, {QStringList{u"file:///"_s}, QVariantMap{{u"activation-token"_s, 7}}});
-        EXPECT_EQ(last.action, QString());
-        EXPECT_EQ(last.token, QString()) << "of another type";
-        EXPECT_EQ(call(u"Activate"_s, {u"text"_s}).type(), QDBusMessage::ErrorMessage);
-        EXPECT_EQ(count, 3);
+        const QVariantMap older{{u"desktop-startup-id"_s, u"id"_s}};
+        const QVariantMap both{{u"desktop-startup-id"_s, u"id"_s}, {u"activation-token"_s, u"token"_s}};
+        const QVariantMap ofAnotherType{{u"activation-token"_s, 7}};
+        EXPECT_EQ(call(u"Activate"_s, {both}), QDBusMessage::ReplyMessage);
+        EXPECT_EQ(call(u"ActivateAction"_s, {u"junk"_s, QVariantList(), older}), QDBusMessage::ReplyMessage);
+        EXPECT_EQ(call(u"Open"_s, {QStringList{u"file:///"_s}, ofAnotherType}), QDBusMessage::ReplyMessage);
+        EXPECT_EQ(call(u"Activate"_s, {u"text"_s}), QDBusMessage::ErrorMessage);
     }
-    EXPECT_EQ(call(u"Activate"_s, {QVariantMap()}).type(), QDBusMessage::ErrorMessage);
-    EXPECT_TRUE(waitUntil([] { return !QDBusConnection(u"desktop"_s).interface()->isServiceRegistered(id); }));
+    EXPECT_EQ(told, (decltype(told){{{}, u"token"_s}, {u"junk"_s, u"id"_s}, {{}, {}}}));
+    EXPECT_EQ(call(u"Activate"_s, {QVariantMap()}), QDBusMessage::ErrorMessage);
+    EXPECT_TRUE(waitUntil([this] { return !desktop.bus.interface()->isServiceRegistered(id); }));
 }
 
 TEST_F(SingleInstanceTest, ALaterOnePassesItsRequestOn) {
-    FakeService running(address(), id);
-    const struct {
-        SingleInstance::Request request;
-        QString method;
-        qsizetype count;
-    } cases[] = {{{}, u"Activate"_s, 1}, {{u"space"_s, u"token"_s}, u"ActivateAction"_s, 3}};
+    FakeService running(id);
+    const std::tuple<SingleInstance::Request, QString, qsizetype> cases[] = {
+        {{}, u"Activate"_s, 1}, {{u"space"_s, u"token"_s}, u"ActivateAction"_s, 3}};
     for (const auto& [request, method, count] : cases) {
         SingleInstance later(id, request);
         const QDBusMessage call = running.call();
@@ -86,16 +74,16 @@ TEST_F(SingleInstanceTest, ALaterOnePassesItsRequestOn) {
 }
 
 TEST_F(SingleInstanceTest, IsTheFirstWhenTheOtherEndsMeanwhile) {
-    std::optional<FakeService> running(std::in_place, address(), id);
+    std::optional<FakeService> running(std::in_place, id);
     SingleInstance next(id, {});
-    ASSERT_TRUE(waitUntil([&] { return running->isCalled(); }));
+    EXPECT_EQ(running->call().member(), u"Activate"_s);
     running.reset();
     EXPECT_EQ(next.role(), Role::first);
-    EXPECT_EQ(call(u"Activate"_s, {QVariantMap()}).type(), QDBusMessage::ReplyMessage) << "and has its name";
+    EXPECT_EQ(call(u"Activate"_s, {QVariantMap()}), QDBusMessage::ReplyMessage) << "and has its name";
 }
 
 TEST_F(SingleInstanceTest, OpensAWindowWhenTheOtherHangs) {
-    const FakeService hanging(address(), id);
+    const FakeService hanging(id);
     SingleInstance next(id, {});
     EXPECT_EQ(next.role(), Role::first);
 }

@@ -36,31 +36,26 @@ TEST(VisibleDisks, AreWhatAPersonWouldCallADisk) {
         EXPECT_EQ(disksIn(table), isShown ? "/, " + table[1].target : "/") << row;
     };
     for (const char* const row :
-         {"/home ext4 /dev/sda3", "/var ext4 /dev/sda6", "/especial ext4 /dev/sda1", "/recovery-disk vfat /dev/sdb2",
+         {"/home ext4 /dev/sda3", "/especial ext4 /dev/sda1",
           // Servers and clouds.
           "/net/music nfs4 nas:/export/music", "/mnt/office cifs //office/files", "/srv/s fuse.sshfs ana@host:/",
           "/dav fuse https://cloud.example/dav", "/server fuse sshfs#ana@host:/", "/cloud fuse cloud:gocryptfs",
           // What a person has mounted.
-          "/media/ana/stick vfat /dev/sdb1", "/run/media/ana/TRABAJO exfat /dev/sdc1", "/mnt/image ext4 /dev/loop8",
-          "/media/cdrom0 iso9660 /dev/sr0", "/media/ana/archive squashfs /dev/loop9", "/win fuseblk /dev/sdg1",
-          "/run/media/mmcblk0p1 ext4 /dev/mmcblk0p1", "/home/ana/other fuse /dev/fuse"}) {
+          "/run/media/ana/TRABAJO exfat /dev/sdc1", "/media/ana/archive squashfs /dev/loop9",
+          "/win fuseblk /dev/sdg1"}) {
         expectShown(row, true);
     }
     for (const char* const row :
          {// The system's own.
-          "/sys sysfs sysfs", "/proc proc proc", "/dev devtmpfs udev", "/run tmpfs tmpfs", "/dev/shm tmpfs tmpfs",
-          "/proc/sys/fs/binfmt_misc autofs systemd-1", "/tmp tmpfs tmpfs", "/etc overlay overlay",
-          "/boot ext4 /dev/sda1", "/boot/efi vfat /dev/sda1", "/esp vfat /dev/sda1", "/efi vfat /dev/sda2",
-          "/recovery vfat /dev/sda3", "/run/backup btrfs /dev/sdb1", "/mnt/auto autofs /etc/auto.misc",
+          "/tmp tmpfs tmpfs", "/etc overlay overlay", "/boot/efi vfat /dev/sda1", "/esp vfat /dev/sda1",
+          "/efi vfat /dev/sda2", "/recovery vfat /dev/sda3", "/run/backup btrfs /dev/sdb1",
+          "/mnt/auto autofs /etc/auto.misc",
           // Programs and live systems as images.
-          "/snap/core22/1380 squashfs /dev/loop0", "/var/lib/snapd/snap/a/42 squashfs /dev/loop1",
-          "/tmp/.mount_Editorx1 fuse.Editor.AppImage Editor.AppImage", "/tool fuse Editor.AppImage",
-          "/run/live/medium iso9660 /dev/sdb1", "/rofs squashfs /dev/loop0",
+          "/snap/own ext4 /dev/loop0", "/var/lib/snapd/own ext4 /dev/loop1", "/rofs squashfs /dev/loop0",
+          "/tmp/.mount_Editorx1 fuse.Editor Editor", "/tool fuse Editor.AppImage",
           // Windows onto other folders.
-          "/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse", "/run/user/1000/doc fuse.portal portal",
           "/gvfs fuse.gvfsd-fuse gvfsd-fuse", "/doc fuse.portal portal", "/var/lib/lxcfs fuse.lxcfs lxcfs",
-          "/secret fuse.gocryptfs /home/ana/.secret", "/pool fuse.mergerfs d1:d2", "/plain fuse gocryptfs",
-          "/again fuse bindfs#/data"}) {
+          "/pool fuse.mergerfs d1:d2", "/plain fuse gocryptfs", "/again fuse bindfs#/data"}) {
         expectShown(row, false);
     }
 }
@@ -73,15 +68,11 @@ TEST(VisibleDisks, AreFileSystemsInTheOrderOfTheirBestMounts) {
         {"1 / / xfs /dev/a 2 / /home xfs /dev/b 2 /ana/www /srv/www xfs /dev/b 3 / /mnt/media ext4 /dev/c "
          "4 / /other ext4 /dev/d 3 / /data ext4 /dev/c",
          "/, /home or /srv/www, /other, /data or /mnt/media"},
-        {"1 / / overlay overlay 2 /x/hosts /etc/hosts ext4 /dev/a 2 /db/_data /var/lib/db ext4 /dev/a",
-         "/, /etc/hosts or /var/lib/db"},
         {"1 / / ext4 /dev/a 2 / /net/music nfs4 nas:/music 3 / /home/ana/music nfs4 nas:/music",
          "/, /net/music or /home/ana/music"},
-        {"1 / / zfs rpool/ROOT/debian 2 / /home zfs rpool/home 3 / /tank/films zfs tank/films 4 / /tank zfs tank",
-         "/ or /home, /tank"},
-        {"1 / / ext4 /dev/a 2 / /s zfs tank@old 3 / /tank/films zfs tank/films "
-         "4 / /tank/films/.zfs/snapshot/daily zfs tank/films@daily 5 / /tankard zfs tankard/home",
-         "/, /tank/films or /s or /tank/films/.zfs/snapshot/daily, /tankard"},
+        {"1 / / zfs rpool/ROOT/debian 2 / /home zfs rpool/home 3 / /s zfs tank@old 4 / /tank/films zfs tank/films "
+         "5 / /tank/films/.zfs/snapshot/daily zfs tank/films@daily 6 / /tankard zfs tankard/home",
+         "/ or /home, /tank/films or /s or /tank/films/.zfs/snapshot/daily, /tankard"},
         // Later mounts cover earlier ones.
         {"1 / / rootfs rootfs 2 / / ext4 /dev/a 3 / /mnt/stick vfat /dev/b 4 / /mnt ext4 /dev/c "
          "5 / /data ext4 /dev/d 6 / /data tmpfs tmpfs",
@@ -108,12 +99,8 @@ TEST(MountTable, IsReadWithTheMarksOfEverybody) {
         return readMountTable(folder.path("mountinfo").c_str(), folder.path("fstab").c_str()).value();
     };
     EXPECT_EQ(disksIn(read()), "/, /a/Mi disco, /noted");
-    for (const char* const path : {"/", "/a", "/a/Mi disco"}) {
-        EXPECT_TRUE(holdsMount(path, read())) << path;
-    }
-    for (const char* const path : {"/b", "/a/Mi", "/a/Mi disco/inside", "/a/Mi disco 2"}) {
-        EXPECT_FALSE(holdsMount(path, read())) << path;
-    }
+    EXPECT_TRUE(holdsMount("/a", read()));
+    EXPECT_FALSE(holdsMount("/a/Mi", read()));
     inPrivateMounts([&] {
         if (mount("tmpfs", "/run", "tmpfs", 0, nullptr) != 0 || mkdir("/run/mount", 0755) != 0) {
             impossibleHere();

@@ -11,34 +11,38 @@
 
 #include <optional>
 
-/// A service on the bus that keeps every call of any of its objects until the test answers it.
+/// A service on the session bus that keeps every call of any of its objects until the test answers it.
 class FakeService : public QDBusVirtualObject {
 public:
-    FakeService(const QString& address, const QString& name)
-        : m_bus(QDBusConnection::connectToBus(address, connection())) {
-        EXPECT_TRUE(m_bus.registerVirtualObject(QString(u'/'), this, QDBusConnection::SubPath));
-        EXPECT_TRUE(m_bus.registerService(name));
+    explicit FakeService(const QString& name)
+        : bus(QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), name)) {
+        EXPECT_TRUE(bus.registerVirtualObject(QString(u'/'), this, QDBusConnection::SubPath));
+        EXPECT_TRUE(bus.registerService(name));
     }
     ~FakeService() override {
-        while (!m_calls.empty()) {
+        while (isCalled()) {
             fail();
         }
-        QDBusConnection::disconnectFromBus(connection());
+        QDBusConnection::disconnectFromBus(bus.name());
     }
     Q_DISABLE_COPY_MOVE(FakeService)
 
     /// The call that has waited longest; one of no method if none comes.
     [[nodiscard]] QDBusMessage call() const {
-        waitUntil([this] { return !m_calls.empty(); });
+        waitUntil([this] { return isCalled(); });
         return m_calls.value(0);
     }
     [[nodiscard]] bool isCalled() const { return !m_calls.empty(); }
 
-    void answer(const QVariantList& values) { send(m_calls.takeFirst().createReply(values)); }
-    void fail() { send(m_calls.takeFirst().createErrorReply(QStringLiteral("org.duskfern.Refused"), {})); }
+    /// Answer that call.
+    void answer(const QVariantList& values) { end(call().createReply(values)); }
+    void fail() { end(call().createErrorReply(QStringLiteral("org.duskfern.Refused"), {})); }
 
-    /// Sends an answer or a signal.
-    void send(const QDBusMessage& message) { EXPECT_TRUE(m_bus.send(message)); }
+    void tell(const QString& path, const QString& interface, const QString& signal, const QVariantList& arguments) {
+        QDBusMessage message = QDBusMessage::createSignal(path, interface, signal);
+        message.setArguments(arguments);
+        EXPECT_TRUE(bus.send(message));
+    }
 
     QString introspect(const QString& /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
@@ -46,10 +50,14 @@ public:
         return true;
     }
 
-private:
-    static QString connection() { return QStringLiteral("service"); }
+    QDBusConnection bus;
 
-    QDBusConnection m_bus;
+private:
+    void end(const QDBusMessage& reply) {
+        EXPECT_TRUE(bus.send(reply));
+        m_calls = m_calls.mid(1);
+    }
+
     QList<QDBusMessage> m_calls;
 };
 
@@ -85,12 +93,9 @@ private:
 /// Gives the tests of a suite such a bus.
 class PrivateBusTest : public testing::Test {
 protected:
-    static void SetUpTestSuite() { bus().emplace(); }
-    static void TearDownTestSuite() { bus().reset(); }
+    static void SetUpTestSuite() { s_bus.emplace(); }
+    static void TearDownTestSuite() { s_bus.reset(); }
 
-    static std::optional<PrivateBus>& bus() {
-        static std::optional<PrivateBus> bus;
-        return bus;
-    }
-    static QString address() { return bus()->address(); }
+private:
+    inline static std::optional<PrivateBus> s_bus;
 };

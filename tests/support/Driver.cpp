@@ -4,6 +4,10 @@
 #include <QtQuick/QQuickItem>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <functional>
+#include <iterator>
+
 namespace {
 
 /// Visits what can be read until the visitor says that it is enough.
@@ -45,14 +49,25 @@ std::vector<std::string> Driver::names(Role role, QAccessible::Text kind) const 
     return all;
 }
 
-bool Driver::isEnabled(const Text& name, Role role) const {
+QAccessible::State Driver::state(const Text& name, Role role) const {
+    QAccessible::State missing;
+    missing.disabled = true;
     QAccessibleInterface* const node = find(name, role);
-    return node != nullptr && !node->state().disabled;
+    return node == nullptr ? missing : node->state();
 }
 
-bool Driver::isSelected(const Text& name, Role role) const {
-    QAccessibleInterface* const node = find(name, role);
-    return node != nullptr && node->state().selected;
+std::vector<const QQuickItem*> Driver::items() const {
+    std::vector<const QQuickItem*> all{m_window.contentItem()};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const QList<QQuickItem*> children = all[i]->childItems();
+        std::copy_if(children.begin(), children.end(), std::back_inserter(all),
+                     [](const QQuickItem* child) { return child->isVisible(); });
+    }
+    return all;
+}
+
+QPoint Driver::middleOf(const Text& name, Role role) const {
+    return m_window.mapFromGlobal(find(name, role)->rect().center());
 }
 
 bool Driver::press(const Text& name, Role role) const {
@@ -67,7 +82,7 @@ bool Driver::press(const Text& name, Role role) const {
 bool Driver::click(const Text& name, Role role, int times) const {
     const bool isThere = waitFor(name, role);
     if (isThere) {
-        const QPoint middle = m_window.mapFromGlobal(find(name, role)->rect().center());
+        const QPoint middle = middleOf(name, role);
         QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
         if (times == 2) {
             QTest::mouseDClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);

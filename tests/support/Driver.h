@@ -6,7 +6,6 @@
 #include <QtGui/QAccessible>
 #include <QtQuick/QQuickWindow>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -42,8 +41,17 @@ public:
     /// Every visible and enabled name, or description, of a role, in the order in which they are read.
     [[nodiscard]] std::vector<std::string> names(Role role, QAccessible::Text kind = QAccessible::Name) const;
 
-    [[nodiscard]] bool isEnabled(const Text& name, Role role = QAccessible::Button) const;
-    [[nodiscard]] bool isSelected(const Text& name, Role role) const;
+    /// Disabled, and nothing else, if it is not there.
+    [[nodiscard]] QAccessible::State state(const Text& name, Role role) const;
+    [[nodiscard]] bool isEnabled(const Text& name, Role role = QAccessible::Button) const {
+        return !state(name, role).disabled;
+    }
+
+    /// Every visible item of the window, also what is not read: first those that hold others.
+    [[nodiscard]] std::vector<const QQuickItem*> items() const;
+
+    /// The place in the window of the middle of what is shown.
+    [[nodiscard]] QPoint middleOf(const Text& name, Role role) const;
 
     /// Presses it the way assistive technology does; false if it does not come.
     bool press(const Text& name, Role role = QAccessible::Button) const;

@@ -7,9 +7,24 @@
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <QtGui/QImage>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <map>
 #include <memory>
+
+/// The most frequent colour of a part of a picture: what is behind its letters.
+inline QColor groundOf(const QImage& picture, const QRect& part) {
+    std::map<QRgb, int> counts;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        for (int x = part.left(); x <= part.right(); ++x) {
+            ++counts[picture.pixel(x, y)];
+        }
+    }
+    const auto isRarer = [](const auto& a, const auto& b) { return a.second < b.second; };
+    return std::max_element(counts.begin(), counts.end(), isRarer)->first;
+}
 
 /// The program's window on a desktop made for the test, with a Trash of the test's choice.
 template <class ChosenTrash>

@@ -1,24 +1,22 @@
-#include "support/KeyboardJourney.h"
+#include "support/Journey.h"
 
 namespace {
-
-constexpr const char* failure = "No se pudo completar la acción";
 
 class DialogJourney : public KeyboardJourney {
 protected:
     /// Selects the file, and asks for its move.
     void ask(const char* file) {
-        ASSERT_TRUE(driver.tabTo("Archivos más grandes"));
+        ASSERT_TRUE(driver.tabTo(files));
         press("Home");
         while (app.store().selectedName() != QLatin1String(file)) {
             press("Down");
         }
         press("Del");
-        expectDialog((std::string("¿Mover “") + file + "” a la papelera?").c_str(), "Mover a la papelera");
+        expectDialog(std::string("¿Mover “") + file + "” a la papelera?", "Mover a la papelera");
     }
 
     /// Waits for a dialog, in which this has the keyboard.
-    void expectDialog(const char* name, const char* focused) {
+    void expectDialog(const std::string& name, const char* focused) {
         ASSERT_TRUE(waitForDialog(name)) << openDialog();
         EXPECT_EQ(driver.focused(), focused);
     }
@@ -83,7 +81,7 @@ TEST_F(DialogJourney, WhatFailsWhileAQuestionIsOpenIsToldAfterItsAnswer) {
     expectDialog("¿Mover “f12.mov” a la papelera?", "Mover a la papelera");
     press("Esc");
     expectDialog(failure, "Aceptar");
-    leave("Esc", "Archivos más grandes");
+    leave("Esc", files);
     ask("f13.zip");
     press("Esc");
     EXPECT_EQ(app.store().fileCount(), 40);
@@ -100,26 +98,22 @@ TEST_F(DialogJourney, AHeldKeyEndsOneMessageOnly) {
     }
 }
 
-TEST_F(DialogJourney, QuittingWorksDuringEverything) {
+TEST_F(DialogJourney, QuittingWorksDuringEverythingAndMeansNo) {
     showMap();
+    trash.refusesAll = true;
     const auto quits = [this](const char* during) {
-        EXPECT_TRUE(app.window().isVisible()) << during;
         driver.key("Ctrl+Q");
         EXPECT_FALSE(app.window().isVisible()) << during;
         showWindow();
     };
     ask("f11.zip");
     quits("a question");
-    EXPECT_EQ(openDialog(), "") << "quitting means no";
-    trash.refusesAll = true;
-    ask("f11.zip");
-    press("Return");
-    ASSERT_TRUE(waitForDialog(failure));
-    quits("a message");
-    press("Esc Ctrl+F");
-    quits("a search");
-    press("F10");
-    quits("an open menu");
+    EXPECT_EQ(openDialog(), "");
+    for (const auto& [keys, open] : {std::pair("Del Return", failure), {"Esc Ctrl+F", ""}, {"F10", ""}}) {
+        press(keys);
+        ASSERT_TRUE(waitForDialog(open)) << keys;
+        quits(keys);
+    }
     chooser.waits = true;
     driver.key("Ctrl+O");
     EXPECT_TRUE(waitUntil([this] { return chooser.waiting != nullptr; }));

@@ -4,8 +4,6 @@
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class FolderJourney : public Journey<FakeTrash> {
 protected:
     void SetUp() override {
@@ -83,18 +81,18 @@ TEST_F(FolderJourney, ByKeyboardAlone) {
 TEST_F(FolderJourney, ByPointerAlone) {
     ASSERT_TRUE(driver.click("Equipo", list));
     EXPECT_TRUE(waitUntil([this] { return browser.location() == FileURL("/"); }));
-    ASSERT_TRUE(driver.click("Atrás", QAccessible::Button));
+    ASSERT_TRUE(driver.click("Atrás", button));
     ASSERT_TRUE(driver.click("Fotos", list, 2));
     ASSERT_TRUE(driver.click("2024", list));
-    ASSERT_TRUE(driver.click("Carpeta superior", QAccessible::Button));
+    ASSERT_TRUE(driver.click("Carpeta superior", button));
     ASSERT_TRUE(driver.click("Fotos", list, 2));
     ASSERT_TRUE(driver.click("2024", list));
     EXPECT_TRUE(driver.waitFor("Se elegirá “2024”"));
-    ASSERT_TRUE(driver.click("Elegir", QAccessible::Button));
+    ASSERT_TRUE(driver.click("Elegir", button));
     expectChosen("home/Fotos/2024");
 
     openDialog();
-    ASSERT_TRUE(driver.click("Cancelar", QAccessible::Button));
+    ASSERT_TRUE(driver.click("Cancelar", button));
     expectChosen("home/Fotos/2024");
 }
 

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <QtQuick/QQuickItem>
 
-namespace {
+#include <algorithm>
 
-using Texts = std::vector<std::string>;
+namespace {
 
 class HomeJourney : public Journey<FakeTrash> {
 protected:
@@ -28,10 +28,7 @@ TEST_F(HomeJourney, TheDisksAndWhatFillsTheMainOne) {
     EXPECT_EQ(volumes.asked, 0) << "the window comes first";
     showWindow();
     ASSERT_TRUE(waitForSizes());
-    for (const char* const text : {"120 GB usados de 494 GB", "374 GB disponibles · 24% ocupado", "102 KB", "2 MB",
-                                   "119,99 GB", "Uso del disco principal"}) {
-        EXPECT_TRUE(driver.shows(text)) << text;
-    }
+    expectShown({"120 GB usados de 494 GB", "374 GB disponibles · 24% ocupado", "102 KB", "2 MB", "119,99 GB"});
     EXPECT_EQ(driver.names(list), (Texts{"Macintosh HD", "Copias", "Música", "Vídeos", "Imágenes", "Documentos",
                                          "Descargas", "Aplicaciones", "Sistema y otros"}));
     Texts symbols;
@@ -50,7 +47,7 @@ TEST_F(HomeJourney, TheDisksAndWhatFillsTheMainOne) {
     ASSERT_TRUE(driver.press("Inicio"));
     EXPECT_EQ(volumes.asked, 2) << "the screen was there already";
     driver.key("Ctrl+2");
-    EXPECT_FALSE(driver.shows("Uso del disco principal"));
+    EXPECT_TRUE(driver.names(list).empty());
     driver.key("Ctrl+1");
     EXPECT_TRUE(waitUntil([&] { return volumes.asked == 3; })) << "each visit begins anew";
 }
@@ -61,19 +58,14 @@ TEST_F(HomeJourney, NarrowWideAndWithoutVolumes) {
     ASSERT_TRUE(waitForSizes());
     EXPECT_TRUE(driver.waitFor("Uso del disco principal"));
     EXPECT_EQ(driver.names(list).size(), 7U);
-    const auto columns = [&] {
-        const int top = driver.find("Música", list)->rect().top();
-        int count = 0;
-        for (const std::string& name : driver.names(list)) {
-            const QRect card = driver.find(name, list)->rect();
-            EXPECT_GE(card.width(), 209) << name;
-            count += card.top() == top ? 1 : 0;
-        }
-        return count;
-    };
-    for (const auto& [size, expected] : {std::pair(QSize(980, 650), 3), {{1440, 900}, 5}, {{3840, 2160}, 7}}) {
+    const auto topOf = [&](const std::string& name) { return driver.find(name, list)->rect().top(); };
+    const auto isInFirstLine = [&](const std::string& name) { return topOf(name) == topOf("Música"); };
+    for (const auto& [size, columns] : {std::pair(QSize(980, 650), 3), {{1440, 900}, 5}, {{3840, 2160}, 7}}) {
         app.window().resize(size);
-        EXPECT_TRUE(waitUntil([&, expected = expected] { return columns() == expected; })) << size.width();
+        EXPECT_TRUE(waitUntil([&, columns = columns] {
+            return std::ranges::count_if(driver.names(list), isInFirstLine) == columns;
+        })) << size.width();
+        EXPECT_GE(driver.find("Música", list)->rect().width(), 209);
     }
 }
 

@@ -1,6 +1,5 @@
-#include "support/KeyboardJourney.h"
+#include "support/Journey.h"
 
-#include <QtGui/QWheelEvent>
 #include <QtQuick/QQuickItem>
 
 #include <algorithm>
@@ -66,13 +65,6 @@ TEST_F(HoverJourney, RowsOfFiles) {
         }
     }
     EXPECT_FALSE(hovered().empty());
-    for (const int steps : {-1, -5, 3, -20, 20}) {
-        QWheelEvent event(m_pointer, app.window().mapToGlobal(m_pointer), {}, {0, 120 * steps}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&app.window(), &event);
-        EXPECT_TRUE(waitUntil([&] { return !rows->property("moving").toBool(); }));
-        expectNoneElsewhere("scrolling by wheel");
-    }
     for (const char* const search : {"f4", "f49", "nothing", "", "zip", ""}) {
         app.store().setSearch(QString::fromLatin1(search));
         expectNoneElsewhere(search);

@@ -8,7 +8,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Texts = std::vector<std::string>;
 
 constexpr auto box = QAccessible::CheckBox;
 
@@ -62,9 +61,7 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     EXPECT_EQ(about[1], "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") +
                             ", 2 de 4");
     EXPECT_EQ(about[3], "Registro · log, " + tree.path("home/.local/share/xorg") + ", 4 de 4");
-    for (const char* const text : {"4", "1,3 MB", "3"}) {
-        EXPECT_TRUE(driver.shows(text)) << text;
-    }
+    expectShown({"4", "1,3 MB", "3"});
     EXPECT_TRUE(isTicked("navegador"));
     EXPECT_FALSE(isTicked("org.ejemplo.Pintura"));
     ASSERT_TRUE(driver.press("org.ejemplo.Pintura", box));
@@ -87,8 +84,9 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     EXPECT_FALSE(driver.isEnabled("Limpiar seleccionados"));
     EXPECT_TRUE(driver.isEnabled("Limpiar todo lo seguro"));
     EXPECT_EQ(countItems(), before - 5) << "two folders with a file each and a log";
+    const std::string inTrash = qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/files/";
     for (const char* const moved : {"navegador/a", "Xorg.0.log", "com.example.Editor/a"}) {
-        EXPECT_TRUE(fs::exists(inTrash(std::string("files/") + moved))) << moved;
+        EXPECT_TRUE(fs::exists(inTrash + moved)) << moved;
     }
 }
 
@@ -109,19 +107,6 @@ TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
     // Each visit begins anew.
     driver.key("Ctrl+2 Ctrl+3");
     EXPECT_TRUE(waitUntil([&] { return driver.names(list).size() == 2; }));
-}
-
-TEST_F(JunkJourney, NothingToCleanAndQuickChangesOfScreen) {
-    fs::remove_all(tree.path("home"));
-    for (int visit = 0; visit < 50; ++visit) {
-        driver.key(visit % 2 == 0 ? "Ctrl+3 Ctrl+1" : "Ctrl+3 Ctrl+2");
-    }
-    ASSERT_TRUE(driver.press("Limpiar basura"));
-    ASSERT_TRUE(driver.waitFor("Busca basura olvidada"));
-    EXPECT_FALSE(driver.shows("ENCONTRADOS"));
-    tree.file("home/.cache/nuevo/a", 4096);
-    ASSERT_TRUE(driver.press("Analizar basura"));
-    EXPECT_TRUE(driver.waitFor("nuevo", list));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "support/KeyboardJourney.h"
+#include "support/Journey.h"
 
 #include <QtGui/QClipboard>
 #include <QtQuick/QQuickItem>
@@ -18,12 +18,10 @@ protected:
         expectClosed(search);
     }
     void expectClosed(const char* search) {
-        EXPECT_TRUE(waitUntil([this] { return driver.names(QAccessible::MenuItem) == menuBar; }));
+        EXPECT_TRUE(waitUntil([this] { return driver.names(QAccessible::MenuItem) == Texts{"Archivo"}; }));
         EXPECT_EQ(driver.focused(), "Buscar archivos");
         EXPECT_EQ(app.store().search().toStdString(), search);
     }
-
-    const std::vector<std::string> menuBar{"Archivo"};
 };
 
 TEST_F(TextMenuJourney, EditsTheSearchByKeyboardAndPointer) {

@@ -7,6 +7,7 @@
 #include <QtDBus/QDBusMetaType>
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 /// A pair of texts, as in the lists of events; and an object of the bus: the name of its program and its path.
@@ -50,24 +51,18 @@ public:
 
     /// Says that a screen reader is there, lets programs register, and tells them that all events are listened to.
     bool handleMessage(const QDBusMessage& call, const QDBusConnection& connection) override {
-        const QString method = call.member();
-        QVariant answer;
-        if (method == QLatin1String("GetAddress")) {
-            answer = m_daemon.address();
-        } else if (method == QLatin1String("Get")) {
-            answer = anything(true);
-        } else if (method == QLatin1String("NotifyListenersSync")) {
-            answer = false;  // A key that the screen reader leaves to the program.
-        } else if (method == QLatin1String("Embed")) {
-            answer = QVariant::fromValue(BusObject{connection.baseService(), QDBusObjectPath(call.path())});
-        } else if (method == QLatin1String("GetRegisteredEvents")) {
-            const QString everybody = QStringLiteral(":1.0");
-            answer = QVariant::fromValue(
-                QList<BusPair>{{everybody, QStringLiteral("object:")}, {everybody, QStringLiteral("focus:")}});
-        } else {
-            return false;
-        }
-        return connection.send(call.createReply(answer));
+        const QString everybody = QStringLiteral(":1.0");
+        const QList<BusPair> events{{everybody, QStringLiteral("object:")}, {everybody, QStringLiteral("focus:")}};
+        const std::map<QString, QVariant> answers{
+            {QStringLiteral("GetAddress"), m_daemon.address()},
+            {QStringLiteral("Get"), anything(true)},
+            {QStringLiteral("NotifyListenersSync"), false},  // A key that the screen reader leaves to the program.
+            {QStringLiteral("Embed"),
+             QVariant::fromValue(BusObject{connection.baseService(), QDBusObjectPath(call.path())})},
+            {QStringLiteral("GetRegisteredEvents"), QVariant::fromValue(events)},
+        };
+        const auto answer = answers.find(call.member());
+        return answer != answers.end() && connection.send(call.createReply(answer->second));
     }
 
 private:

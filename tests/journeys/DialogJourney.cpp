@@ -1,62 +1,58 @@
-#include "support/KeyboardJourney.h"
+#include "support/Journey.h"
 
 namespace {
-
-constexpr const char* failure = "No se pudo completar la acción";
 
 class DialogJourney : public KeyboardJourney {
 protected:
     /// Selects the file, and asks for its move.
     void ask(const char* file) {
-        ASSERT_TRUE(driver.tabTo("Archivos más grandes"));
+        ASSERT_TRUE(driver.tabTo(files));
         press("Home");
         while (app.store().selectedName() != QLatin1String(file)) {
             press("Down");
         }
         press("Del");
-        ASSERT_EQ(openDialog(), std::string("¿Mover “") + file + "” a la papelera?");
-        EXPECT_EQ(driver.focused(), "Mover a la papelera");
+        expectDialog(std::string("¿Mover “") + file + "” a la papelera?", "Mover a la papelera");
+    }
+
+    /// Waits for a dialog, in which this has the keyboard.
+    void expectDialog(const std::string& name, const char* focused) {
+        ASSERT_TRUE(waitForDialog(name)) << openDialog();
+        EXPECT_EQ(driver.focused(), focused);
+    }
+
+    /// Presses a key that ends the dialog, after which this has the keyboard.
+    void leave(const char* key, const char* focused) {
+        press(key);
+        EXPECT_EQ(openDialog(), "");
+        EXPECT_EQ(driver.focused(), focused);
     }
 };
 
-class CleaningJourney : public DialogJourney, public testing::WithParamInterface<int> {};
-
-TEST_P(CleaningJourney, EveryMessageIsReadAndLeftByKeysAlone) {
+TEST_F(DialogJourney, EveryMessageIsReadAndLeftByKeysAlone) {
     trash.refusesAll = true;
-    showJunk(GetParam());
+    showJunk(30);
     EXPECT_EQ(driver.focused(), "Elementos encontrados");
-    const std::string count = std::to_string(GetParam());
-    const std::vector<const char*> several{"Esc", "Space", "Return"};
-    for (const char* const leave : GetParam() == 1 ? several : std::vector{"Return"}) {
-        ASSERT_TRUE(driver.tabTo("Limpiar todo lo seguro"));
+    ASSERT_TRUE(driver.tabTo("Limpiar todo lo seguro"));
+    for (const char* const key : {"Esc", "Space", "Return"}) {
         press("Return");
-        ASSERT_TRUE(waitForDialog(("¿Mover " + count + " elementos a la Papelera?").c_str()));
-        EXPECT_EQ(driver.focused(), "Limpiar");
+        expectDialog("¿Mover 30 elementos a la Papelera?", "Limpiar");
         press("Return");
-        ASSERT_TRUE(waitForDialog(("Limpieza parcial: " + count + " elementos no se pudieron mover.").c_str()));
-        EXPECT_EQ(driver.focused(), "Aceptar");
-        press(leave);
-        EXPECT_EQ(openDialog(), "");
-        EXPECT_EQ(driver.focused(), "Limpiar todo lo seguro") << "where the keyboard was before";
+        expectDialog("Limpieza parcial: 30 elementos no se pudieron mover.", "Aceptar");
+        leave(key, "Limpiar todo lo seguro");
     }
 
     trash.refusesAll = false;
     press("Return Tab");
     EXPECT_EQ(driver.focused(), "Cancelar");
-    press("Return");
-    EXPECT_EQ(openDialog(), "");
+    leave("Return", "Limpiar todo lo seguro");
     ASSERT_TRUE(driver.tabTo("Limpiar seleccionados"));
     press("Return Return");
-    ASSERT_TRUE(waitForDialog("Limpieza completada."));
-    EXPECT_EQ(driver.focused(), "Aceptar");
-    press("Return");
-    EXPECT_EQ(openDialog(), "");
-    EXPECT_EQ(driver.focused(), "Elementos encontrados") << "the button has nothing to clean any more";
+    expectDialog("Limpieza completada.", "Aceptar");
+    leave("Return", "Elementos encontrados");  // The button has nothing to clean any more.
     press("Down Return");
     EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.config/org.ejemplo.Pintura")});
 }
-
-INSTANTIATE_TEST_SUITE_P(Items, CleaningJourney, testing::Values(1, 300));
 
 TEST_F(DialogJourney, TheProgressHasTheKeyboardNeedsNoAnswerAndHoldsUpNoEnd) {
     showJunk(30);
@@ -65,10 +61,8 @@ TEST_F(DialogJourney, TheProgressHasTheKeyboardNeedsNoAnswerAndHoldsUpNoEnd) {
     press("Return Return");
     trash.turns.release(3);
     EXPECT_TRUE(waitUntil([this] { return driver.focused() == "3 de 30 · 45%"; })) << driver.focused();
-    for (const char* const key : {"Return", "Esc"}) {
-        press(key);
-        EXPECT_EQ(openDialog(), "Moviendo a la Papelera…");
-    }
+    press("Return Esc");
+    EXPECT_EQ(openDialog(), "Moviendo a la Papelera…");
     driver.key("Ctrl+Q");
     EXPECT_FALSE(app.window().isVisible());
     trash.turns.release(27);
@@ -84,13 +78,10 @@ TEST_F(DialogJourney, WhatFailsWhileAQuestionIsOpenIsToldAfterItsAnswer) {
     ask("f12.mov");
     trash.turns.release();
     ASSERT_TRUE(waitUntil([this] { return app.store().errorMessage().has_value(); }));
-    EXPECT_EQ(openDialog(), "¿Mover “f12.mov” a la papelera?");
-    EXPECT_EQ(driver.focused(), "Mover a la papelera");
+    expectDialog("¿Mover “f12.mov” a la papelera?", "Mover a la papelera");
     press("Esc");
-    EXPECT_EQ(openDialog(), failure);
-    EXPECT_EQ(driver.focused(), "Aceptar");
-    press("Esc");
-    EXPECT_EQ(driver.focused(), "Archivos más grandes");
+    expectDialog(failure, "Aceptar");
+    leave("Esc", files);
     ask("f13.zip");
     press("Esc");
     EXPECT_EQ(app.store().fileCount(), 40);
@@ -100,35 +91,29 @@ TEST_F(DialogJourney, AHeldKeyEndsOneMessageOnly) {
     showMap();
     trash.refusesAll = true;
     ask("f11.zip");
-    QTest::simulateEvent(&app.window(), true, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), false);
-    ASSERT_TRUE(waitForDialog(failure));
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        QTest::simulateEvent(&app.window(), true, key, Qt::NoModifier, QStringLiteral("\r"), true);
-        EXPECT_EQ(openDialog(), failure);
+    for (const auto& [key, isHeld] :
+         {std::pair(Qt::Key_Return, false), {Qt::Key_Return, true}, {Qt::Key_Escape, true}}) {
+        QTest::simulateEvent(&app.window(), true, key, Qt::NoModifier, QStringLiteral("\r"), isHeld);
+        ASSERT_TRUE(waitForDialog(failure));
     }
 }
 
-TEST_F(DialogJourney, QuittingWorksDuringEverything) {
+TEST_F(DialogJourney, QuittingWorksDuringEverythingAndMeansNo) {
     showMap();
+    trash.refusesAll = true;
     const auto quits = [this](const char* during) {
-        EXPECT_TRUE(app.window().isVisible()) << during;
         driver.key("Ctrl+Q");
         EXPECT_FALSE(app.window().isVisible()) << during;
-        app.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
+        showWindow();
     };
     ask("f11.zip");
     quits("a question");
-    EXPECT_EQ(openDialog(), "") << "quitting means no";
-    trash.refusesAll = true;
-    ask("f11.zip");
-    press("Return");
-    ASSERT_TRUE(waitForDialog(failure));
-    quits("a message");
-    press("Esc Ctrl+F");
-    quits("a search");
-    press("F10");
-    quits("an open menu");
+    EXPECT_EQ(openDialog(), "");
+    for (const auto& [keys, open] : {std::pair("Del Return", failure), {"Esc Ctrl+F", ""}, {"F10", ""}}) {
+        press(keys);
+        ASSERT_TRUE(waitForDialog(open)) << keys;
+        quits(keys);
+    }
     chooser.waits = true;
     driver.key("Ctrl+O");
     EXPECT_TRUE(waitUntil([this] { return chooser.waiting != nullptr; }));
@@ -140,21 +125,6 @@ TEST_F(DialogJourney, QuittingWorksDuringEverything) {
     quits("the choice of a folder");
     EXPECT_EQ(openDialog(), "");
     EXPECT_EQ(app.store().fileCount(), 40);
-}
-
-TEST_F(DialogJourney, AVeryLongNameLeavesTheSentenceWhole) {
-    const std::string name = "El principio " + std::string(200, 'x') + " y el final.mov";
-    tree.file("files/" + name, 70 * 4096);
-    showMap();
-    press("Home Del");
-    const QString shown = QString::fromStdString(openDialog());
-    EXPECT_TRUE(shown.startsWith(QStringLiteral("¿Mover “El principio xxx"))) << qPrintable(shown);
-    EXPECT_TRUE(shown.endsWith(QStringLiteral("xxx y el final.mov” a la papelera?"))) << qPrintable(shown);
-    EXPECT_LE(shown.size(), 90);
-    const QString nextLine = QStringLiteral("Duskfern nunca borra archivos sin esta confirmación.");
-    ASSERT_TRUE(driver.shows(shown, dialog) && driver.shows(nextLine));
-    const QRect card = driver.find(shown, dialog)->rect();
-    EXPECT_TRUE(card.contains(driver.find(nextLine, QAccessible::StaticText)->rect()));
 }
 
 }  // namespace

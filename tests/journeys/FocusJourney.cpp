@@ -1,14 +1,11 @@
-#include "support/KeyboardJourney.h"
+#include "support/Journey.h"
 
 #include <QtTest/QSignalSpy>
 
-#include <array>
 #include <filesystem>
 #include <random>
 
 namespace {
-
-constexpr const char* files = "Archivos más grandes";
 
 class FocusJourney : public KeyboardJourney {
 protected:
@@ -16,18 +13,6 @@ protected:
 
     /// Whether a bubble of this file has the focus.
     [[nodiscard]] bool isOnBubble(const std::string& file) const { return driver.focused().starts_with(file + ", "); }
-
-    /// Tabs to the bubbles, and goes about by arrow keys until that of a file has the focus.
-    void goToBubble(const std::string& file) {
-        for (int step = 0; step < 60 && !driver.focused().starts_with("f"); ++step) {
-            press("Tab");
-        }
-        std::mt19937 random(1);
-        for (int step = 0; step < 500 && !isOnBubble(file); ++step) {
-            press(std::array{"Left", "Right", "Up", "Down"}[random() % 4]);
-        }
-        ASSERT_TRUE(isOnBubble(file)) << driver.focused();
-    }
 
     void trashSelected() {
         const qint64 before = app.store().fileCount();
@@ -38,7 +23,7 @@ protected:
 };
 
 TEST_F(FocusJourney, AScreenThatIsShownHasTheKeyboardAndAHiddenOneHasNot) {
-    tree.file("home/.cache/app0/a", 4096);
+    makeJunk(1);
     showMap();
     press("Home");
     EXPECT_EQ(selected(), "f10.mov");
@@ -69,13 +54,17 @@ TEST_F(FocusJourney, WithoutRowsTheMainButtonIsFirst) {
     EXPECT_EQ(driver.focused(), "Elegir carpeta…");
     chooser.folder = tree.url("home");
     press("Return");
-    ASSERT_TRUE(waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
+    waitForScan();
     press("Ctrl+1 Ctrl+2");
     EXPECT_EQ(driver.focused(), "Elegir carpeta");
     std::filesystem::remove_all(tree.path("home"));
     press("Ctrl+3");
     ASSERT_TRUE(driver.waitFor("Busca basura olvidada"));
     EXPECT_TRUE(waitUntil([this] { return driver.focused() == "Analizar basura"; }));
+    EXPECT_FALSE(driver.shows("ENCONTRADOS"));
+    makeJunk(1);
+    press("Return");
+    EXPECT_TRUE(driver.waitFor("app0", list));
 
     // A page that is in sight as a whole needs no keys, and a button that is disabled takes none.
     app.window().resize(1440, 1000);
@@ -86,32 +75,24 @@ TEST_F(FocusJourney, WithoutRowsTheMainButtonIsFirst) {
 }
 
 TEST_F(FocusJourney, TheKeysOfTheWindowWorkFromEverywhere) {
-    tree.file("home/.cache/app0/a", 4096);
+    makeJunk(1);
     showMap();
-    const auto places = {"Archivo",        "Herramientas",    "Explorar", "Ancho de la barra lateral",
-                         "Elegir carpeta", "Buscar archivos", files,      "f10.mov"};
-    for (const char* const place : places) {
-        for (const auto& [screen, mode] :
-             {std::pair("Ctrl+1", ScanStore::Mode::home), std::pair("Ctrl+3", ScanStore::Mode::junk)}) {
+    for (const char* const place : {"Archivo", "Herramientas", "Explorar", "Ancho de la barra lateral",
+                                    "Elegir carpeta", "Buscar archivos", files, "f10.mov"}) {
+        for (const auto& [keys, arrival] :
+             {std::pair("Ctrl+1 Ctrl+2", files), {"Ctrl+3 Ctrl+2", files}, {"Ctrl+F", "Buscar archivos"}}) {
             ASSERT_TRUE(driver.tabTo(place)) << place;
-            press(screen);
-            EXPECT_EQ(app.store().mode(), mode) << place;
-            press("Ctrl+2");
-            EXPECT_EQ(driver.focused(), files) << place;
+            press(keys);
+            EXPECT_EQ(driver.focused(), arrival) << place;
         }
-        ASSERT_TRUE(driver.tabTo(place)) << place;
-        press("Ctrl+F");
-        EXPECT_EQ(driver.focused(), "Buscar archivos") << place;
-        ASSERT_TRUE(driver.tabTo(place)) << place;
-        const int asked = chooser.asked;
-        press("Ctrl+O");
-        EXPECT_TRUE(waitUntil([&] { return chooser.asked == asked + 1; })) << place;
-        ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
-        const QSignalSpy scans(&app.store(), &ScanStore::isScanningChanged);
-        press("Ctrl+R");
-        EXPECT_FALSE(scans.isEmpty()) << place << ", and a folder was just chosen";
-        ASSERT_TRUE(waitUntil([this] { return !app.store().isScanning(); }));
+        for (const char* const key : {"Ctrl+O", "Ctrl+R"}) {
+            ASSERT_TRUE(driver.tabTo(place)) << place;
+            const QSignalSpy scans(&app.store(), &ScanStore::isScanningChanged);
+            press(key);
+            EXPECT_TRUE(waitUntil([&] { return scans.count() == 2; })) << key << " from " << place;
+        }
     }
+    EXPECT_EQ(chooser.asked, 9);
     press("Ctrl+3 Ctrl+F");
     EXPECT_EQ(app.store().mode(), ScanStore::Mode::space);
     EXPECT_EQ(driver.focused(), "Buscar archivos");
@@ -136,14 +117,9 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
 
     // So does the folder dialog, opened from the menu or by its keys.
     chooser.next = &browser;
-    for (const bool fromMenu : {true, false}) {
+    for (const char* const keys : {"F10 Return", "Ctrl+O"}) {
         ASSERT_TRUE(driver.tabTo("Explorar"));
-        if (fromMenu) {
-            press("F10");
-            driver.key("Return");
-        } else {
-            driver.key("Ctrl+O");
-        }
+        driver.key(keys);
         ASSERT_TRUE(waitForDialog("Elegir carpeta"));
         EXPECT_EQ(driver.focused(), "Carpetas");
         press("Tab Esc");
@@ -155,42 +131,35 @@ TEST_F(FocusJourney, TheMenuGivesTheKeyboardBack) {
 TEST_F(FocusJourney, ABubbleKeepsTheFocusByItsFile) {
     showMap();
     ASSERT_TRUE(driver.tabTo("f10.mov"));
-    press("End");
-    EXPECT_TRUE(isOnBubble("f23.zip")) << driver.focused();
-    press("Tab Shift+Backtab");
-    EXPECT_TRUE(isOnBubble("f23.zip")) << "one Tab stop, where one was";
-    goToBubble("f13.zip");
-    app.store().setSearch(QStringLiteral("zip"));
-    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
-    app.store().setSearch(QStringLiteral("f13"));
-    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
-    app.store().setSearch({});
-    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
+    press("Left Down Right Up Home");
+    EXPECT_TRUE(isOnBubble("f10.mov")) << driver.focused();
+    press("End Tab Shift+Backtab");
+    EXPECT_TRUE(isOnBubble("f23.zip")) << driver.focused() << ", one Tab stop, where one was";
+    for (const char* const search : {"zip", "f23", ""}) {
+        app.store().setSearch(QString::fromLatin1(search));
+        EXPECT_TRUE(isOnBubble("f23.zip")) << search;
+    }
     press("Return");
-    EXPECT_EQ(selected(), "f13.zip");
+    EXPECT_EQ(selected(), "f23.zip");
 
     // A larger one goes, and then the one itself.
     app.store().selectRow(0);
     trashSelected();
-    EXPECT_TRUE(isOnBubble("f13.zip")) << driver.focused();
+    EXPECT_TRUE(isOnBubble("f23.zip")) << driver.focused();
     press("Space");
     trashSelected();
     EXPECT_EQ(driver.focused(), files);
 
     // The focus of who types a search is not taken.
-    goToBubble("f14.mov");
+    ASSERT_TRUE(driver.tabTo("f24.mov"));
     press("Ctrl+F");
     driver.type("zip");
     EXPECT_EQ(driver.focused(), "Buscar archivos");
-    EXPECT_EQ(app.store().search(), QStringLiteral("zip"));
 }
 
 TEST_F(FocusJourney, AfterAMoveTheNextArrowGoesOnFromThere) {
     showMap();
-    press("Home");
-    for (int row = 0; row < 3; ++row) {
-        press("Down");
-    }
+    press("Home Down Down Down");
     trashSelected();
     EXPECT_EQ(selected(), "");
     EXPECT_EQ(driver.focused(), files);
@@ -209,18 +178,17 @@ TEST_F(FocusJourney, WhatIsOnItsWayIsNotAskedAboutAgain) {
     showMap();
     trash.waits = true;
     press("Home Del Return");
-    EXPECT_TRUE(driver.waitFor("Moviendo a la papelera… 45%"));
-    EXPECT_FALSE(driver.shows("A la papelera", QAccessible::Button));
-    EXPECT_TRUE(driver.shows("f10.mov"));
+    expectShown({"Moviendo a la papelera… 45%", "f10.mov"});
+    EXPECT_FALSE(driver.shows("A la papelera", button));
     press("Del");
     EXPECT_EQ(openDialog(), "");
     press("Down");
     EXPECT_FALSE(driver.shows("Moviendo a la papelera… 45%"));
-    EXPECT_TRUE(driver.shows("A la papelera", QAccessible::Button));
+    EXPECT_TRUE(driver.shows("A la papelera", button));
     press("Up");
     EXPECT_TRUE(driver.shows("Moviendo a la papelera… 45%"));
     trash.turns.release();
-    EXPECT_TRUE(driver.waitFor("Selecciona un archivo"));
+    expectShown({"Selecciona un archivo"});
     EXPECT_EQ(app.store().fileCount(), 39);
 }
 
@@ -232,7 +200,7 @@ TEST_F(FocusJourney, TheSelectedRowIsInSightWhenAFilterGoes) {
     }
     press("Ctrl+R");
     ASSERT_TRUE(waitUntil([this] { return app.store().fileCount() == 640 && !app.store().isScanning(); }));
-    const auto isInSight = [this] { return driver.shows(app.store().selectedName(), list); };
+    const auto isInSight = [this] { return driver.shows(selected(), list); };
     for (const char* const search : {"f", "f4", "zip", "txt"}) {
         press("Ctrl+F");
         driver.type(search);
@@ -247,9 +215,7 @@ TEST_F(FocusJourney, TheSelectedRowIsInSightWhenAFilterGoes) {
 
 /// Whatever keys are pressed in whatever order, there is always something that has the focus.
 TEST_F(FocusJourney, NoKeyLeadsToNothing) {
-    for (int i = 0; i < 6; ++i) {
-        tree.file("home/.cache/app" + std::to_string(i) + "/a", 4096);
-    }
+    makeJunk(6);
     showMap();
     const char* const keys[] = {"Tab",    "Tab",    "Shift+Backtab", "Return", "Return", "Esc",  "Space",
                                 "Down",   "Up",     "End",           "Del",    "F10",    "F",    "Ctrl+1",

@@ -14,33 +14,35 @@ protected:
         userFolders.folders.systemRoot = FileURL("/");
         userFolders.folders.music = tree.url("home/Música");
         showWindow();
+        openDialog();
     }
-    void openDialog() {
-        driver.key("Ctrl+O");
-        ASSERT_TRUE(driver.waitFor("Elegir carpeta", dialog));
+    void openDialog() { press("Ctrl+O", "Elegir carpeta", dialog); }
+
+    /// Presses keys, after which this is to be seen.
+    void press(const char* keys, const char* name, QAccessible::Role role = list) {
+        driver.key(keys);
+        ASSERT_TRUE(driver.waitFor(name, role));
     }
 
-    /// Presses keys, after which a row is to be seen.
-    void press(const char* keys, const char* row) {
-        driver.key(keys);
-        ASSERT_TRUE(driver.waitFor(row, list));
+    /// Expects that the dialog has gone, and which folder is chosen now.
+    void expectChosen(const char* folder) {
+        ASSERT_TRUE(driver.waitForNoDialog());
+        EXPECT_EQ(app.store().rootURL(), tree.url(folder));
     }
 };
 
 TEST_F(FolderJourney, ByKeyboardAlone) {
-    openDialog();
     ASSERT_TRUE(driver.waitFor("Fotos", list));
     EXPECT_EQ(driver.focused(), "Carpetas");
-    EXPECT_EQ(driver.names(list), (std::vector<std::string>{"Fotos", "Música", "Inicio", "Música", "Equipo"}));
+    EXPECT_EQ(driver.names(list), (Texts{"Fotos", "Música", "Inicio", "Música", "Equipo"}));
 
     // Round all that the Tab key stops at; nothing is to go back to yet.
-    std::vector<std::string> stops;
+    Texts stops;
     do {
         driver.key("Tab");
         stops.push_back(driver.focused());
     } while (stops.back() != "Carpetas" && stops.size() < 20);
-    EXPECT_EQ(stops, (std::vector<std::string>{"Cancelar", "Elegir", "Carpeta superior", "Ruta de la carpeta", "Inicio",
-                                               "Carpetas"}));
+    EXPECT_EQ(stops, (Texts{"Cancelar", "Elegir", "Carpeta superior", "Ruta de la carpeta", "Inicio", "Carpetas"}));
 
     // Nothing behind it acts.
     driver.key("Ctrl+3 Ctrl+O");
@@ -48,62 +50,50 @@ TEST_F(FolderJourney, ByKeyboardAlone) {
     EXPECT_EQ(chooser.asked, 1);
 
     driver.type("fo");
-    EXPECT_TRUE(driver.isSelected("Fotos", list));
+    EXPECT_TRUE(driver.state("Fotos", list).selected);
     press("Return", "2024");
     press("Backspace", "Fotos");
-    EXPECT_TRUE(driver.isSelected("Fotos", list));
+    EXPECT_TRUE(driver.state("Fotos", list).selected);
     press("Alt+Left", "2025");
     press("Alt+Up", "Fotos");
 
     driver.key("Ctrl+L");
     EXPECT_EQ(driver.focused(), "Ruta de la carpeta");
     driver.type("~/no");
-    driver.key("Return");
-    EXPECT_TRUE(driver.waitFor("No existe ninguna carpeta con esa ruta.", QAccessible::AlertMessage));
+    press("Return", "No existe ninguna carpeta con esa ruta.", QAccessible::AlertMessage);
     driver.key("Ctrl+A");
     driver.type("~/Fotos");
     press("Return", "2025");
     EXPECT_EQ(driver.focused(), "Carpetas");
-
-    driver.key("End");
-    EXPECT_TRUE(driver.isSelected("2025", list));
-    driver.key("Tab Tab");
+    driver.key("End Tab Tab");
     EXPECT_EQ(driver.focused(), "Elegir");
     driver.key("Return");
-    ASSERT_TRUE(driver.waitForNoDialog());
-    EXPECT_EQ(app.store().rootURL(), tree.url("home/Fotos/2025"));
-    driver.key("Ctrl+2");
-    EXPECT_EQ(app.store().mode(), ScanStore::Mode::space) << "the window has the keyboard again";
-    EXPECT_TRUE(driver.waitFor("b.txt", list));
+    expectChosen("home/Fotos/2025");
+    press("Ctrl+2", "b.txt");
 
     // It opens where one was, and Esc leaves that as it is.
     openDialog();
     EXPECT_EQ(browser.location(), tree.url("home/Fotos/2025"));
     driver.key("Esc");
-    ASSERT_TRUE(driver.waitForNoDialog());
-    EXPECT_EQ(app.store().rootURL(), tree.url("home/Fotos/2025"));
+    expectChosen("home/Fotos/2025");
 }
 
 TEST_F(FolderJourney, ByPointerAlone) {
-    openDialog();
     ASSERT_TRUE(driver.click("Equipo", list));
     EXPECT_TRUE(waitUntil([this] { return browser.location() == FileURL("/"); }));
-    ASSERT_TRUE(driver.click("Atrás", QAccessible::Button));
+    ASSERT_TRUE(driver.click("Atrás", button));
     ASSERT_TRUE(driver.click("Fotos", list, 2));
-    ASSERT_TRUE(driver.waitFor("2024", list));
-    EXPECT_EQ(browser.location(), tree.url("home/Fotos"));
-    ASSERT_TRUE(driver.click("Carpeta superior", QAccessible::Button));
+    ASSERT_TRUE(driver.click("2024", list));
+    ASSERT_TRUE(driver.click("Carpeta superior", button));
     ASSERT_TRUE(driver.click("Fotos", list, 2));
     ASSERT_TRUE(driver.click("2024", list));
     EXPECT_TRUE(driver.waitFor("Se elegirá “2024”"));
-    ASSERT_TRUE(driver.click("Elegir", QAccessible::Button));
-    ASSERT_TRUE(driver.waitForNoDialog());
-    EXPECT_EQ(app.store().rootURL(), tree.url("home/Fotos/2024"));
+    ASSERT_TRUE(driver.click("Elegir", button));
+    expectChosen("home/Fotos/2024");
 
     openDialog();
-    ASSERT_TRUE(driver.click("Cancelar", QAccessible::Button));
-    ASSERT_TRUE(driver.waitForNoDialog());
-    EXPECT_EQ(app.store().rootURL(), tree.url("home/Fotos/2024"));
+    ASSERT_TRUE(driver.click("Cancelar", button));
+    expectChosen("home/Fotos/2024");
 }
 
 }  // namespace

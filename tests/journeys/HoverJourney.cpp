@@ -1,6 +1,5 @@
-#include "support/KeyboardJourney.h"
+#include "support/Journey.h"
 
-#include <QtGui/QWheelEvent>
 #include <QtQuick/QQuickItem>
 
 #include <algorithm>
@@ -9,97 +8,63 @@ namespace {
 
 class HoverJourney : public KeyboardJourney {
 protected:
-    /// Puts the pointer there.
+    /// Puts the pointer there. Qt Quick tells items of it with the next frame.
     void pointAt(QPoint place) {
         m_pointer = place;
         QTest::mouseMove(&app.window(), m_pointer);
         QTest::qWait(30);
     }
 
-    /// How many show that the pointer is on them: all, or those that it is not on.
-    enum class Which { all, wrong };
-    [[nodiscard]] int count(const QQuickItem* item, Which which) const {
-        // The map's "hovered" is the number of a bubble.
-        const auto isTrue = [item](const char* property) {
-            const QVariant value = item->property(property);
-            return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
-        };
-        const bool isOn = item->isVisible() && (isTrue("containsMouse") || isTrue("hovered"));
-        int sum = isOn && (which == Which::all || !item->contains(item->mapFromScene(m_pointer))) ? 1 : 0;
-        for (const QQuickItem* const child : item->childItems()) {
-            sum += count(child, which);
-        }
-        return sum;
+    /// What shows that the pointer is on it.
+    [[nodiscard]] std::vector<const QQuickItem*> hovered() const {
+        std::vector<const QQuickItem*> all = driver.items();
+        std::erase_if(all, [](const QQuickItem* item) {
+            // The map's "hovered" is the number of a bubble.
+            const auto isTrue = [](const QVariant& it) { return it.typeId() == QMetaType::Bool && it.toBool(); };
+            return !isTrue(item->property("containsMouse")) && !isTrue(item->property("hovered"));
+        });
+        return all;
     }
 
-    /// Qt Quick tells items of the pointer with the next frame after they moved.
+    /// Whether nothing else shows it: now that things have moved, after the pointer has left them, and when it is back.
     void expectNoneElsewhere(const char* after) {
         QTest::qWait(30);
-        const auto isRight = [this] { return count(app.window().contentItem(), Which::wrong) == 0; };
-        EXPECT_TRUE(waitUntil(isRight)) << after << ", pointer at " << m_pointer.y();
-        const QPoint back = m_pointer;
-        pointAt({8, 400});
-        EXPECT_TRUE(waitUntil(isRight)) << after << ", and away from " << back.y();
-        pointAt(back);
-        EXPECT_TRUE(waitUntil(isRight)) << after << ", and back";
+        const QPoint here = m_pointer;
+        const auto isUnderPointer = [this](const QQuickItem* item) {
+            return item->contains(item->mapFromScene(m_pointer));
+        };
+        for (const QPoint next : {QPoint(8, 400), here, here}) {
+            EXPECT_TRUE(waitUntil([&] { return std::ranges::all_of(hovered(), isUnderPointer); }))
+                << after << ", pointer at " << m_pointer.x() << ' ' << m_pointer.y();
+            pointAt(next);
+        }
     }
 
-    /// Whether a text is anywhere in the window, hints included, which screen readers are not told.
-    [[nodiscard]] static bool shows(const QQuickItem* item, const std::string& text) {
-        const QList<QQuickItem*> children = item->childItems();
-        return item->isVisible() &&
-               (item->property("text").toString().toStdString() == text ||
-                std::any_of(children.begin(), children.end(), [&](const auto* child) { return shows(child, text); }));
-    }
-
-    void pointAt(const std::string& name, QAccessible::Role role) {
-        const QAccessibleInterface* const seen = driver.find(name, role);
-        ASSERT_NE(seen, nullptr) << name;
-        pointAt(app.window().mapFromGlobal(seen->rect().center()));
-    }
+    /// Waits for a text anywhere in the window, hints included, which screen readers are not told.
     void expectHint(const std::string& hint) {
-        EXPECT_TRUE(waitUntil([&] { return shows(app.window().contentItem(), hint); })) << hint;
+        const auto hasText = [text = QString::fromStdString(hint)](const QQuickItem* item) {
+            return item->property("text") == text;
+        };
+        EXPECT_TRUE(waitUntil([&] { return std::ranges::any_of(driver.items(), hasText); })) << hint;
     }
 
-    void wheel(int steps) {
-        QWheelEvent event(m_pointer, app.window().mapToGlobal(m_pointer), {}, {0, 120 * steps}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&app.window(), &event);
-        const QQuickItem* const rows = app.window().activeFocusItem();
-        EXPECT_TRUE(waitUntil([&] { return !rows->property("moving").toBool(); }));
-    }
-
-    /// Scrolls while the pointer is on a row, just above the rows and just below them.
-    void useList(const char* row) {
-        const QQuickItem* const rows = app.window().activeFocusItem();
-        const QRect area = rows->mapRectToScene(QRectF(QPointF(), rows->size())).toRect();
-        const QRect first = driver.find(row, list)->rect();
-        const QPoint onRow = app.window().mapFromGlobal(first.center());
-        const QPoint below(onRow.x(), std::min(area.bottom() + 20, app.window().height() - 2));
-        for (const QPoint place : {onRow, QPoint(onRow.x(), area.top() - 20), below}) {
-            pointAt(place);
-            for (const char* const key : {"PgDown", "End", "Home"}) {
-                press(key);
-                expectNoneElsewhere("scrolling by key");
-            }
-            press("Down Down Down Down Down Down Down Down Down Down Down Down");
-            expectNoneElsewhere("going down");
-        }
-        pointAt(onRow);
-        EXPECT_GT(count(app.window().contentItem(), Which::all), 0);
-        for (const int steps : {-1, -5, 3, -20, 20}) {
-            wheel(steps);
-            expectNoneElsewhere("scrolling by wheel");
-        }
-    }
-
-private:
     QPoint m_pointer;
 };
 
 TEST_F(HoverJourney, RowsOfFiles) {
     showMap();
-    useList("f13.zip");
+    const QQuickItem* const rows = app.window().activeFocusItem();
+    const QRect area = rows->mapRectToScene(QRectF(QPointF(), rows->size())).toRect();
+    const QPoint onRow = driver.middleOf("f13.zip", list);
+    const int below = std::min(area.bottom() + 20, app.window().height() - 2);
+    for (const int y : {area.top() - 20, below, onRow.y()}) {
+        pointAt({onRow.x(), y});
+        for (const char* const keys : {"PgDown", "End", "Home", "Down Down Down Down Down Down Down Down Down Down"}) {
+            press(keys);
+            expectNoneElsewhere(keys);
+        }
+    }
+    EXPECT_FALSE(hovered().empty());
     for (const char* const search : {"f4", "f49", "nothing", "", "zip", ""}) {
         app.store().setSearch(QString::fromLatin1(search));
         expectNoneElsewhere(search);
@@ -107,25 +72,31 @@ TEST_F(HoverJourney, RowsOfFiles) {
 }
 
 TEST_F(HoverJourney, WhatIsShortenedIsShownWhole) {
-    const std::string name(200, 'n');
-    tree.file("home/.cache/" + name + "/drafts/a", 9 * 4096);
-    tree.file("files/" + name, 100 * 4096);
+    const std::string longName(200, 'n');
+    const std::string file = "El principio " + longName + " y el final.mov";
+    tree.file("home/.cache/" + longName + "/drafts/a", 9 * 4096);
+    tree.file("files/" + file, 100 * 4096);
     showJunk(5);
     // Rows with the same name differ in their folder.
     const std::string folder = tree.path("home/.cache");
-    pointAt(driver.names(list).at(1), list);
+    pointAt(driver.middleOf(driver.names(list).at(1), list));
     expectHint(folder);
-    pointAt(driver.names(list).at(0), list);
-    expectHint(name + "\nCaché · " + name + "\n" + folder);
+    pointAt(driver.middleOf(driver.names(list).at(0), list));
+    expectHint(longName + "\nCaché · " + longName + "\n" + folder);
 
     showMap();
-    press("Home");
-    press("Delete");
-    ASSERT_TRUE(waitUntil([this] { return openDialog().ends_with("a la papelera?"); }));
-    pointAt(openDialog(), QAccessible::StaticText);
-    expectHint(name);
-    EXPECT_EQ(driver.find(openDialog(), QAccessible::Dialog)->text(QAccessible::Description).toStdString(),
-              name + " Duskfern nunca borra archivos sin esta confirmación.");
+    press("Home Delete");
+    ASSERT_TRUE(waitUntil([this] { return !openDialog().empty(); }));
+    const std::string question = openDialog();
+    EXPECT_TRUE(question.starts_with("¿Mover “El principio nnn")) << question;
+    EXPECT_TRUE(question.ends_with("nnn y el final.mov” a la papelera?")) << question;
+    EXPECT_LE(question.size(), 100U);
+    pointAt(driver.middleOf(question, QAccessible::StaticText));
+    expectHint(file);
+    const QAccessibleInterface* const card = driver.find(question, dialog);
+    const std::string promise = "Duskfern nunca borra archivos sin esta confirmación.";
+    EXPECT_EQ(card->text(QAccessible::Description).toStdString(), file + " " + promise);
+    EXPECT_TRUE(card->rect().contains(driver.find(promise, QAccessible::StaticText)->rect()));
 }
 
 }  // namespace

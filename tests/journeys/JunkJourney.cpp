@@ -8,7 +8,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Texts = std::vector<std::string>;
 
 constexpr auto box = QAccessible::CheckBox;
 
@@ -35,7 +34,7 @@ protected:
         ASSERT_TRUE(driver.waitFor("navegador", list));
     }
 
-    [[nodiscard]] bool isTicked(const char* name) const { return driver.find(name, box)->state().checked; }
+    [[nodiscard]] bool isTicked(const char* name) const { return driver.state(name, box).checked; }
 
     /// Has what is asked about cleaned, and reads the message and the rows that are left.
     void clean(const char* message, const Texts& rows, const char* reasons = "") {
@@ -58,17 +57,11 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     open();
     EXPECT_EQ(driver.names(list), (Texts{"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB",
                                          "Xorg.0.log, 102 KB"}));
-    EXPECT_EQ(driver.names(list, QAccessible::Description),
-              (Texts{"Caché · navegador, " + tree.path("home/.cache") + ", 1 de 4",
-                     "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") +
-                         ", 2 de 4",
-                     "Caché · Editor, " + tree.path("home/Library/Caches") + ", 3 de 4",
-                     "Registro · log, " + tree.path("home/.local/share/xorg") + ", 4 de 4"}));
-    for (const char* const text :
-         {"Cachés, registros, temporales y posibles restos de apps", "ENCONTRADOS", "4", "SELECCIONADO", "1,3 MB",
-          "BAJO RIESGO", "3", "Los “posibles restos” no se limpian automáticamente."}) {
-        EXPECT_TRUE(driver.shows(text)) << text;
-    }
+    const Texts about = driver.names(list, QAccessible::Description);
+    EXPECT_EQ(about[1], "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") +
+                            ", 2 de 4");
+    EXPECT_EQ(about[3], "Registro · log, " + tree.path("home/.local/share/xorg") + ", 4 de 4");
+    expectShown({"4", "1,3 MB", "3"});
     EXPECT_TRUE(isTicked("navegador"));
     EXPECT_FALSE(isTicked("org.ejemplo.Pintura"));
     ASSERT_TRUE(driver.press("org.ejemplo.Pintura", box));
@@ -90,15 +83,11 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     clean("Limpieza completada.", {"org.ejemplo.Pintura, 410 KB"});
     EXPECT_FALSE(driver.isEnabled("Limpiar seleccionados"));
     EXPECT_TRUE(driver.isEnabled("Limpiar todo lo seguro"));
-    for (const char* const gone :
-         {".cache/navegador", ".local/share/xorg/Xorg.0.log", "Library/Caches/com.example.Editor"}) {
-        EXPECT_FALSE(fs::exists(tree.path(std::string("home/") + gone))) << gone;
+    EXPECT_EQ(countItems(), before - 5) << "two folders with a file each and a log";
+    const std::string inTrash = qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/files/";
+    for (const char* const moved : {"navegador/a", "Xorg.0.log", "com.example.Editor/a"}) {
+        EXPECT_TRUE(fs::exists(inTrash + moved)) << moved;
     }
-    EXPECT_EQ(countItems(), before - 5) << "and nothing else is gone";
-    for (const std::string name : {"navegador", "Xorg.0.log", "com.example.Editor"}) {
-        EXPECT_TRUE(fs::exists(inTrash("files/" + name)) && fs::exists(inTrash("info/" + name + ".trashinfo"))) << name;
-    }
-    EXPECT_TRUE(fs::exists(inTrash("files/navegador/a")));
 }
 
 TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
@@ -118,19 +107,6 @@ TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
     // Each visit begins anew.
     driver.key("Ctrl+2 Ctrl+3");
     EXPECT_TRUE(waitUntil([&] { return driver.names(list).size() == 2; }));
-}
-
-TEST_F(JunkJourney, NothingToCleanAndQuickChangesOfScreen) {
-    fs::remove_all(tree.path("home"));
-    for (int visit = 0; visit < 50; ++visit) {
-        driver.key(visit % 2 == 0 ? "Ctrl+3 Ctrl+1" : "Ctrl+3 Ctrl+2");
-    }
-    ASSERT_TRUE(driver.press("Limpiar basura"));
-    ASSERT_TRUE(driver.waitFor("Busca basura olvidada"));
-    EXPECT_FALSE(driver.shows("ENCONTRADOS"));
-    tree.file("home/.cache/nuevo/a", 4096);
-    ASSERT_TRUE(driver.press("Analizar basura"));
-    EXPECT_TRUE(driver.waitFor("nuevo", list));
 }
 
 }  // namespace

@@ -4,58 +4,70 @@
 #include <QtQuick/QQuickItem>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
-/// Visits what can be read until the visitor says that it is enough.
-bool visit(QAccessibleInterface* node, const std::function<bool(QAccessibleInterface*)>& visitor) {
-    if (node == nullptr || !node->isValid() || node->state().invisible) {
-        return false;
+/// All that can be read, in the order in which it is.
+std::vector<QAccessibleInterface*> nodesOf(QAccessibleInterface* node) {
+    std::vector<QAccessibleInterface*> all;
+    if (node != nullptr && node->isValid() && !node->state().invisible) {
+        all.push_back(node);
+        for (int i = 0; i < node->childCount(); ++i) {
+            const auto below = nodesOf(node->child(i));
+            all.insert(all.end(), below.begin(), below.end());
+        }
     }
-    bool done = visitor(node);
-    for (int i = 0; !done && i < node->childCount(); ++i) {
-        done = visit(node->child(i), visitor);
-    }
-    return done;
+    return all;
 }
 
 }  // namespace
 
-QAccessibleInterface* Driver::find(const Text& name, Role role) const {
-    QAccessibleInterface* found = nullptr;
-    visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {
-        const QString text = node->text(QAccessible::Name);
+QAccessibleInterface* Driver::find(const std::string& name, Role role) const {
+    for (QAccessibleInterface* const node : nodesOf(QAccessible::queryAccessibleInterface(&m_window))) {
+        const std::string text = node->text(QAccessible::Name).toStdString();
         // What the sidebar lists is pressed like a button.
-        const bool isRole =
-            node->role() == role || (role == QAccessible::Button && node->role() == QAccessible::PageTab);
-        const bool isIt = isRole && (text == name || text.startsWith(name + QLatin1String(", ")));
-        found = isIt ? node : nullptr;
-        return isIt;
-    });
-    return found;
+        const bool isTab = role == QAccessible::Button && node->role() == QAccessible::PageTab;
+        if ((node->role() == role || isTab) && (text == name || text.starts_with(name + ", "))) {
+            return node;
+        }
+    }
+    return nullptr;
 }
 
 std::vector<std::string> Driver::names(Role role, QAccessible::Text kind) const {
     std::vector<std::string> all;
-    visit(QAccessible::queryAccessibleInterface(&m_window), [&](QAccessibleInterface* node) {
+    for (QAccessibleInterface* const node : nodesOf(QAccessible::queryAccessibleInterface(&m_window))) {
         if (node->role() == role && !node->state().disabled) {
             all.push_back(node->text(kind).toStdString());
         }
-        return false;
-    });
+    }
     return all;
 }
 
-bool Driver::isEnabled(const Text& name, Role role) const {
+QAccessible::State Driver::state(const std::string& name, Role role) const {
+    QAccessible::State missing;
+    missing.disabled = true;
     QAccessibleInterface* const node = find(name, role);
-    return node != nullptr && !node->state().disabled;
+    return node == nullptr ? missing : node->state();
 }
 
-bool Driver::isSelected(const Text& name, Role role) const {
-    QAccessibleInterface* const node = find(name, role);
-    return node != nullptr && node->state().selected;
+std::vector<const QQuickItem*> Driver::items() const {
+    std::vector<const QQuickItem*> all{m_window.contentItem()};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const QList<QQuickItem*> children = all[i]->childItems();
+        std::copy_if(children.begin(), children.end(), std::back_inserter(all),
+                     [](const QQuickItem* child) { return child->isVisible(); });
+    }
+    return all;
 }
 
-bool Driver::press(const Text& name, Role role) const {
+QPoint Driver::middleOf(const std::string& name, Role role) const {
+    return m_window.mapFromGlobal(find(name, role)->rect().center());
+}
+
+bool Driver::press(const std::string& name, Role role) const {
     const bool isThere = waitFor(name, role);
     if (isThere) {
         find(name, role)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
@@ -64,10 +76,10 @@ bool Driver::press(const Text& name, Role role) const {
     return isThere;
 }
 
-bool Driver::click(const Text& name, Role role, int times) const {
+bool Driver::click(const std::string& name, Role role, int times) const {
     const bool isThere = waitFor(name, role);
     if (isThere) {
-        const QPoint middle = m_window.mapFromGlobal(find(name, role)->rect().center());
+        const QPoint middle = middleOf(name, role);
         QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
         if (times == 2) {
             QTest::mouseDClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
@@ -76,9 +88,9 @@ bool Driver::click(const Text& name, Role role, int times) const {
     return isThere;
 }
 
-void Driver::type(const Text& text) const {
-    for (const QChar character : text) {
-        QTest::keyClick(&m_window, character.toLatin1());
+void Driver::type(const std::string& text) const {
+    for (const char character : text) {
+        QTest::keyClick(&m_window, character);
     }
 }
 

@@ -2,20 +2,11 @@
 
 #include "support/WaitUntil.h"
 
-#include <QtCore/QString>
 #include <QtGui/QAccessible>
 #include <QtQuick/QQuickWindow>
 
-#include <functional>
 #include <string>
 #include <vector>
-
-/// A text of a test: UTF-8, or what the program made.
-struct Text : QString {
-    Text(const char* text) : QString(QString::fromUtf8(text)) {}              // NOLINT(google-explicit-constructor)
-    Text(const std::string& text) : QString(QString::fromStdString(text)) {}  // NOLINT(google-explicit-constructor)
-    Text(const QString& text) : QString(text) {}                              // NOLINT(google-explicit-constructor)
-};
 
 /// Uses a window as a person with a screen reader does: finds things by the text they show and presses them. What is
 /// waited for may come as late as `waitUntil` allows.
@@ -26,11 +17,13 @@ public:
     explicit Driver(QQuickWindow& window) : m_window(window) { QAccessible::setActive(true); }
 
     /// The visible thing whose name is `name`, or begins with `name` and a comma; null if there is none now.
-    [[nodiscard]] QAccessibleInterface* find(const Text& name, Role role) const;
+    [[nodiscard]] QAccessibleInterface* find(const std::string& name, Role role) const;
 
     /// Whether `name` can be read anywhere, now or after some time.
-    [[nodiscard]] bool shows(const Text& name, Role role = QAccessible::StaticText) const { return find(name, role); }
-    [[nodiscard]] bool waitFor(const Text& name, Role role = QAccessible::StaticText) const {
+    [[nodiscard]] bool shows(const std::string& name, Role role = QAccessible::StaticText) const {
+        return find(name, role);
+    }
+    [[nodiscard]] bool waitFor(const std::string& name, Role role = QAccessible::StaticText) const {
         return waitUntil([&] { return shows(name, role); });
     }
 
@@ -42,17 +35,26 @@ public:
     /// Every visible and enabled name, or description, of a role, in the order in which they are read.
     [[nodiscard]] std::vector<std::string> names(Role role, QAccessible::Text kind = QAccessible::Name) const;
 
-    [[nodiscard]] bool isEnabled(const Text& name, Role role = QAccessible::Button) const;
-    [[nodiscard]] bool isSelected(const Text& name, Role role) const;
+    /// Disabled, and nothing else, if it is not there.
+    [[nodiscard]] QAccessible::State state(const std::string& name, Role role) const;
+    [[nodiscard]] bool isEnabled(const std::string& name, Role role = QAccessible::Button) const {
+        return !state(name, role).disabled;
+    }
+
+    /// Every visible item of the window, also what is not read: first those that hold others.
+    [[nodiscard]] std::vector<const QQuickItem*> items() const;
+
+    /// The place in the window of the middle of what is shown.
+    [[nodiscard]] QPoint middleOf(const std::string& name, Role role) const;
 
     /// Presses it the way assistive technology does; false if it does not come.
-    bool press(const Text& name, Role role = QAccessible::Button) const;
+    bool press(const std::string& name, Role role = QAccessible::Button) const;
 
     /// Clicks with the pointer in the middle of it; twice for a double click.
-    bool click(const Text& name, Role role, int times = 1) const;
+    bool click(const std::string& name, Role role, int times = 1) const;
 
     /// Types text, or presses keys one after the other, where the focus is: "Tab", "Ctrl+O Down Return".
-    void type(const Text& text) const;
+    void type(const std::string& text) const;
     void key(const char* keys) const;
 
     /// The name of what the keyboard acts on; empty if that is nothing that is shown and enabled.

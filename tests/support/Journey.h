@@ -7,9 +7,29 @@
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <QtCore/QSemaphore>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QImage>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <atomic>
+#include <map>
 #include <memory>
+
+using Texts = std::vector<std::string>;
+
+/// The most frequent colour of a part of a picture: what is behind its letters.
+inline QColor groundOf(const QImage& picture, const QRect& part) {
+    std::map<QRgb, int> counts;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        for (int x = part.left(); x <= part.right(); ++x) {
+            ++counts[picture.pixel(x, y)];
+        }
+    }
+    const auto isRarer = [](const auto& a, const auto& b) { return a.second < b.second; };
+    return std::max_element(counts.begin(), counts.end(), isRarer)->first;
+}
 
 /// The program's window on a desktop made for the test, with a Trash of the test's choice.
 template <class ChosenTrash>
@@ -17,6 +37,7 @@ class Journey : public testing::Test {
 protected:
     static constexpr auto list = QAccessible::ListItem;
     static constexpr auto dialog = QAccessible::Dialog;
+    static constexpr auto button = QAccessible::Button;
 
     Journey() {
         UserFolderPaths& paths = userFolders.folders;
@@ -32,9 +53,11 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&app.window()));
     }
 
-    /// Where something lies in the Trash of the test's own home.
-    static std::string inTrash(const std::string& below) {
-        return qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/" + below;
+    /// Expects all these texts, now or after some time.
+    void expectShown(const Texts& texts) const {
+        for (const std::string& text : texts) {
+            EXPECT_TRUE(driver.waitFor(text)) << text;
+        }
     }
 
     TemporaryFolder tree;
@@ -48,4 +71,83 @@ protected:
     FolderBrowser browser{userFolders, [] { return std::vector<FileURL>(); }};
     DuskfernApp app{{trash, fileManager, chooser, browser, appearance, volumes, userFolders, applications}};
     Driver driver{app.window()};
+};
+
+/// Reports what it is given as moved, unless the test says otherwise. Can be told to wait for the test before each
+/// answer.
+struct WaitingTrash final : Trash {
+    std::optional<TrashError> move(const FileURL& /*url*/, const FileIdentity&, const Progress& progress,
+                                   const std::stop_token&) override {
+        if (waits) {
+            progress(45, 100);
+            turns.acquire();
+        }
+        return refusesAll ? std::optional(TrashError::readOnly) : std::nullopt;
+    }
+    std::optional<TrashError> refusal(const FileURL& /*url*/) override { return std::nullopt; }
+
+    std::atomic<bool> refusesAll = false;
+    std::atomic<bool> waits = false;
+    QSemaphore turns;
+};
+
+/// A home with junk and a folder with files, and a person who only has a keyboard.
+class KeyboardJourney : public Journey<WaitingTrash> {
+protected:
+    static constexpr const char* files = "Archivos más grandes";
+    static constexpr const char* failure = "No se pudo completar la acción";
+
+    void SetUp() override {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        tree.file("home/.config/org.ejemplo.Pintura/a", 4096);
+        chooser.folder = tree.url("files");
+        for (int i = 0; i < 40; ++i) {
+            tree.file("files/f" + std::to_string(10 + i) + (i % 2 == 0 ? ".mov" : ".zip"), (60 - i) * 4096);
+        }
+        volumes.add("/", VolumeValues{QString(), 494'000'000'000, {}, 374'000'000'000});
+    }
+
+    /// So many caches.
+    void makeJunk(int count) const {
+        for (int i = 0; i < count; ++i) {
+            tree.file("home/.cache/app" + std::to_string(i) + "/a", 2 * 4096);
+        }
+    }
+
+    /// Shows the window on the junk screen, with so many caches.
+    void showJunk(int count) {
+        makeJunk(count);
+        showWindow();
+        press("Ctrl+3");
+        ASSERT_TRUE(waitUntil([&] { return app.screens().junk()->safeCount() == count; }));
+    }
+
+    /// Shows the window on the map of the folder.
+    void showMap() {
+        showWindow();
+        press("Ctrl+2 Ctrl+O");
+        ASSERT_TRUE(driver.waitFor("f10.mov", list));
+        waitForScan();
+    }
+    void waitForScan() {
+        ASSERT_TRUE(waitUntil([this] { return app.store().hasRoot() && !app.store().isScanning(); }));
+    }
+
+    /// Presses keys and sees that there is something for the next one to act on, each time.
+    void press(const char* keys) {
+        for (const QByteArray& key : QByteArray(keys).split(' ')) {
+            const std::string before = driver.focused();
+            driver.key(key);
+            EXPECT_FALSE(driver.focused().empty()) << before << ", then " << key.constData();
+        }
+    }
+
+    /// The name of the dialog that is open; empty without one.
+    [[nodiscard]] std::string openDialog() const {
+        const Texts names = driver.names(dialog);
+        return names.empty() ? std::string() : names.front();
+    }
+    [[nodiscard]] bool waitForDialog(const std::string& name) const {
+        return waitUntil([&] { return openDialog() == name; });
+    }
 };

@@ -54,17 +54,19 @@ TEST_F(OddDisk, NamesOfAnyLength) {
 }
 
 TEST_F(OddDisk, EntriesThatDoNotTellWhatTheyAre) {
-    files({"a", "b/c", "b/d/e", "f.app", "b/x.txt", "programa.app/dentro", ".oculta/g"});
+    files({"a", "b/c", "b/d/e", "f.app", "b/x.txt", "programa.app/dentro", ".oculta/g", "roto/y"});
+    tree.link("roto/enlace", "y");
     disk.failStatus("b/x.txt", EIO);
-    expect({"a", "b/c", "b/d/e", "f.app"}, 1);
+    disk.failStatus("roto/y", EIO);
+    expect({"a", "b/c", "b/d/e", "f.app"}, 2, "the link beside it can be examined");
     for (const auto habit :
          {FuseDisk::Habit::hideKinds, FuseDisk::Habit::changeInodes, FuseDisk::Habit::forgetBlocks}) {
         disk.set(habit);
     }
-    expect({"a", "b/c", "b/d/e", "f.app"}, 1);
+    expect({"a", "b/c", "b/d/e", "f.app"}, 2);
     EXPECT_EQ(scan().files.totalSize(), 0);
     disk.failStatus("b", EACCES);
-    expect({"a", "f.app"}, 1);
+    expect({"a", "f.app"}, 2);
 }
 
 TEST_F(OddDisk, FoldersListedInPieces) {

@@ -14,7 +14,6 @@
 #include <condition_variable>
 #include <csignal>
 #include <cstring>
-#include <ctime>
 #include <map>
 #include <mutex>
 #include <set>
@@ -33,8 +32,7 @@ constexpr unsigned longestLife = 100;
 struct Node {
     std::uint64_t number = 0;
     mode_t mode = 0;
-    timespec modified{};
-    std::string data{};
+    std::string data;
 };
 
 std::mutex mutex;  ///< Guards all of these.
@@ -44,11 +42,6 @@ std::vector<std::pair<Operation, std::string>> hanging;
 std::map<std::string, int> failures;
 std::set<Habit> habits;
 std::uint64_t lastNumber = 0;
-
-void add(const std::string& path, mode_t mode) {
-    Node& node = nodes[path] = {++lastNumber, mode};
-    clock_gettime(CLOCK_REALTIME, &node.modified);
-}
 
 /// Whether a path is that of `top` or of something below it.
 bool isAt(const std::string& path, const std::string& top) {
@@ -71,7 +64,6 @@ struct stat statusOf(const Node& node) {
     status.st_size = static_cast<off_t>(node.data.size());
     status.st_blksize = 4096;
     status.st_blocks = habits.contains(Habit::forgetBlocks) ? 0 : (status.st_size + 4095) / 4096 * 8;
-    status.st_mtim = status.st_ctim = status.st_atim = node.modified;
     return status;
 }
 
@@ -95,6 +87,13 @@ int answerOf(Operation operation, const char* fusePath, const Work& work) {
     return answer(operation, fusePath, [&](const std::string& path) {
         const auto found = nodes.find(path);
         return found == nodes.end() ? ENOENT : work(path, found->second);
+    });
+}
+
+int make(const char* path, mode_t mode, const char* data = "") {
+    return answer(Operation::look, path, [&](const std::string& itself) {
+        nodes[itself] = {++lastNumber, mode, data};
+        return 0;
     });
 }
 
@@ -174,19 +173,9 @@ fuse_operations operations() {
             return failure == failures.end() ? 0 : failure->second;
         });
     };
-    table.mkdir = [](const char* path, mode_t mode) {
-        return answer(Operation::look, path, [&](const std::string& itself) { return add(itself, S_IFDIR | mode), 0; });
-    };
-    table.create = [](const char* path, mode_t mode, File) {
-        return answer(Operation::look, path, [&](const std::string& itself) { return add(itself, S_IFREG | mode), 0; });
-    };
-    table.symlink = [](const char* target, const char* path) {
-        return answer(Operation::look, path, [&](const std::string& itself) {
-            add(itself, S_IFLNK | 0777);
-            nodes[itself].data = target;
-            return 0;
-        });
-    };
+    table.mkdir = [](const char* path, mode_t mode) { return make(path, S_IFDIR | mode); };
+    table.create = [](const char* path, mode_t mode, File) { return make(path, S_IFREG | mode); };
+    table.symlink = [](const char* target, const char* path) { return make(path, S_IFLNK | 0777, target); };
     table.read = [](const char* path, char* buffer, std::size_t size, off_t offset, File) {
         return answerOf(Operation::read, path, [&](const std::string&, const Node& node) {
             const std::size_t from = std::min(static_cast<std::size_t>(offset), node.data.size());
@@ -254,12 +243,11 @@ int main(int argc, char** argv) {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     alarm(longestLife);
 
-    add("", S_IFDIR | 0755);
-    std::string name = "duskfern";
+    make("/", S_IFDIR | 0755);
+    fuse_args options{};
+    fuse_opt_add_arg(&options, "duskfern");
     // A source that looks like a device, as file systems for USB sticks have it.
-    std::string option = "-osubtype=duskfern,fsname=/dev/duskfern,default_permissions";
-    std::array<char*, 3> arguments{name.data(), option.data(), nullptr};
-    fuse_args options = FUSE_ARGS_INIT(2, arguments.data());
+    fuse_opt_add_arg(&options, "-osubtype=duskfern,fsname=/dev/duskfern,default_permissions");
     const fuse_operations table = operations();
     fuse* const disk = fuse_new(&options, &table, sizeof table, nullptr);
     if (disk == nullptr || fuse_mount(disk, argv[1]) != 0 || write(STDOUT_FILENO, "", 1) != 1) {

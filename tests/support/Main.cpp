@@ -50,15 +50,12 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     testing::UnitTest::GetInstance()->listeners().Append(new SuitesMustBeSetUp);  // NOLINT(*-owning-memory): taken over
     const TemporaryFolder home;
-    const std::pair<const char*, const char*> folders[] = {
-        {"XDG_DATA_HOME", ".local/share"},
-        {"XDG_STATE_HOME", ".local/state"},
-        {"XDG_CACHE_HOME", ".cache"},
-        {"XDG_CONFIG_HOME", ".config"},
-        {"TMPDIR", "tmp"},
-    };
     setenv("HOME", home.path().c_str(), 1);
-    for (const auto& [variable, folder] : folders) {
+    for (const auto& [variable, folder] : {std::pair("XDG_DATA_HOME", ".local/share"),
+                                           {"XDG_STATE_HOME", ".local/state"},
+                                           {"XDG_CACHE_HOME", ".cache"},
+                                           {"XDG_CONFIG_HOME", ".config"},
+                                           {"TMPDIR", "tmp"}}) {
         home.folder(folder);
         setenv(variable, home.path(folder).c_str(), 1);
     }

@@ -1,5 +1,6 @@
 #include "FolderBrowser/FolderBrowser.h"
 
+#include "Foundation/Threads.h"
 #include "support/FakeDesktop.h"
 #include "support/FuseDisk.h"
 #include "support/OrdinaryUser.h"
@@ -30,6 +31,9 @@ protected:
         userFolders.folders.music = tree.url("home/Música");
         userFolders.folders.desktop = tree.url("home");
     }
+
+    /// The folders of the user are still asked for.
+    void TearDown() override { EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(20))); }
 
     /// Opens it and waits for the first folder.
     void open(const std::optional<FileURL>& start = std::nullopt) {

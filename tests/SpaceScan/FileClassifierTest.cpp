@@ -1,21 +1,8 @@
-#include "SpaceScan/FileCategory.h"
 #include "SpaceScan/FileClassifier.h"
-#include "StorageOverview/StorageCategory.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-TEST(RawValue, IsThatOfOneCategoryOrKind) {
-    for (const FileCategory category : FileCategories::allCases) {
-        EXPECT_EQ(FileCategories::fromRawValue(FileCategories::rawValue(category)), category);
-    }
-    for (const StorageKind kind : StorageKinds::allCases) {
-        EXPECT_EQ(StorageKinds::fromRawValue(StorageKinds::rawValue(kind)), kind);
-    }
-    EXPECT_EQ(FileCategories::fromRawValue(QStringLiteral("vídeos")), std::nullopt);
-    EXPECT_EQ(StorageKinds::fromRawValue(QStringLiteral("vídeos")), std::nullopt);
-}
 
 TEST(FileClassifier, GoesByTheLastExtension) {
     using enum FileCategory;

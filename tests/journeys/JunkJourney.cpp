@@ -76,7 +76,6 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
     clean("Limpieza completada.", {"org.ejemplo.Pintura, 410 KB"});
     EXPECT_FALSE(driver.isEnabled("Limpiar seleccionados"));
-    EXPECT_TRUE(driver.isEnabled("Limpiar todo lo seguro"));
     EXPECT_EQ(countItems(), before - 5) << "two folders with a file each and a log";
     const std::string inTrash = qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/files/";
     for (const char* const moved : {"navegador/a", "Xorg.0.log", "com.example.Editor/a"}) {

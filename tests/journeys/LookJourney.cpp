@@ -1,11 +1,9 @@
 // What is seen rather than done: colours, symbols, bubbles, the places of panes.
 
-#include "FolderBrowser/FolderPlace.h"
 #include "Shell/Renderer.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "Theme/Contrast.h"
-#include "Theme/SymbolProvider.h"
 #include "support/Journey.h"
 
 #include <QtCore/QLocale>
@@ -15,7 +13,6 @@
 #include <QtTest/QSignalSpy>
 
 #include <cmath>
-#include <set>
 
 namespace {
 
@@ -96,23 +93,14 @@ TEST_F(LookJourney, WithoutAPreferenceThePaletteTellsTheColours) {
 }
 
 TEST_F(LookJourney, AProgressBarStandsStillForThoseWhoAskForLessMotion) {
-    const auto bar = itemOf(app.engine(), R"(import Duskfern.Theme
-        ProgressBar { width: 100; height: 6 })");
-    const auto moves = [&] {
-        const QQuickItem* const drawn = bar->childItems().constFirst();
-        const qreal before = drawn->x();
-        QTest::qWait(200);
-        return drawn->x() != before;
-    };
-    EXPECT_TRUE(moves());
-    appearance.reduceMotion(true);
-    EXPECT_EQ(bar->childItems().constFirst()->x(), 36) << "in the middle";
-    EXPECT_FALSE(moves());
-    appearance.reduceMotion(false);
-    EXPECT_TRUE(moves());
-    bar->setProperty("value", 0.5);
-    EXPECT_EQ(bar->childItems().constFirst()->x(), 0);
-    EXPECT_FALSE(moves());
+    const auto bar = itemOf(app.engine(), "import Duskfern.Theme; ProgressBar { width: 100 }");
+    const QSignalSpy moves(bar->childItems().constFirst(), &QQuickItem::xChanged);
+    EXPECT_TRUE(waitUntil([&] { return moves.count() > 1; }));
+    appearance.isStill = true;
+    Q_EMIT appearance.reducesMotionChanged();
+    const auto before = moves.count();
+    QTest::qWait(200);
+    EXPECT_EQ(moves.count(), before);
 }
 
 TEST(Renderer, IsQtsOwnWhereNoCardCanBeOpened) {
@@ -128,27 +116,12 @@ TEST(Renderer, IsQtsOwnWhereNoCardCanBeOpened) {
     }
 }
 
-TEST(Renderer, IsLeftToTheUsersChoice) {
-    const QByteArray before = qgetenv("QT_QUICK_BACKEND");
-    for (const char* const name : {"QT_QUICK_BACKEND", "LIBGL_ALWAYS_SOFTWARE"}) {
-        qunsetenv("QT_QUICK_BACKEND");
-        EXPECT_FALSE(isRendererChosen());
-        qputenv(name, "1");
-        EXPECT_TRUE(isRendererChosen()) << name;
-        qunsetenv(name);
-    }
-    qputenv("QT_QUICK_BACKEND", before);
-}
-
-TEST_F(LookJourney, TextsAndNumbersAreSpanishWhateverTheLocale) {
+TEST_F(LookJourney, TextsAndNumbersAreSpanishWithoutALocale) {
     EXPECT_EQ(QCoreApplication::translate("QShortcut", "Space").toStdString(), "Espacio");
     const QLocale spanish;
-    for (const auto& [locale, expected] : {std::pair(QLocale::c(), QLocale(QStringLiteral("es_ES"))),
-                                           std::pair(QLocale(QLocale::German), QLocale(QLocale::German))}) {
-        QLocale::setDefault(locale);
-        DuskfernApp::prepareProcess();
-        EXPECT_EQ(QLocale(), expected) << "numbers are written as the user's country does";
-    }
+    QLocale::setDefault(QLocale::c());
+    DuskfernApp::prepareProcess();
+    EXPECT_EQ(QLocale(), QLocale(QStringLiteral("es_ES")));
     QLocale::setDefault(spanish);
 }
 
@@ -178,50 +151,27 @@ TEST(WindowDialogs, ShowOneQuestionAtATime) {
     EXPECT_EQ(log.size(), 5U);
 }
 
-/// The screens complain of any other one that they show and that is missing.
-TEST(Symbols, HaveAPictureAlsoWhereTheyAreSeldomShown) {
-    std::set<QString> names;
-    for (const JunkKind kind : {JunkKind::cache, JunkKind::log, JunkKind::temporary, JunkKind::leftover}) {
-        names.insert(JunkKinds::icon(kind));
-    }
-    UserFolderPaths folders;
-    int number = 0;
-    for (auto* const own : {&folders.music, &folders.videos, &folders.pictures, &folders.documents, &folders.desktop,
-                            &folders.downloads}) {
-        *own = FileURL("/" + std::to_string(++number));
-    }
-    for (const FolderPlace& place : folderPlaces(folders, {FileURL("/disk")})) {
-        names.insert(place.symbol);
-    }
-    for (const QString& name : names) {
-        const QImage image = SymbolProvider::image(name, Qt::red, 16);
-        EXPECT_EQ(image.cacheKey(), SymbolProvider::image(name, Qt::red, 16).cacheKey()) << "drawn once";
-        EXPECT_NE(image, SymbolProvider::image(name, Qt::blue, 16)) << qPrintable(name);
-    }
-}
-
 class BubbleMap : public testing::Test {
 protected:
-    /// What the map of one file of this name paints, or with others of the same size that lie above it.
-    QImage paint(const std::string& name, const QSize& area, int others = 0) {
+    /// What the map of one file of this name paints, or with others of the same size that lie above it, unless this
+    /// property of the map raises it.
+    QImage paint(const std::string& name, const QSize& area, int others = 0, const char* raising = "nothing") {
         TemporaryFolder tree;
         tree.file(name, 2 * 4096);
         for (int i = 0; i < others; ++i) {
-            tree.file("o" + std::to_string(i), 4096);
+            tree.file(std::to_string(i), 4096);
         }
         store.setRootURL(tree.url());
         store.startScan();
         EXPECT_TRUE(waitUntil([&] { return !store.isScanning(); }));
         model.setArea(area);
         canvas.setSize(area);
-        return paintAgain();
-    }
-    QImage paintAgain() {
-        const QSize area = canvas.size().toSize();
+        canvas.setProperty(raising, 0);
         QImage image(area, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         QPainter painter(&image);
         canvas.paint(&painter);
+        canvas.setProperty(raising, -1);
         return image;
     }
 
@@ -232,8 +182,6 @@ protected:
             canvas.setProperty(property, font);
         }
         canvas.setProperty("background", QColor(Qt::transparent));
-        canvas.setProperty("from", QColor(Qt::red));
-        canvas.setProperty("to", QColor(Qt::red));
         model.setStore(&store);
         canvas.setModel(&model);
     }
@@ -246,11 +194,9 @@ protected:
     BubbleMapCanvas canvas;
 };
 
-TEST_F(BubbleMap, WhatIsPaintedInAGradientIsWhatCanBeHit) {
-    canvas.setProperty("to", QColor(Qt::blue));
+TEST_F(BubbleMap, WhatIsPaintedIsWhatCanBeHit) {
     const QImage image = paint("a", {400, 300});
     const Bubble bubble = model.bubbles().front();
-    EXPECT_DOUBLE_EQ(bubble.diameter, 136);
     QQmlEngine engine;
     const auto button = itemOf(engine, R"(import Duskfern.SpaceMap
         BubbleButton { index: 0; centerX: 200; centerY: 150; diameter: 136; name: ""; sizeText: ""; path: "" })");
@@ -264,14 +210,6 @@ TEST_F(BubbleMap, WhatIsPaintedInAGradientIsWhatCanBeHit) {
             }
         }
     }
-    // From the top left of the square around it to its bottom right. The middle has a symbol and a text.
-    for (const double place : {-0.3, -0.2, 0.2, 0.3}) {
-        const QPointF at(bubble.x + place * bubble.diameter, bubble.y + place * bubble.diameter);
-        const QColor color = image.pixelColor(at.toPoint());
-        EXPECT_NEAR(color.blueF(), 0.5 + place, 0.02) << place;
-        EXPECT_NEAR(color.redF(), 0.5 - place, 0.02) << place;
-        EXPECT_EQ(color.alpha(), 255) << place;
-    }
 }
 
 TEST_F(BubbleMap, NamesStandInBubblesOverTheirLeastDiameterOnly) {
@@ -284,18 +222,11 @@ TEST_F(BubbleMap, NamesStandInBubblesOverTheirLeastDiameterOnly) {
 
 TEST_F(BubbleMap, WhatABubbleCoversIsNotPaintedUntilItIsRaised) {
     // The name and the symbol of the lowest bubble, under thirteen others.
-    std::vector<QImage> images;
-    for (const char* const name : {"iiii.mov", "wwww.zip"}) {
-        images.push_back(paint(name, {800, 200}, 13));
-        for (const char* const raised : {"hovered", "focused"}) {
-            canvas.setProperty(raised, 0);
-            images.push_back(paintAgain());
-            canvas.setProperty(raised, -1);
-        }
+    const QSize area(800, 200);
+    EXPECT_EQ(paint("iiii.mov", area, 13), paint("wwww.zip", area, 13));
+    for (const char* const raising : {"hovered", "focused"}) {
+        EXPECT_NE(paint("iiii.mov", area, 13, raising), paint("wwww.zip", area, 13, raising)) << raising;
     }
-    EXPECT_EQ(images[0], images[3]);
-    EXPECT_NE(images[1], images[4]);
-    EXPECT_NE(images[2], images[5]);
 }
 
 TEST_F(BubbleMap, WhiteTextStandsOutOnItsShade) {

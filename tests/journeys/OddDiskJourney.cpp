@@ -3,7 +3,6 @@
 #include "support/Journey.h"
 #include "support/RunningProgram.h"
 
-#include <gtest/gtest.h>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QTimer>
 

@@ -6,13 +6,10 @@ using SpaceMapJourney = KeyboardJourney;
 
 TEST_F(SpaceMapJourney, ByAssistiveTechnologyAlone) {
     showWindow();
-    EXPECT_TRUE(driver.state("Inicio", button).selected);
     ASSERT_TRUE(driver.press("Mapa de espacio"));
     expectShown({"Elige una carpeta para empezar"});
-    EXPECT_FALSE(driver.isEnabled("Analizar"));
     ASSERT_TRUE(driver.press("Elegir carpeta…"));
     expectShown({"Análisis completado · 0 elementos no accesibles", tree.path("files"), "40", "6,6 MB", "246 KB"});
-    EXPECT_TRUE(driver.isEnabled("Analizar"));
 
     // Search and category narrow list and map, not the three numbers.
     driver.key("Ctrl+F");
@@ -43,7 +40,6 @@ TEST_F(SpaceMapJourney, ByAssistiveTechnologyAlone) {
     EXPECT_EQ(chooser.asked, 1);
     ASSERT_TRUE(driver.press("Cancelar"));
     EXPECT_TRUE(driver.waitForNoDialog());
-    EXPECT_TRUE(driver.state("f13.zip", list).selected);
 
     ASSERT_TRUE(driver.press("A la papelera"));
     ASSERT_TRUE(driver.press("Mover a la papelera"));

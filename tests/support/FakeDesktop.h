@@ -13,16 +13,14 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
+#include <semaphore>
 #include <utility>
 #include <vector>
 
 /// Keeps a question until the test answers it.
 struct FakeDialogs final : Dialogs {
-    void chooseFolder(const QString& prompt, const std::optional<FileURL>& start,
+    void chooseFolder(const QString& /*prompt*/, const std::optional<FileURL>& /*start*/,
                       std::function<void(std::optional<FileURL>)> answer) override {
-        lastPrompt = prompt;
-        lastStart = start;
         chosen = std::move(answer);
     }
     void confirm(const Confirmation& question, std::function<void(bool)> answer) override {
@@ -30,8 +28,6 @@ struct FakeDialogs final : Dialogs {
         confirmed = std::move(answer);
     }
 
-    QString lastPrompt;
-    std::optional<FileURL> lastStart;
     std::optional<Confirmation> lastQuestion;
     std::function<void(std::optional<FileURL>)> chosen;
     std::function<void(bool)> confirmed;
@@ -40,7 +36,6 @@ struct FakeDialogs final : Dialogs {
 /// Answers at once with the folder it was told, hands the question on, or keeps it if it was told to wait.
 struct FakeFolderChooser final : FolderChooser {
     void choose(const FolderQuestion& question, Answer answer) override {
-        lastPrompt = question.prompt;
         ++asked;
         if (next != nullptr) {
             next->choose(question, std::move(answer));
@@ -62,7 +57,6 @@ struct FakeFolderChooser final : FolderChooser {
     std::optional<FileURL> folder;
     bool waits = false;
     std::function<void(std::optional<FileURL>)> waiting;
-    QString lastPrompt;
     int asked = 0;
 };
 
@@ -75,16 +69,19 @@ struct FakeFileManager final : FileManager {
     std::vector<FileURL> revealed;
 };
 
-/// Moves nothing; reports what it was told to.
+/// Moves nothing; reports what it was told to. Can be told to wait for the test before each answer.
 struct FakeTrash final : Trash {
-    std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress&,
+    std::optional<TrashError> move(const FileURL& url, const FileIdentity& item, const Progress& progress,
                                    const std::stop_token&) override {
         if (onMove) {
             onMove(url);
         }
-        if (refused.contains(url)) {
-            const auto reason = reasons.find(url);
-            return reason == reasons.end() ? TrashError::noPermission : reason->second;
+        if (waits) {
+            progress(45, 100);
+            turns.acquire();
+        }
+        if (const auto reason = refused.find(url); reason != refused.end()) {
+            return reason->second;
         }
         moved.push_back(url);
         identities.push_back(item);
@@ -94,11 +91,12 @@ struct FakeTrash final : Trash {
         return refused.contains(url) ? std::optional(TrashError::noPermission) : std::nullopt;
     }
 
-    std::optional<TrashError> error;
+    std::atomic<std::optional<TrashError>> error;  ///< Of all that is not refused.
+    std::atomic<bool> waits = false;
+    std::counting_semaphore<> turns{0};
     std::vector<FileURL> moved;
     std::vector<FileIdentity> identities;
-    std::set<FileURL> refused;
-    std::map<FileURL, TrashError> reasons;       ///< Why, where it is not a lack of permission.
+    std::map<FileURL, TrashError> refused;
     std::function<void(const FileURL&)> onMove;  ///< Called first, on the thread that moves.
 };
 
@@ -110,7 +108,6 @@ struct FakeVolumes final : MountedVolumes {
         return answers;
     }
 
-    /// One more volume.
     void add(const std::string& path, const VolumeValues& values) { answers.push_back({FileURL(path), values}); }
 
     Answers answers;
@@ -138,30 +135,25 @@ struct FakeApplications final : InstalledApplications {
 };
 
 /// Prefers what the test says.
-class FakeAppearance final : public Appearance {
-public:
-    [[nodiscard]] Preference preference() const override { return m_preference; }
+struct FakeAppearance final : Appearance {
+    [[nodiscard]] Preference preference() const override { return preferred; }
+    [[nodiscard]] bool reducesMotion() const override { return isStill; }
+    [[nodiscard]] bool raisesContrast() const override { return isStrong; }
+    [[nodiscard]] std::optional<Accent> accent() const override { return wished; }
+
     void prefer(Preference preference) {
-        m_preference = preference;
+        preferred = preference;
         Q_EMIT preferenceChanged();
     }
-    [[nodiscard]] bool reducesMotion() const override { return m_reducesMotion; }
-    void reduceMotion(bool reduces) {
-        m_reducesMotion = reduces;
-        Q_EMIT reducesMotionChanged();
-    }
-    [[nodiscard]] bool raisesContrast() const override { return m_raisesContrast; }
-    [[nodiscard]] std::optional<Accent> accent() const override { return m_accent; }
     void wish(bool contrast, std::optional<Accent> accent) {
-        m_raisesContrast = contrast;
-        m_accent = accent;
+        isStrong = contrast;
+        wished = accent;
         Q_EMIT raisesContrastChanged();
         Q_EMIT accentChanged();
     }
 
-private:
-    bool m_raisesContrast = false;
-    std::optional<Accent> m_accent;
-    Preference m_preference = Preference::light;
-    bool m_reducesMotion = false;
+    Preference preferred = Preference::light;
+    std::optional<Accent> wished;
+    bool isStill = false;
+    bool isStrong = false;
 };

@@ -7,13 +7,11 @@
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QSemaphore>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QImage>
 #include <QtTest/QTest>
 
 #include <algorithm>
-#include <atomic>
 #include <map>
 #include <memory>
 
@@ -73,26 +71,8 @@ protected:
     Driver driver{app.window()};
 };
 
-/// Reports what it is given as moved, unless the test says otherwise. Can be told to wait for the test before each
-/// answer.
-struct WaitingTrash final : Trash {
-    std::optional<TrashError> move(const FileURL& /*url*/, const FileIdentity&, const Progress& progress,
-                                   const std::stop_token&) override {
-        if (waits) {
-            progress(45, 100);
-            turns.acquire();
-        }
-        return refusesAll ? std::optional(TrashError::readOnly) : std::nullopt;
-    }
-    std::optional<TrashError> refusal(const FileURL& /*url*/) override { return std::nullopt; }
-
-    std::atomic<bool> refusesAll = false;
-    std::atomic<bool> waits = false;
-    QSemaphore turns;
-};
-
 /// A home with junk and a folder with files, and a person who only has a keyboard.
-class KeyboardJourney : public Journey<WaitingTrash> {
+class KeyboardJourney : public Journey<FakeTrash> {
 protected:
     static constexpr const char* files = "Archivos más grandes";
     static constexpr const char* failure = "No se pudo completar la acción";
@@ -107,9 +87,11 @@ protected:
         volumes.add("/", VolumeValues{QString(), 494'000'000'000, {}, 374'000'000'000});
     }
 
-    /// So many caches.
-    void makeJunk(int count) const {
-        for (int i = 0; i < count; ++i) {
+    /// Whether the Trash takes nothing.
+    void refuseMoves(bool all = true) { trash.error = all ? std::optional(TrashError::readOnly) : std::nullopt; }
+
+    void makeJunk(int caches) const {
+        for (int i = 0; i < caches; ++i) {
             tree.file("home/.cache/app" + std::to_string(i) + "/a", 2 * 4096);
         }
     }

@@ -101,24 +101,13 @@ private:
         return texts.join(QStringLiteral(", "));
     }
 
-    /// Name and text of the dialog in which this is.
-    [[nodiscard]] QString dialogAround(Place place) const {
-        QString kind = role(place);
-        while (kind != QLatin1String("dialog") && kind != QLatin1String("frame") && !kind.isEmpty()) {
-            place.path = qdbus_cast<BusObject>(property(place, "Parent").value<QDBusArgument>()).second.path();
-            kind = place.path.isEmpty() ? QString() : role(place);
-        }
-        const QString texts = property(place, "Name").toString() + u' ' + property(place, "Description").toString();
-        return kind == QLatin1String("dialog") ? QStringLiteral(", in ") + texts : QString();
-    }
-
     Q_SLOT void stateChanged(const QDBusMessage& event) {
         const Place place{event.service(), event.path()};
         const QString state = event.arguments().value(0).toString();
         const bool isOn = event.arguments().value(1).toInt() == 1;
         if (state == QLatin1String("focused") && isOn) {
             m_focused = place.path;
-            m_said << spoken(place) + dialogAround(place);
+            m_said << spoken(place);
         } else if (state == QLatin1String("checked") && place.path == m_focused) {
             m_said << (isOn ? QStringLiteral("checked ") : QStringLiteral("not checked ")) + spoken(place);
         } else if (state == QLatin1String("showing") && isOn && role(place) == QLatin1String("notification")) {

@@ -66,9 +66,7 @@ void walk(const QStringList& arguments) {
     }
     takePicture("mapa");
     app.store().selectRow(2);
-    takePicture("seleccion");
-    driver.key("Tab Tab Tab Tab Tab");
-    takePicture("teclado", "A la papelera");
+    takePicture("seleccion", "A la papelera");
     takePicture("confirmacion", "Cancelar");
     driver.press("Limpiar basura");
     takePicture("limpiar");

@@ -1,18 +1,23 @@
 // What is seen rather than done: colours, symbols, bubbles, the places of panes.
 
+#include "FolderBrowser/FolderPlace.h"
 #include "Shell/Renderer.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
 #include "Theme/Contrast.h"
+#include "Theme/SymbolProvider.h"
 #include "support/Journey.h"
 
+#include <QtCore/QDirIterator>
 #include <QtCore/QLocale>
+#include <QtCore/QRegularExpression>
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
 #include <QtQml/QQmlComponent>
 #include <QtTest/QSignalSpy>
 
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -123,6 +128,39 @@ TEST_F(LookJourney, TextsAndNumbersAreSpanishWithoutALocale) {
     DuskfernApp::prepareProcess();
     EXPECT_EQ(QLocale(), QLocale(QStringLiteral("es_ES")));
     QLocale::setDefault(spanish);
+}
+
+/// Those that QML names, and those that come with data. One that is missing is seen only where it is shown.
+TEST(Symbols, AllHaveAPicture) {
+    QStringList names;
+    const auto add = [&](const auto& things, auto symbolOf) {
+        for (const auto& thing : things) {
+            names << std::invoke(symbolOf, thing);
+        }
+    };
+    add(FileCategories::allCases, &FileCategories::icon);
+    add(StorageKinds::allCases, &StorageKinds::icon);
+    add(JunkKinds::allCases, &JunkKinds::icon);
+    UserFolderPaths folders{FileURL("/h"), FileURL("/"),  FileURL("/1"), FileURL("/2"),
+                            FileURL("/3"), FileURL("/4"), FileURL("/5"), FileURL("/6")};
+    add(folderPlaces(folders, {FileURL("/disk")}), &FolderPlace::symbol);
+    const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbols?|icon|name): (.*"))x"));
+    for (QDirIterator files(QStringLiteral(":/qt/qml/Duskfern"), {QStringLiteral("*.qml")}, QDir::Files,
+                            QDirIterator::Subdirectories);
+         files.hasNext();) {
+        QFile file(files.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        for (auto lines = property.globalMatch(QString::fromUtf8(file.readAll())); lines.hasNext();) {
+            const QStringList pieces = lines.next().captured(1).split(u'"');
+            for (qsizetype quoted = 1; quoted < pieces.size(); quoted += 2) {
+                names << pieces[quoted];
+            }
+        }
+    }
+    EXPECT_GT(names.size(), 45);
+    for (const QString& name : names) {
+        EXPECT_FALSE(SymbolProvider::image(name, Qt::red, 16).isNull()) << qPrintable(name);
+    }
 }
 
 TEST(WindowDialogs, ShowOneQuestionAtATime) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FolderBrowser/FolderBrowser.h"
+#include "Foundation/Threads.h"
 #include "Shell/DuskfernApp.h"
 #include "support/Driver.h"
 #include "support/FakeDesktop.h"
@@ -45,6 +46,9 @@ protected:
         paths.dataHome = tree.url("home/.local/share");
         paths.configHome = tree.url("home/.config");
     }
+
+    /// What still runs beside the window may ask the desktop, which ends with the test.
+    void TearDown() override { EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(20))); }
 
     void showWindow() {
         app.show();

@@ -1,7 +1,11 @@
 // The Trash at the top of another file system, what mounts forbid, and disks that are full or odd.
 
 #include "Desktop/TrashFixture.h"
+#include "Foundation/OpenPath.h"
+#include "Trash/SafeRename.h"
 #include "support/FuseDisk.h"
+
+#include <fcntl.h>
 
 #include <cerrno>
 
@@ -152,6 +156,24 @@ TEST_F(OddDiskTrash, RefusesWhatItCannotKnow) {
 TEST_F(OddDiskTrash, LeavesNoHalfWrittenNote) {
     // There are no files without a name on this disk.
     expectNoHalfWrittenNote(disk / "otra", diskTrash);
+}
+
+TEST_F(OddDiskTrash, ReplacesNothingWhereNoRenameHeedsThat) {
+    odd.set(FuseDisk::Habit::renamePlainly);
+    write(disk / "(copia)");
+    write(disk / "sub/file");
+    fs::create_directories(disk / "empty");
+    // Somebody else may take a name after it was chosen.
+    const Descriptor top = openPath(FileURL(disk.string()), O_PATH | O_DIRECTORY);
+    for (const auto& [from, to] : {std::pair("sub", "empty"), std::pair("(copia)", "otra")}) {
+        const FileIdentity item = fileStatus(top.number(), from)->identity;
+        EXPECT_EQ(renameWithoutReplacing(top.number(), from, top.number(), to, item), EEXIST) << from;
+    }
+    EXPECT_EQ(move(disk / "(copia)"), std::nullopt);
+    EXPECT_EQ(move(disk / "sub"), std::nullopt);
+    EXPECT_EQ(originsIn(diskTrash), (Origins{"(copia)", "sub"}));
+    EXPECT_EQ(entriesOf(disk).size(), 3U) << "the two others and the Trash";
+    EXPECT_EQ(contentOf(diskTrash / "files/(copia)"), "content");
 }
 
 }  // namespace

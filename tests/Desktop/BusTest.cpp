@@ -109,7 +109,7 @@ struct WatchedAppearance {
     }
     void expect(const QString& expected) const {
         waitUntil([&] { return noted == expected; });
-        EXPECT_EQ(noted, expected);
+        EXPECT_EQ(noted.toStdString(), expected.toStdString());
     }
 
     const PortalAppearance wishes;
@@ -146,6 +146,7 @@ TEST_F(BusTest, FollowsWhatThePortalTells) {
     for (const auto& [space, key, value, wishes] : changes) {
         portal->tellChange(space, key, value);
         watched.expect(wishes);
+        ASSERT_FALSE(HasFailure());
     }
     portal.reset();
     portal.emplace().tellAll(2U, {{common, {{contrast, 1U}}}, {gnome, {{animations, false}}}});

@@ -211,8 +211,8 @@ TEST(VolumeLabel, IsReadFromTheNameOfALink) {
         const int folder = open("/dev", O_PATH | O_CLOEXEC);
         const Mount disk = mountAt("/x", "vfat", "/dev/one");
         EXPECT_EQ(volumeLabel(disk, folder), "");
-        fs::create_symlink("../../one", R"(/dev/disk/by-label/Mi\x20disco\x2f\xc3\x91\xzz\x4)");
-        EXPECT_EQ(volumeLabel(disk, folder), R"(Mi disco/Ñ\xzz\x4)");
+        fs::create_symlink("../../one", R"(/dev/disk/by-label/Mi\x20disco\x2f\xc3\x91\x4z\x4)");
+        EXPECT_EQ(volumeLabel(disk, folder), R"(Mi disco/Ñ\x4z\x4)");
         EXPECT_EQ(volumeLabel(mountAt("/x", "zfs", "tank/home"), folder), "tank");
     });
 }

@@ -1,21 +1,17 @@
 #include "Desktop/BusFileManager.h"
 #include "Desktop/GioSupport.h"
 #include "Desktop/PortalAppearance.h"
-#include "Desktop/PortalFolderChooser.h"
 #include "Desktop/SingleInstance.h"
-#include "support/FakeDesktop.h"
 #include "support/PrivateBus.h"
 
 #include <gtest/gtest.h>
-
+#include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusMetaType>
-#include <cstdlib>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -29,46 +25,31 @@ using namespace Qt::StringLiterals;
 
 using BusTest = PrivateBusTest;
 
-/// The default program for folders, which writes down what it is given, and what it inherits.
-class Opener {
-public:
-    Opener() {
-        qputenv("MESA_SHADER_CACHE_DISABLE", "true");  // as the program does for itself
-        write(m_program, "#!/bin/sh\nprintf '%s%s%s\\n' \"$1\" \"$GIO_USE_VFS\" \"$MESA_SHADER_CACHE_DISABLE\" >>\"" +
-                             m_note.string() + "\"\n");
-        fs::permissions(m_program, fs::perms::owner_all);
-        write(fs::path(getenv("XDG_DATA_HOME")) / "applications/duskfern-opener.desktop",
-              "[Desktop Entry]\nType=Application\nName=Opener\nExec=\"" + m_program.string() + "\" %f\n");
-        write(fs::path(getenv("XDG_CONFIG_HOME")) / "mimeapps.list",
-              "[Default Applications]\ninode/directory=duskfern-opener.desktop\n");
-    }
+/// Makes a program the default one for folders. It writes down what it is given, and what it inherits.
+void installOpener() {
+    qputenv("MESA_SHADER_CACHE_DISABLE", "true");  // as the program does for itself
+    const GObjectPtr<GAppInfo> opener(g_app_info_create_from_commandline(
+        R"(sh -c 'echo "$1$GIO_USE_VFS$MESA_SHADER_CACHE_DISABLE" >>"$HOME/opened"' sh)", "Opener",
+        G_APP_INFO_CREATE_NONE, nullptr));
+    EXPECT_TRUE(g_app_info_set_as_default_for_type(opener.get(), "inode/directory", nullptr));
+}
 
-    /// The folders that were opened since the last look, a line each; waits for the first.
-    [[nodiscard]] std::string opened() const {
-        waitUntil([this] { return fs::exists(m_note) && fs::file_size(m_note) > 0; });
-        std::ifstream file(m_note, std::ios::binary);
-        std::string folders{std::istreambuf_iterator<char>(file), {}};
-        fs::remove(m_note);
-        return folders;
-    }
-
-private:
-    static void write(const fs::path& file, const std::string& text) {
-        fs::create_directories(file.parent_path());
-        std::ofstream(file) << text;
-    }
-
-    const fs::path m_program = fs::path(getenv("HOME")) / "opener";
-    const fs::path m_note = fs::path(getenv("HOME")) / "opened";
-};
+/// The folders that it has opened since the last look, a line each; waits for the first.
+std::string opened() {
+    const fs::path note = fs::path(getenv("HOME")) / "opened";
+    waitUntil([&] { return fs::exists(note) && fs::file_size(note) > 0; });
+    std::ifstream file(note, std::ios::binary);
+    fs::remove(note);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 TEST_F(BusTest, ShowsItemsByTheirBytesOrElseOpensTheirFolder) {
-    const Opener opener;
+    installOpener();
     const fs::path folder = fs::path(getenv("HOME")) / "100% \xff";
     fs::create_directories(folder);
     const std::vector<FileURL> two{FileURL((folder / "file").string()), FileURL((folder / "other").string())};
     BusFileManager().reveal(two);
-    EXPECT_EQ(opener.opened(), folder.string() + "\n") << "nobody shows items";
+    EXPECT_EQ(opened(), folder.string() + "\n") << "nobody shows items";
 
     FakeService service(u"org.freedesktop.FileManager1"_s);
     BusFileManager().reveal({FileURL("/home/ana/100% ñ #?\".txt"), FileURL("/home/ana/\xff\nb"), FileURL("/")});
@@ -80,7 +61,7 @@ TEST_F(BusTest, ShowsItemsByTheirBytesOrElseOpensTheirFolder) {
     BusFileManager().reveal(two);
     EXPECT_EQ(service.call().member(), u"ShowItems"_s);
     service.fail();
-    EXPECT_EQ(opener.opened(), folder.string() + "\n") << "and nothing for what was shown";
+    EXPECT_EQ(opened(), folder.string() + "\n") << "and nothing for what was shown";
 }
 
 using Settings = QMap<QString, QVariantMap>;
@@ -92,7 +73,6 @@ const QString colorScheme = u"color-scheme"_s;
 const QString reducedMotion = u"reduced-motion"_s;
 const QString animations = u"enable-animations"_s;
 const QString contrast = u"contrast"_s;
-const QString highContrast = u"high-contrast"_s;
 const QString accentColor = u"accent-color"_s;
 
 /// A portal that tells what the user wishes.
@@ -112,27 +92,28 @@ struct AppearancePortal : FakeService {
     }
 };
 
-/// Notes each change of the wishes.
+/// Notes all wishes at each change of one.
 struct WatchedAppearance {
     WatchedAppearance() {
-        QObject::connect(&wishes, &Appearance::preferenceChanged,
-                         [this] { changes << QVariant::fromValue(wishes.preference()).toString(); });
-        QObject::connect(&wishes, &Appearance::reducesMotionChanged,
-                         [this] { changes << (wishes.reducesMotion() ? u"still"_s : u"moving"_s); });
-        QObject::connect(&wishes, &Appearance::raisesContrastChanged,
-                         [this] { changes << (wishes.raisesContrast() ? u"contrast"_s : u"no contrast"_s); });
-        QObject::connect(&wishes, &Appearance::accentChanged, [this] {
-            const auto [red, green, blue] = wishes.accent().value_or(Appearance::Accent{-1, -1, -1});
-            changes << u"%1 %2 %3"_s.arg(red).arg(green).arg(blue);
-        });
+        for (const auto change : {&Appearance::preferenceChanged, &Appearance::reducesMotionChanged,
+                                  &Appearance::raisesContrastChanged, &Appearance::accentChanged}) {
+            QObject::connect(&wishes, change, [this] {
+                noted = QVariant::fromValue(wishes.preference()).toString();
+                noted += wishes.reducesMotion() ? u" still"_s : QString();
+                noted += wishes.raisesContrast() ? u" contrast"_s : QString();
+                if (const auto accent = wishes.accent()) {
+                    noted += u" %1 %2 %3"_s.arg(accent->red).arg(accent->green).arg(accent->blue);
+                }
+            });
+        }
     }
-    void expectChanges(const QStringList& expected) const {
-        waitUntil([&] { return changes.size() >= expected.size(); });
-        EXPECT_EQ(changes, expected);
+    void expect(const QString& expected) const {
+        waitUntil([&] { return noted == expected; });
+        EXPECT_EQ(noted.toStdString(), expected.toStdString());
     }
 
-    PortalAppearance wishes;
-    QStringList changes;
+    const PortalAppearance wishes;
+    QString noted;
 };
 
 /// A colour as the portal tells it.
@@ -144,96 +125,113 @@ QVariant colorOf(double red, double green, double blue) {
     return QVariant::fromValue(structure);
 }
 
-TEST_F(BusTest, ReadsWhatThePortalTells) {
-    const std::tuple<const char*, QVariant, Settings, QStringList> cases[] = {
-        {"nothing", 0U, {}, {}},
-        {"all that desktops have in common",
-         1U,
-         {{common, {{reducedMotion, 1U}, {contrast, 1U}, {accentColor, colorOf(0.25, 0, 1)}}}},
-         {u"dark"_s, u"still"_s, u"contrast"_s, u"0.25 0 1"_s}},
-        {"GNOME's own",
-         2U,
-         {{gnome, {{animations, false}}}, {gnomeAccess, {{highContrast, true}}}},
-         {u"light"_s, u"still"_s, u"contrast"_s}},
-        {"what they have in common comes first",
-         0U,
-         {{common, {{reducedMotion, 0U}, {contrast, 0U}}},
-          {gnome, {{animations, false}}},
-          {gnomeAccess, {{highContrast, true}}}},
-         {}},
-        {"an unknown number, motion, and a colour that says none",
-         7U,
-         {{gnome, {{animations, true}}}, {common, {{accentColor, colorOf(0.5, -1, 0.5)}}}},
-         {}},
-        {"other types", u"1"_s, {{common, {{reducedMotion, u"1"_s}, {accentColor, 2U}}}}, {}},
+TEST_F(BusTest, FollowsWhatThePortalTells) {
+    const std::tuple<QString, QString, QVariant, QString> changes[] = {
+        {gnome, colorScheme, 2U, u"dark still contrast 0.25 0 1"_s},  // which is not for all desktops
+        {common, colorScheme, 7U, u"none still contrast 0.25 0 1"_s},
+        {common, accentColor, 2U, u"none still contrast"_s},
+        {common, accentColor, colorOf(0, 0.5, 0), u"none still contrast 0 0.5 0"_s},
+        {common, accentColor, colorOf(0.5, -1, 0.5), u"none still contrast"_s},
+        {common, contrast, 0U, u"none still"_s},
+        {common, reducedMotion, u"0"_s, u"none"_s},
+        {gnome, animations, false, u"none still"_s},
+        {common, reducedMotion, 0U, u"none"_s},
     };
-    for (const auto& [what, colors, settings, changes] : cases) {
-        SCOPED_TRACE(what);
-        AppearancePortal portal;
-        const WatchedAppearance watched;
-        portal.tellAll(colors, settings);
-        // Marks the end of what the portal had to say before.
-        portal.tellChange(common, accentColor, colorOf(0, 0.5, 0));
-        watched.expectChanges(changes + QStringList{u"0 0.5 0"_s});
-    }
-}
-
-TEST_F(BusTest, FollowsAPortalThatComesLater) {
     const WatchedAppearance watched;
+    AppearancePortal().fail();
     std::optional<AppearancePortal> portal(std::in_place);
-    portal->fail();
-    portal->tellChange(common, colorScheme, 1U);
-    portal->tellChange(gnome, colorScheme, 2U);  // which is not for all desktops
-    portal->tellChange(common, colorScheme, 0U);
-    portal->tellChange(gnome, animations, false);
-    portal->tellChange(common, reducedMotion, 0U);
-    portal->tellChange(gnome, animations, true);
-    portal->tellChange(common, reducedMotion, 1U);
-    portal->tellChange(gnomeAccess, highContrast, true);
-    portal->tellChange(common, contrast, 0U);
-    portal->tellChange(common, accentColor, colorOf(0, 0.5, 0));
-    portal->tellChange(common, accentColor, 2U);
-    watched.expectChanges({u"dark"_s, u"none"_s, u"still"_s, u"moving"_s, u"still"_s, u"contrast"_s, u"no contrast"_s,
-                           u"0 0.5 0"_s, u"-1 -1 -1"_s});
+    portal->tellAll(1U, {{common, {{reducedMotion, 1U}, {accentColor, colorOf(0.25, 0, 1)}}},
+                         {gnomeAccess, {{u"high-contrast"_s, true}}}});
+    watched.expect(u"dark still contrast 0.25 0 1"_s);
+    for (const auto& [space, key, value, wishes] : changes) {
+        portal->tellChange(space, key, value);
+        watched.expect(wishes);
+        ASSERT_FALSE(HasFailure());
+    }
     portal.reset();
-    portal.emplace().tellAll(2U);
-    EXPECT_TRUE(waitUntil([&] { return watched.wishes.preference() == Appearance::Preference::light; }));
+    portal.emplace().tellAll(2U, {{common, {{contrast, 1U}}}, {gnome, {{animations, false}}}});
+    watched.expect(u"light still contrast"_s);
 }
 
 TEST_F(BusTest, ForgetsAnswersThatComeAfterItsEnd) {
     { const PortalAppearance endsBeforeTheBusIsThere; }
     AppearancePortal portal;
-    auto brief = std::make_unique<PortalAppearance>();
-    ASSERT_TRUE(waitUntil([&] { return portal.isCalled(); }));
-    portal.tellChange(common, colorScheme, 1U);
-    brief.reset();
+    {
+        const PortalAppearance brief;
+        ASSERT_TRUE(waitUntil([&] { return portal.isCalled(); }));
+        portal.tellChange(common, colorScheme, 1U);
+    }
     portal.tellAll(1U);
-
     // Whoever still listened would have been told by the time the next one has its answer.
     const WatchedAppearance next;
     portal.tellAll(2U);
-    next.expectChanges({u"light"_s});
+    next.expect(u"light"_s);
 }
 
-/// GLib's default is to end a program whose bus goes.
-TEST_F(BusTest, TheProgramOutlivesTheBus) {
-    const Opener forTheFileManager;
-    FakeFolderChooser fallback;
-    PortalFolderChooser chooser(fallback);
-    std::optional<PortalAppearance> appearance;
-    std::optional<SingleInstance> instance;
-    const std::pair<const char*, std::function<void()>> users[] = {
-        {"the file manager", [] { BusFileManager().reveal({FileURL("/")}); }},
-        {"the colours", [&] { appearance.emplace(); }},
-        {"the folder chooser", [&] { chooser.choose({}, [](const std::optional<FileURL>&) {}); }},
-        {"the only start", [&] { instance.emplace(u"app.duskfern.Test"_s, SingleInstance::Request()); }},
-    };
-    const GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    for (const auto& [who, useBus] : users) {
-        g_dbus_connection_set_exit_on_close(bus.get(), TRUE);
-        useBus();
-        EXPECT_TRUE(waitUntil([&] { return g_dbus_connection_get_exit_on_close(bus.get()) == FALSE; })) << who;
+using Role = SingleInstance::Role;
+
+const QString id = u"app.duskfern.Single-Test"_s;
+const QString path = u"/app/duskfern/Single_Test"_s;
+
+class SingleInstanceTest : public PrivateBusTest {
+protected:
+    /// Calls the program that runs, as a desktop or a later start does, and waits for its answer.
+    [[nodiscard]] QDBusMessage::MessageType call(const QString& method, const QVariantList& arguments) const {
+        QDBusMessage message = QDBusMessage::createMethodCall(id, path, u"org.freedesktop.Application"_s, method);
+        message.setArguments(arguments);
+        return desktop.bus.call(message, QDBus::BlockWithGui).type();
     }
+
+    const FakeService desktop{u"org.duskfern.Desktop"_s};
+};
+
+TEST_F(SingleInstanceTest, TheFirstIsToldWhatLaterStartsAskFor) {
+    std::vector<std::pair<QString, QString>> told;
+    {
+        SingleInstance first(id, {});
+        QObject::connect(&first, &SingleInstance::requested, [&](const SingleInstance::Request& request) {
+            told.emplace_back(request.action, request.token);
+        });
+        ASSERT_EQ(first.role(), Role::first);
+        const QVariantMap older{{u"desktop-startup-id"_s, u"id"_s}};
+        const QVariantMap both{{u"desktop-startup-id"_s, u"id"_s}, {u"activation-token"_s, u"token"_s}};
+        EXPECT_EQ(call(u"Activate"_s, {both}), QDBusMessage::ReplyMessage);
+        EXPECT_EQ(call(u"ActivateAction"_s, {u"junk"_s, QVariantList(), older}), QDBusMessage::ReplyMessage);
+    }
+    EXPECT_EQ(told, (decltype(told){{{}, u"token"_s}, {u"junk"_s, u"id"_s}}));
+    EXPECT_EQ(call(u"Activate"_s, {QVariantMap()}), QDBusMessage::ErrorMessage);
+}
+
+TEST_F(SingleInstanceTest, ALaterOnePassesItsRequestOn) {
+    FakeService running(id);
+    const std::tuple<SingleInstance::Request, QString, qsizetype> cases[] = {
+        {{}, u"Activate"_s, 1}, {{u"space"_s, u"token"_s}, u"ActivateAction"_s, 3}};
+    for (const auto& [request, method, count] : cases) {
+        SingleInstance later(id, request);
+        const QDBusMessage call = running.call();
+        EXPECT_EQ(call.path(), path);
+        EXPECT_EQ(call.member(), method);
+        const auto added = qdbus_cast<QVariantMap>(call.arguments().value(count - 1));
+        EXPECT_EQ(added.value(u"activation-token"_s).toString(), request.token);
+        EXPECT_TRUE(count == 1 || call.arguments().constFirst() == request.action);
+        running.answer({});
+        EXPECT_EQ(later.role(), Role::later);
+    }
+}
+
+TEST_F(SingleInstanceTest, IsTheFirstWhenTheOtherEndsMeanwhile) {
+    std::optional<FakeService> running(std::in_place, id);
+    SingleInstance next(id, {});
+    EXPECT_EQ(running->call().member(), u"Activate"_s);
+    running.reset();
+    EXPECT_EQ(next.role(), Role::first);
+    EXPECT_EQ(call(u"Activate"_s, {QVariantMap()}), QDBusMessage::ReplyMessage) << "and has its name";
+}
+
+TEST_F(SingleInstanceTest, OpensAWindowWhenTheOtherHangs) {
+    const FakeService hanging(id);
+    SingleInstance next(id, {});
+    EXPECT_EQ(next.role(), Role::first);
 }
 
 }  // namespace

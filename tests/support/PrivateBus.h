@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Desktop/GioSupport.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +26,6 @@ public:
         }
         QDBusConnection::disconnectFromBus(bus.name());
     }
-    Q_DISABLE_COPY_MOVE(FakeService)
 
     /// The call that has waited longest; one of no method if none comes.
     [[nodiscard]] QDBusMessage call() const {
@@ -81,7 +81,6 @@ public:
         m_daemon.terminate();
         m_daemon.waitForFinished();
     }
-    Q_DISABLE_COPY_MOVE(PrivateBus)
 
     [[nodiscard]] QString address() const { return m_address; }
 
@@ -90,12 +89,16 @@ private:
     QString m_address;
 };
 
-/// Gives the tests of a suite such a bus.
+/// Gives the tests of a suite such a bus. Whatever they try has to outlive it: GLib's default is to end a program whose
+/// bus goes.
 class PrivateBusTest : public testing::Test {
 protected:
     static void SetUpTestSuite() { s_bus.emplace(); }
     static void TearDownTestSuite() { s_bus.reset(); }
+    void SetUp() override { g_dbus_connection_set_exit_on_close(m_connection.get(), TRUE); }
+    void TearDown() override { EXPECT_FALSE(g_dbus_connection_get_exit_on_close(m_connection.get())); }
 
 private:
     inline static std::optional<PrivateBus> s_bus;
+    const GObjectPtr<GDBusConnection> m_connection{g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)};
 };

@@ -142,9 +142,10 @@ TEST(Symbols, AllHaveAPicture) {
     add(StorageKinds::allCases, &StorageKinds::icon);
     add(JunkKinds::allCases, &JunkKinds::icon);
     UserFolderPaths folders;
+    int number = 0;
     for (auto* const own : {&folders.music, &folders.videos, &folders.pictures, &folders.documents, &folders.desktop,
                             &folders.downloads}) {
-        *own = FileURL("/" + std::to_string(own - &folders.music));
+        *own = FileURL("/" + std::to_string(++number));
     }
     add(folderPlaces(folders, {FileURL("/disk")}), &FolderPlace::symbol);
     const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbols?|icon|name): (.*"))x"));

@@ -13,9 +13,7 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
-#include <string>
 #include <tuple>
-#include <vector>
 
 namespace fs = std::filesystem;
 

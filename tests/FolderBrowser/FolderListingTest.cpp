@@ -8,10 +8,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace {
 
 using namespace Qt::StringLiterals;

@@ -79,8 +79,7 @@ TEST_F(JunkStoreTest, AsksBeforeItCleans) {
     store->toggleRow(0);
     store->toggleRow(1);
     store->cleanAllSafe();
-    ASSERT_TRUE(dialogs.lastQuestion);
-    EXPECT_EQ(dialogs.lastQuestion->message, QStringLiteral("¿Mover 10 elementos a la Papelera?"));
+    EXPECT_EQ(dialogs.lastQuestion.value().message, QStringLiteral("¿Mover 10 elementos a la Papelera?"));
     EXPECT_EQ(dialogs.lastQuestion->informativeText,
               QStringLiteral("Liberarás aproximadamente 225 KB. Podrás recuperarlos desde la Papelera."));
     answer(false);
@@ -113,34 +112,6 @@ TEST_F(JunkStoreTest, KeepsWhatCouldNotBeMoved) {
     EXPECT_EQ(store->messageReasons(), QStringLiteral("No tienes permiso: 2\nYa no existe: 1"));
     store->clearMessage();
     EXPECT_EQ(store->messageText() + store->messageReasons(), QString());
-}
-
-/// Applications that are listed when the test says so, the first time with the one whose folder is a leftover later.
-struct SlowApplications final : InstalledApplications {
-    [[nodiscard]] InstalledNames names() const override {
-        const int call = began++;
-        mayGoOn.at(call).acquire();
-        InstalledNames installed;
-        installed.programs.resize(call == 0 ? 1 : 0, QStringLiteral("Olvidado"));
-        return installed;
-    }
-    mutable std::atomic<int> began = 0;
-    mutable std::array<std::binary_semaphore, 2> mayGoOn{std::binary_semaphore(0), std::binary_semaphore(0)};
-};
-
-TEST_F(JunkStoreTest, KeepsTheListOfTheScanThatEndsLater) {
-    const auto slow = std::make_shared<SlowApplications>();
-    JunkStore twice({dialogs, trash, fileManager, folders, slow});
-    for (const int scans : {1, 2}) {
-        twice.scan();
-        ASSERT_TRUE(waitUntil([&] { return slow->began == scans; }));
-    }
-    for (const auto& [scan, count] : {std::pair(1, 11), std::pair(0, 10)}) {
-        slow->mayGoOn.at(scan).release();
-        EXPECT_TRUE(waitUntil([&, listed = count] { return twice.count() == listed; }));
-        EXPECT_FALSE(twice.isScanning());
-        EXPECT_EQ(twice.selected().size(), 10U);
-    }
 }
 
 TEST_F(JunkStoreTest, MovesOneAfterTheOtherAndNeverOnTheMainThread) {

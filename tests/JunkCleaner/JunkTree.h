@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Desktop/UserFolders.h"
 #include "JunkCleaner/JunkScanner.h"
 #include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,16 +11,7 @@
 
 /// A tree with the folders that a junk scan reads, beside a system on which the test says what is installed.
 struct JunkTree {
-    JunkTree() {
-        tree.folder("home");
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-        paths.cacheHome = tree.url("home/.cache");
-        paths.stateHome = tree.url("home/.local/state");
-        paths.dataHome = tree.url("home/.local/share");
-        paths.configHome = tree.url("home/.config");
-        paths.temporary = tree.url("tmp");
-    }
+    JunkTree() { tree.folder("home"); }
 
     /// Has something been changed last this many seconds ago.
     void age(std::string_view relative, std::time_t seconds) const {
@@ -48,6 +37,6 @@ struct JunkTree {
 
     static constexpr std::time_t day = 86400;
     TemporaryFolder tree;
-    UserFolderPaths paths;
+    UserFolderPaths paths = foldersIn(tree);
     std::shared_ptr<FakeApplications> applications = std::make_shared<FakeApplications>();
 };

@@ -4,6 +4,13 @@
 
 namespace {
 
+TEST(FileCategory, ComesBackFromItsText) {
+    for (const FileCategory category : FileCategories::allCases) {
+        EXPECT_EQ(FileCategories::fromRawValue(FileCategories::rawValue(category)), category);
+    }
+    EXPECT_EQ(FileCategories::fromRawValue(QStringLiteral("vídeos")), std::nullopt);
+}
+
 TEST(FileClassifier, GoesByTheLastExtension) {
     using enum FileCategory;
     const std::pair<FileCategory, std::vector<const char*>> rows[] = {

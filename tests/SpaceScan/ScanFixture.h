@@ -3,7 +3,6 @@
 #include "SpaceScan/FileScanner.h"
 #include "SpaceScan/ScanStore.h"
 #include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,6 @@
 #include "StorageOverview/StorageOverviewScanner.h"
 #include "support/FakeDesktop.h"
 #include "support/FuseDisk.h"
-#include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
@@ -48,11 +47,6 @@ class Home : public testing::Test {
 protected:
     using Sizes = std::vector<std::int64_t>;
 
-    Home() {
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-    }
-
     /// Makes files: the first takes a block of 4096 bytes, each other one twice as many as the one before.
     void files(const std::vector<const char*>& names) const {
         std::int64_t size = 4096;
@@ -75,7 +69,7 @@ protected:
     }
 
     TemporaryFolder tree;
-    UserFolderPaths paths;
+    UserFolderPaths paths = foldersIn(tree);
 };
 
 TEST_F(Home, IsMeasuredByKind) {

@@ -137,7 +137,10 @@ protected:
         QGuiApplication::setFont(font);
         LegibilityJourney::SetUp();
     }
-    void TearDown() override { QGuiApplication::setFont(m_before); }
+    void TearDown() override {
+        LegibilityJourney::TearDown();
+        QGuiApplication::setFont(m_before);
+    }
 
 private:
     const QFont m_before = QGuiApplication::font();

@@ -4,6 +4,7 @@
 #include "Shell/Renderer.h"
 #include "Shell/WindowDialogs.h"
 #include "SpaceMap/BubbleMapCanvas.h"
+#include "SpaceScan/ScanFixture.h"
 #include "Theme/Contrast.h"
 #include "Theme/SymbolProvider.h"
 #include "support/Journey.h"
@@ -17,6 +18,7 @@
 #include <QtTest/QSignalSpy>
 
 #include <cmath>
+#include <filesystem>
 #include <functional>
 
 namespace {
@@ -145,7 +147,7 @@ TEST(Symbols, AllHaveAPicture) {
     int number = 0;
     for (auto* const own : {&folders.music, &folders.videos, &folders.pictures, &folders.documents, &folders.desktop,
                             &folders.downloads}) {
-        *own = FileURL("/" + std::to_string(++number));
+        *own = FileURL(std::string("/").append(std::to_string(++number)));
     }
     add(folderPlaces(folders, {FileURL("/disk")}), &FolderPlace::symbol);
     const QRegularExpression property(QStringLiteral(R"x((?<![.\w])(?:symbols?|icon|name): (.*"))x"));
@@ -194,19 +196,17 @@ TEST(WindowDialogs, ShowOneQuestionAtATime) {
     EXPECT_EQ(log.size(), 5U);
 }
 
-class BubbleMap : public testing::Test {
+class BubbleMap : public StoreFixture {
 protected:
     /// What the map of one file of this name paints, or with others of the same size that lie above it, unless this
     /// property of the map raises it.
     QImage paint(const std::string& name, const QSize& area, int others = 0, const char* raising = "nothing") {
-        TemporaryFolder tree;
-        tree.file(name, 2 * 4096);
+        std::filesystem::remove_all(tree.path("map"));
+        tree.file("map/" + name, 2 * 4096);
         for (int i = 0; i < others; ++i) {
-            tree.file(std::to_string(i), 4096);
+            tree.file("map/" + std::to_string(i), 4096);
         }
-        store.setRootURL(tree.url());
-        store.startScan();
-        EXPECT_TRUE(waitUntil([&] { return !store.isScanning(); }));
+        scanAndWait();
         model.setArea(area);
         canvas.setSize(area);
         canvas.setProperty(raising, 0);
@@ -229,10 +229,6 @@ protected:
         canvas.setModel(&model);
     }
 
-    FakeDialogs dialogs;
-    FakeTrash trash;
-    FakeFileManager fileManager;
-    ScanStore store{dialogs, trash, fileManager};
     BubbleMapModel model;
     BubbleMapCanvas canvas;
 };

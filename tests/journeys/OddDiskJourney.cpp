@@ -97,8 +97,6 @@ TEST(Program, EndsWhileDisksHang) {
     if (!documents.isMounted()) {
         GTEST_SKIP() << FuseDisk::whyNot;
     }
-    tree.folder("home/Documents/parte");
-    (void)documents.mountPart("parte", tree.path("home/Parte"));
     documents.freeze();
     caches.freeze();
     RunningProgram program;

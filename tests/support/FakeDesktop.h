@@ -8,6 +8,7 @@
 #include "Desktop/MountedVolumes.h"
 #include "Desktop/Trash.h"
 #include "Desktop/UserFolders.h"
+#include "support/TemporaryFolder.h"
 
 #include <atomic>
 #include <map>
@@ -33,14 +34,12 @@ struct FakeDialogs final : Dialogs {
     std::function<void(bool)> confirmed;
 };
 
-/// Answers at once with the folder it was told, hands the question on, or keeps it if it was told to wait.
+/// Answers at once with the folder it was told, or hands the question on.
 struct FakeFolderChooser final : FolderChooser {
     void choose(const FolderQuestion& question, Answer answer) override {
         ++asked;
         if (next != nullptr) {
             next->choose(question, std::move(answer));
-        } else if (waits) {
-            waiting = std::move(answer);
         } else {
             answer(folder);
         }
@@ -48,15 +47,11 @@ struct FakeFolderChooser final : FolderChooser {
     void cancel() override {
         if (next != nullptr) {
             next->cancel();
-        } else if (waiting) {
-            std::exchange(waiting, nullptr)(std::nullopt);
         }
     }
 
     FolderChooser* next = nullptr;
     std::optional<FileURL> folder;
-    bool waits = false;
-    std::function<void(std::optional<FileURL>)> waiting;
     int asked = 0;
 };
 
@@ -114,6 +109,19 @@ struct FakeVolumes final : MountedVolumes {
     std::function<void(const Answers&)> later;
     int asked = 0;
 };
+
+/// A home and a system in a folder of the test.
+inline UserFolderPaths foldersIn(const TemporaryFolder& tree) {
+    UserFolderPaths paths;
+    paths.home = tree.url("home");
+    paths.systemRoot = tree.url("system");
+    paths.cacheHome = tree.url("home/.cache");
+    paths.stateHome = tree.url("home/.local/state");
+    paths.dataHome = tree.url("home/.local/share");
+    paths.configHome = tree.url("home/.config");
+    paths.temporary = tree.url("tmp");
+    return paths;
+}
 
 /// A home beside a system without applications.
 struct FakeUserFolders final : UserFolders {

@@ -1,12 +1,10 @@
 #include "support/FuseDisk.h"
 
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <utility>
 
 #ifdef __SANITIZE_THREAD__
 #include <dlfcn.h>
@@ -34,21 +32,9 @@ FuseDisk::FuseDisk(std::string folder) : m_folder(std::move(folder)) {
 }
 
 FuseDisk::~FuseDisk() {
-    for (const std::string& part : m_parts) {
-        umount2(part.c_str(), MNT_DETACH);
-    }
     signal(SIGCONT);
     m_server.closeWriteChannel();
     m_server.waitForFinished(-1);
-}
-
-bool FuseDisk::mountPart(std::string_view relative, const std::string& folder) {
-    (void)mkdir(folder.c_str(), 0755);
-    const bool isMountedToo = mount(path(relative).c_str(), folder.c_str(), nullptr, MS_BIND, nullptr) == 0;
-    if (isMountedToo) {
-        m_parts.push_back(folder);
-    }
-    return isMountedToo;
 }
 
 void FuseDisk::release() {

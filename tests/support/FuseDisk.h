@@ -4,7 +4,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// A disk in memory, mounted for one test, that behaves as no ordinary one can be made to: names of up to 1024 bytes,
 /// entries of unknown kind, errors, no answer at all. A program of its own serves it, which ends with the test program
@@ -34,9 +33,6 @@ public:
 
     [[nodiscard]] std::string path(std::string_view relative) const { return m_folder + '/' + std::string(relative); }
 
-    /// Mounts a folder of the disk a second time, at `folder`, which is made. False where only root may do that.
-    [[nodiscard]] bool mountPart(std::string_view relative, const std::string& folder);
-
     /// What is asked of this entry and all below it is not answered, until `release`. The empty path is the whole disk.
     /// A thread that waits cannot be ended meanwhile, not even with its process.
     void hang(std::string_view path, Operation operation = Operation::any) {
@@ -61,7 +57,6 @@ private:
     [[nodiscard]] bool isConfirmed();
 
     std::string m_folder;
-    std::vector<std::string> m_parts;
     QProcess m_server;
     bool m_isMounted = false;
 };

@@ -19,7 +19,6 @@
 #include <set>
 #include <sstream>
 #include <thread>
-#include <utility>
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include "Shell/DuskfernApp.h"
 #include "support/Driver.h"
 #include "support/FakeDesktop.h"
-#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <QtGui/QGuiApplication>
@@ -38,14 +37,7 @@ protected:
     static constexpr auto dialog = QAccessible::Dialog;
     static constexpr auto button = QAccessible::Button;
 
-    Journey() {
-        UserFolderPaths& paths = userFolders.folders;
-        paths.home = tree.url("home");
-        paths.systemRoot = tree.url("system");
-        paths.cacheHome = tree.url("home/.cache");
-        paths.dataHome = tree.url("home/.local/share");
-        paths.configHome = tree.url("home/.config");
-    }
+    Journey() { userFolders.folders = foldersIn(tree); }
 
     /// What still runs beside the window may ask the desktop, which ends with the test.
     void TearDown() override { EXPECT_TRUE(Threads::waitForAll(std::chrono::seconds(20))); }

@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 #ifdef DUSKFERN_TEST_WINDOW
 #include "Shell/DuskfernApp.h"

@@ -184,7 +184,7 @@ TEST(FileList, KeepsAndSortsSizesOverFourGiB) {
         std::sort(sizes.rbegin(), sizes.rend());
         for (std::size_t index = 0; index < sizes.size(); ++index) {
             EXPECT_EQ(all.sizeAt(index), sizes[index]);
-            EXPECT_EQ(all.urlAt(index).path(), "/" + std::to_string(sizes[index]));
+            EXPECT_EQ(all.urlAt(index), FileURL("/").appendingPathComponent(std::to_string(sizes[index])));
         }
     }
 }

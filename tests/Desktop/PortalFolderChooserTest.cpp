@@ -28,7 +28,7 @@ public:
     QVariantMap takeQuestion() {
         tellVersion(3);
         EXPECT_EQ(call().member(), u"OpenFile"_s);
-        const auto options = qdbus_cast<QVariantMap>(call().arguments().value(2));
+        auto options = qdbus_cast<QVariantMap>(call().arguments().value(2));
         m_path = u"/org/freedesktop/portal/desktop/request/"_s + call().service().mid(1).replace(u'.', u'_') + u'/' +
                  options[u"handle_token"_s].toString();
         return options;

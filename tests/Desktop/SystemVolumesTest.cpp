@@ -50,7 +50,7 @@ struct FakeDisk {
 
 class SystemVolumesTest : public testing::Test {
 protected:
-    ~SystemVolumesTest() override {
+    void TearDown() override {
         for (auto& [target, disk] : disks) {
             disk.release();
         }

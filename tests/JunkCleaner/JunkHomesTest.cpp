@@ -63,7 +63,7 @@ protected:
     }
 
     void expectJudged() const {
-        std::set<std::string> missing = rows;
+        std::set<std::string> missing = m_rows;
         for (const JunkItem& item : scan()) {
             const bool isLeftover = item.kind == JunkKind::leftover;
             const std::string row = (item.isSafeForBulk ? "+ " : isLeftover ? "? " : "- ") + placeOf(item);
@@ -103,7 +103,7 @@ private:
         if (isTemporary) {
             age(place, 400 * day);
         }
-        rows.insert(line.substr(0, 2) + place + line.substr(dot, bar - dot));
+        m_rows.insert(line.substr(0, 2) + place + line.substr(dot, bar - dot));
     }
 
     void makeFile(const std::string& file) const {
@@ -119,7 +119,7 @@ private:
         }
     }
 
-    std::set<std::string> rows;
+    std::set<std::string> m_rows;
 };
 
 TEST_F(JunkHomes, WhatExistsOnlyOnceIsNeitherTickedNorALeftover) {

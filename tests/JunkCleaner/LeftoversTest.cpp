@@ -63,7 +63,7 @@ TEST(DesktopEntry, FindsTheProgramBehindItsWrappers) {
         {"taskset -c 0,1 chrt -r 10 timeout -k 5 10 viewer", "viewer"},
         {"python3 -W ignore /usr/share/app/main-app.py", "main-app.py main-app"},
         {"java -cp a.jar:b.jar -jar /opt/x/Tool.jar", "Tool.jar Tool"},
-        {"env -u X -i LANG=C \"A=b c\" \"/opt/My App/run me\" --x", "run me"},
+        {R"(env -u X -i LANG=C "A=b c" "/opt/My App/run me" --x)", "run me"},
         {"/usr/bin/env", ""},
     };
     for (const auto& [line, programs] : rows) {

@@ -38,7 +38,8 @@ public:
     void answer(const QVariantList& values) { end(call().createReply(values)); }
     void fail() { end(call().createErrorReply(QStringLiteral("org.duskfern.Refused"), {})); }
 
-    void tell(const QString& path, const QString& interface, const QString& signal, const QVariantList& arguments) {
+    void tell(const QString& path, const QString& interface, const QString& signal,
+              const QVariantList& arguments) const {
         QDBusMessage message = QDBusMessage::createSignal(path, interface, signal);
         message.setArguments(arguments);
         EXPECT_TRUE(bus.send(message));
@@ -93,12 +94,12 @@ private:
 /// bus goes.
 class PrivateBusTest : public testing::Test {
 protected:
-    static void SetUpTestSuite() { s_bus.emplace(); }
-    static void TearDownTestSuite() { s_bus.reset(); }
+    static void SetUpTestSuite() { sharedBus.emplace(); }
+    static void TearDownTestSuite() { sharedBus.reset(); }
     void SetUp() override { g_dbus_connection_set_exit_on_close(m_connection.get(), TRUE); }
     void TearDown() override { EXPECT_FALSE(g_dbus_connection_get_exit_on_close(m_connection.get())); }
 
 private:
-    inline static std::optional<PrivateBus> s_bus;
+    inline static std::optional<PrivateBus> sharedBus;
     const GObjectPtr<GDBusConnection> m_connection{g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)};
 };

@@ -15,6 +15,7 @@ SplitPane {
 
     function focusSearch() {
         root.store.mode = Mode.Space;
+        // The linter takes what a loader holds for a mere QtObject.
         spaceMap.item.focusSearch(); // qmllint disable type
     }
 
@@ -27,6 +28,7 @@ SplitPane {
     /// Moves the focus to the first item to act on in the current screen.
     function takeFocus() {
         if (root.enabled) {
+            // Likewise.
             root.shown.item.firstFocus().forceActiveFocus(); // qmllint disable type
         }
     }

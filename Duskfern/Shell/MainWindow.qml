@@ -138,6 +138,7 @@ Window {
     Loader {
         id: alerts
 
+        // The linter takes what a loader holds for a mere QtObject.
         readonly property bool open: alerts.item?.open ?? false // qmllint disable type
 
         anchors.fill: parent

@@ -94,6 +94,7 @@ Card {
 
             property BubbleButton bubble: null
 
+            // The linter takes either for no item.
             parent: tip.bubble ?? area // qmllint disable type
             text: tip.bubble?.path ?? ""
             visible: tip.bubble !== null

@@ -19,6 +19,7 @@ Item {
     function firstFocus(): Item {
         const isEmpty = root.store.hasRoot && root.store.filteredCount === 0 && !root.store.isScanning;
         const body = root.store.hasRoot ? analysis : welcome;
+        // The linter takes what a loader holds for a mere QtObject.
         return isEmpty ? choose : body.item.firstFocus(); // qmllint disable type
     }
 
@@ -77,6 +78,7 @@ Item {
         enabled: root.store.hasRoot
         visible: root.store.hasRoot
 
+        // Likewise.
         sourceComponent: AnalysisView {
             store: root.store // qmllint disable unqualified
         }

@@ -51,6 +51,7 @@ ScrollPage {
         target: root.Window.window
 
         function onFrameSwapped() {
+            // The linter of Qt 6.4 does not know callLater.
             Qt.callLater(root.appear); // qmllint disable type
         }
     }

@@ -35,6 +35,7 @@ T.MenuItem {
         color: root.highlighted && root.enabled ? Theme.selection : "transparent"
         radius: 6
     }
+    // The ids in it keep it from being made later, but it is shown at once anyway.
     contentItem: Item { // qmllint disable deferred-property-id
         opacity: root.enabled ? 1 : 0.45
 

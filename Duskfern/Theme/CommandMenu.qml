@@ -28,6 +28,7 @@ T.Menu {
     // Closes when another item takes the focus; later, because the change may come from the menu's own closing.
     onActiveFocusChanged: {
         if (!root.activeFocus) {
+            // The linter of Qt 6.4 does not know callLater.
             Qt.callLater(root.close); // qmllint disable type
         }
     }

@@ -50,6 +50,7 @@ Pressable {
             shown: root.activeFocus
         }
     }
+    // The ids in it keep it from being made later, but it is shown at once anyway.
     contentItem: Item { // qmllint disable deferred-property-id
         implicitHeight: title.implicitHeight
         implicitWidth: title.implicitWidth + (icon.visible ? icon.width + row.spacing : 0)

@@ -86,7 +86,7 @@ struct FakeTrash final : Trash {
         return refused.contains(url) ? std::optional(TrashError::noPermission) : std::nullopt;
     }
 
-    std::atomic<std::optional<TrashError>> error;  ///< Of all that is not refused.
+    std::optional<TrashError> error;  ///< Of all that is not refused; not to be changed during a move.
     std::atomic<bool> waits = false;
     std::counting_semaphore<> turns{0};
     std::vector<FileURL> moved;

@@ -94,7 +94,7 @@ TEST_F(ScanStoreTest, MovesNothingButTheFileThatWasAskedAbout) {
     scanAndWait();
     store.selectRow(0);
     const FileIdentity asked = fileStatus(tree.url("a.mov"))->identity;
-    trash.error = TrashError::changed;
+    trash.refusesAll = true;
     for (const bool isFolder : {false, true}) {
         store.moveSelectedToTrash();
         ASSERT_TRUE(Threads::waitForAll(std::chrono::seconds(20))) << "the disk is asked beside the window";

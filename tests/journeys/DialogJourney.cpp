@@ -30,7 +30,7 @@ protected:
 };
 
 TEST_F(DialogJourney, EveryMessageIsReadAndLeftByKeysAlone) {
-    refuseMoves();
+    trash.refusesAll = true;
     showJunk(30);
     EXPECT_EQ(driver.focused(), "Elementos encontrados");
     ASSERT_TRUE(driver.tabTo("Limpiar todo lo seguro"));
@@ -42,7 +42,7 @@ TEST_F(DialogJourney, EveryMessageIsReadAndLeftByKeysAlone) {
         leave(key, "Limpiar todo lo seguro");
     }
 
-    refuseMoves(false);
+    trash.refusesAll = false;
     press("Return Tab");
     EXPECT_EQ(driver.focused(), "Cancelar");
     leave("Return", "Limpiar todo lo seguro");
@@ -69,7 +69,7 @@ TEST_F(DialogJourney, TheProgressHasTheKeyboardNeedsNoAnswerAndHoldsUpNoEnd) {
 
 TEST_F(DialogJourney, WhatFailsWhileAQuestionIsOpenIsToldAfterItsAnswer) {
     showMap();
-    refuseMoves();
+    trash.refusesAll = true;
     trash.waits = true;
     ask("f11.zip");
     press("Return");
@@ -85,7 +85,7 @@ TEST_F(DialogJourney, WhatFailsWhileAQuestionIsOpenIsToldAfterItsAnswer) {
 
 TEST_F(DialogJourney, AHeldKeyEndsOneMessageOnly) {
     showMap();
-    refuseMoves();
+    trash.refusesAll = true;
     ask("f11.zip");
     for (const auto& [key, isHeld] :
          {std::pair(Qt::Key_Return, false), {Qt::Key_Return, true}, {Qt::Key_Escape, true}}) {
@@ -96,7 +96,7 @@ TEST_F(DialogJourney, AHeldKeyEndsOneMessageOnly) {
 
 TEST_F(DialogJourney, QuittingWorksDuringEverythingAndMeansNo) {
     showMap();
-    refuseMoves();
+    trash.refusesAll = true;
     const auto quits = [this](const char* during) {
         driver.key("Ctrl+Q");
         EXPECT_FALSE(app.window().isVisible()) << during;

@@ -16,7 +16,7 @@ protected:
         KeyboardJourney::SetUp();
         tree.file("files/Un nombre de archivo bastante largo para cualquier lista de este programa.mov", 61 * 4096);
         volumes.add("/media/Copias", VolumeValues{QStringLiteral("Copias de seguridad"), 2'000'000'000'000, {}, 10});
-        refuseMoves();
+        trash.refusesAll = true;
         app.window().resize(smallest);
         showJunk(8);
         EXPECT_EQ(app.window().minimumSize(), smallest);

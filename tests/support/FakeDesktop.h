@@ -13,6 +13,7 @@
 #include <atomic>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <semaphore>
 #include <utility>
@@ -78,21 +79,25 @@ struct FakeTrash final : Trash {
         if (const auto reason = refused.find(url); reason != refused.end()) {
             return reason->second;
         }
+        const std::lock_guard lock(m_mutex);
         moved.push_back(url);
         identities.push_back(item);
-        return error;
+        return refusesAll ? std::optional(TrashError::readOnly) : std::nullopt;
     }
     std::optional<TrashError> refusal(const FileURL& url) override {
         return refused.contains(url) ? std::optional(TrashError::noPermission) : std::nullopt;
     }
 
-    std::optional<TrashError> error;  ///< Of all that is not refused; not to be changed during a move.
+    std::atomic<bool> refusesAll = false;
     std::atomic<bool> waits = false;
     std::counting_semaphore<> turns{0};
     std::vector<FileURL> moved;
     std::vector<FileIdentity> identities;
     std::map<FileURL, TrashError> refused;
     std::function<void(const FileURL&)> onMove;  ///< Called first, on the thread that moves.
+
+private:
+    std::mutex m_mutex;  ///< Several files may be moved at the same time.
 };
 
 /// Has the volumes that the test says, in its order.

@@ -83,9 +83,6 @@ protected:
         volumes.add("/", VolumeValues{QString(), 494'000'000'000, {}, 374'000'000'000});
     }
 
-    /// Whether the Trash takes nothing.
-    void refuseMoves(bool all = true) { trash.error = all ? std::optional(TrashError::readOnly) : std::nullopt; }
-
     void makeJunk(int caches) const {
         for (int i = 0; i < caches; ++i) {
             tree.file("home/.cache/app" + std::to_string(i) + "/a", 2 * 4096);

@@ -69,6 +69,7 @@ void walk(const QStringList& arguments) {
     takePicture("seleccion", "A la papelera");
     takePicture("confirmacion", "Cancelar");
     driver.press("Limpiar basura");
+    require(waitUntil([&] { return !app.screens().junk()->isScanning(); }), "the junk scan did not end");
     takePicture("limpiar");
 }
 
